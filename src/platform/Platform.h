@@ -1,0 +1,40 @@
+// platform/Platform.h
+// Everything that differs between operating systems, and nothing else. One source per system:
+// PlatformPosix.cpp, PlatformWindows.cpp. All text is UTF-8 on this side of the border.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace tarnvexo::platform {
+
+// Modal notice with the caption "Warning!" and an OK button; returns when the user has seen it.
+// POSIX: "[Warning!] <text>" and "Press Enter to continue . . ." on standard error, then one line of standard input is
+// read; at end of file it goes on.
+void ShowWarningBox(const char* text);
+
+// The console's "pause" command: "Press any key to continue . . . " on standard output, then one character of standard
+// input; at end of file it goes on.
+void Pause();
+
+// Waits for one character of standard input; at end of file it goes on.
+void WaitForKey();
+
+// Counts per second, and the count now, of a steady clock.
+std::int64_t PerformanceFrequency();
+std::int64_t PerformanceCounter();
+
+// True when the path names something that exists (it need not be readable).
+bool FileExists(const char* path);
+
+// Starts a program of the current directory by its file name and waits until it ends.
+void RunProgram(const char* fileName);
+
+// Writes text to standard output: as GBK bytes, or as UTF-8 when standard output is a terminal whose character set is
+// UTF-8. Nothing is kept back: the bytes have left the process on return.
+void WriteStandardOutput(std::string_view text);
+
+// Memory that can still be had without swapping, in bytes; 0 when the system does not tell.
+std::uint64_t AvailableMemory();
+
+} // namespace tarnvexo::platform
