@@ -15,8 +15,8 @@ namespace tarnvexo {
 struct SectionPatch {
     int nodes[QuadNodeCount] = {};
     double thickness = 0.0;
-    Vector3 normal = {};                                    // e3 of the patch: the positive face looks that way
-    double positiveFace[QuadNodeCount][StressCount] = {};   // raw corner stresses, global axes
+    Vector3 normal = {};                                  // e3 of the patch: the positive face looks that way
+    double positiveFace[QuadNodeCount][StressCount] = {}; // raw corner stresses, global axes
     double negativeFace[QuadNodeCount][StressCount] = {};
 };
 
@@ -27,11 +27,11 @@ struct SectionNodeStress {
 };
 
 struct BeamSectionModel {
-    std::vector<Vector3> nodes;               // beam end 1, the rings, beam end 2
-    std::vector<double> displacements;        // DofsPerNode per node
+    std::vector<Vector3> nodes;        // beam end 1, the rings, beam end 2
+    std::vector<double> displacements; // DofsPerNode per node
     std::vector<SectionPatch> patches;
-    std::vector<SectionNodeStress> averaged;  // per node; the first corner visited at a node decides its values
-    std::vector<char> averagedKnown;          // per node: averaged[] holds its values
+    std::vector<SectionNodeStress> averaged; // per node; the first corner visited at a node decides its values
+    std::vector<char> averagedKnown;         // per node: averaged[] holds its values
 };
 
 } // namespace tarnvexo

@@ -5,7 +5,8 @@
 
 namespace tarnvexo {
 
-enum Dof { DX, DY, DZ, RX, RY, RZ, DofsPerNode };
+enum Dof { DX, DY, DZ, RX, RY, RZ };
+constexpr int DofsPerNode = 6;
 
 constexpr int QuadNodeCount = 4;
 constexpr int TriNodeCount = 3;
@@ -21,9 +22,7 @@ enum StressComponent { SX, SY, SZ, TXY, TZX, TYZ, StressCount };
 template <int NodeCount> void ElementDofMap(const int* nodes, int map[NodeCount * DofsPerNode])
 {
     for (int i = 0; i < NodeCount; ++i) {
-        for (int k = 0; k < DofsPerNode; ++k) {
-            map[DofsPerNode * i + k] = DofsPerNode * nodes[i] + k;
-        }
+        for (int k = 0; k < DofsPerNode; ++k) { map[DofsPerNode * i + k] = DofsPerNode * nodes[i] + k; }
     }
 }
 

@@ -1,6 +1,6 @@
 // core/Failure.h
-// How a stage that cannot go on ends the run: one message, a wait so that a user who started the program by double-click
-// can read it, exit code 1. Nothing is returned to the caller and nothing is retried.
+// How a stage that cannot go on ends the run: one message, a wait so that a user who started the program by
+// double-click can read it, exit code 1. Nothing is returned to the caller and nothing is retried.
 #pragma once
 
 namespace tarnvexo {

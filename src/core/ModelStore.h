@@ -110,10 +110,10 @@ struct ModelStore {
 
     // Skyline system, laid out by solver/SkylineProfile, filled by the assembly driver and inertia/InertiaRelief,
     // solved in place by solver/SkylineSolver.
-    int EquationCount = 0;              // DofsPerNode * NPOIN: supports remove no equation
-    int SkylineSize = 0;                // entries of GlobalStiffness
-    std::vector<int> ColumnHeight;      // entries of column j, its diagonal included
-    std::vector<int> DiagonalAddress;   // index of the diagonal of column j; the entries above it follow upwards
+    int EquationCount = 0;            // DofsPerNode * NPOIN: supports remove no equation
+    int SkylineSize = 0;              // entries of GlobalStiffness
+    std::vector<int> ColumnHeight;    // entries of column j, its diagonal included
+    std::vector<int> DiagonalAddress; // index of the diagonal of column j; the entries above it follow upwards
     std::vector<double> GlobalStiffness;
     std::vector<double> GLOAD;              // load vector; reduced in place by the solver
     std::vector<double> GlobalDisplacement; // solution

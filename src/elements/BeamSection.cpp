@@ -1,5 +1,7 @@
 #include "elements/BeamSection.h"
 
+#include "elements/Elasticity.h"
+
 #include <cmath>
 #include <utility>
 
@@ -7,15 +9,16 @@ namespace tarnvexo {
 
 namespace {
 
-double ShearModulus(double E, double Mu) { return E * 0.5 / (Mu + 1); }
-
 // Φ = 12·E·I / (G·As·L²) of the shear-deformable beam.
 double ShearFactor(double E, double Mu, double I, double shearArea, double length)
 {
     return 12 * E * I / ShearModulus(E, Mu) / shearArea / length / length;
 }
 
-bool IsRectangle(const WebFlangeSection& section) { return section.Bf == 0.0 || section.Tf == 0.0; }
+bool IsRectangle(const WebFlangeSection& section)
+{
+    return section.Bf == 0.0 || section.Tf == 0.0;
+}
 
 BeamSectionConstants RectangleConstants(double h, double t, double E, double Mu, double length, double sectionOffset)
 {
@@ -138,7 +141,10 @@ void TubeBeamSetUp(BeamElement& beam, const Vector3& node1, const Vector3& node2
     beam.section = TubeSectionConstants(section, material.E, material.Mu, BeamLength(beam), sectionOffset);
 }
 
-double BeamLength(const BeamElement& beam) { return Length(beam.node2 - beam.node1); }
+double BeamLength(const BeamElement& beam)
+{
+    return Length(beam.node2 - beam.node1);
+}
 
 void BeamFrame(const BeamElement& beam, Vector3 frame[3])
 {

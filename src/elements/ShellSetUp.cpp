@@ -13,9 +13,7 @@ void SetUp(Element& element, const Vector3* nodes, int nodeCount, double E, doub
     if (nodeCount != Element::NodeCount) {
         PrintConsoleLine(messages::NodeCountError);
     }
-    for (int i = 0; i < Element::NodeCount; ++i) {
-        element.coordinates[i] = nodes[i];
-    }
+    for (int i = 0; i < Element::NodeCount; ++i) { element.coordinates[i] = nodes[i]; }
     element.E = E;
     element.Mu = Mu;
     element.thickness = TK;

@@ -1,0 +1,162 @@
+#include "app/AssemblyDriver.h"
+
+#include "core/Console.h"
+#include "core/Failure.h"
+#include "core/Messages.h"
+#include "elements/BeamLoadVector.h"
+#include "elements/BeamStiffness.h"
+#include "elements/ShellPressureLoad.h"
+#include "elements/ShellStiffness.h"
+#include "inertia/InertiaRelief.h"
+#include "inertia/StructureCentroid.h"
+#include "input/ModelFileReader.h"
+#include "output/DxfDrawing.h"
+#include "platform/Platform.h"
+#include "solver/SkylineProfile.h"
+
+#include <cstdint>
+#include <cstdio>
+
+namespace tarnvexo {
+
+namespace {
+
+constexpr double GigabytesPerEntry = 1.0 / (1 << 27); // 8 bytes / 2^30
+
+void PrintCentroid(const Vector3& centroid)
+{
+    Console().Text(messages::CentroidBegin).Number(centroid[0]).Text(",").Number(centroid[1]).Text(",");
+    Console().Number(centroid[2]).Text(messages::CentroidEnd);
+    EndConsoleLine();
+}
+
+// Ends the run when the skyline cannot be addressed or held.
+void CheckSkylineSize(std::int64_t entries)
+{
+    const std::uint64_t available = platform::AvailableMemory();
+    const double gigabytes = static_cast<double>(entries) * GigabytesPerEntry;
+    const bool tooManyEntries = entries > SkylineLimit;
+    const bool tooLarge = available > 0 && static_cast<std::uint64_t>(entries) > available / sizeof(double);
+    if (!tooManyEntries && !tooLarge) {
+        return;
+    }
+    char limit[96];
+    if (tooManyEntries) {
+        std::snprintf(limit, sizeof limit, "at most %lld entries (32-bit addresses)",
+                      static_cast<long long>(SkylineLimit));
+    } else {
+        std::snprintf(limit, sizeof limit, "at most %.3g GB, the memory that is free now",
+                      static_cast<double>(available) / (1 << 30));
+    }
+    char text[400];
+    std::snprintf(text, sizeof text,
+                  "%s: error: the skyline of the stiffness matrix has %lld entries (%.3g GB)\n"
+                  "  expected: %s\n"
+                  "  to do:    number the nodes so that connected nodes have close numbers, or coarsen the mesh",
+                  ModelFileName, static_cast<long long>(entries), gigabytes, limit);
+    FailWithDiagnostic(text);
+}
+
+// Adds f at the equations of an element's nodes.
+template <int NodeCount> void AddElementLoad(const int* nodes, const double* f, std::vector<double>& loads)
+{
+    int map[NodeCount * DofsPerNode];
+    ElementDofMap<NodeCount>(nodes, map);
+    for (int i = 0; i < NodeCount * DofsPerNode; ++i) { loads[map[i]] += f[i]; }
+}
+
+} // namespace
+
+void LayOutSkyline(ModelStore& model)
+{
+    model.EquationCount = model.NPOIN * DofsPerNode;
+    BuildSkylineProfile(model);
+    const std::int64_t entries = SkylineEntries(model.ColumnHeight);
+    Console().Text(messages::MemoryBegin).Number(static_cast<double>(entries) * GigabytesPerEntry);
+    Console().Text(messages::MemoryEnd);
+    EndConsoleLine();
+    CheckSkylineSize(entries);
+    model.SkylineSize = static_cast<int>(entries);
+    model.DiagonalAddress = DiagonalAddresses(model.ColumnHeight);
+    model.GlobalStiffness.assign(entries, 0.0);
+}
+
+void AssembleStiffness(ModelStore& model)
+{
+    for (int e = 0; e < model.NELEM_S_4ND; ++e) {
+        double K[QuadDofCount][QuadDofCount];
+        int map[QuadDofCount];
+        QuadShellStiffness(model.QuadElements[e], K);
+        ElementDofMap<QuadNodeCount>(model.QuadConnectivity[e].data(), map);
+        AddElementMatrix(&K[0][0], map, QuadDofCount, model.DiagonalAddress, model.GlobalStiffness);
+    }
+    for (int e = 0; e < model.NELEM_S_3ND; ++e) {
+        double K[TriDofCount][TriDofCount];
+        int map[TriDofCount];
+        TriShellStiffness(model.TriElements[e], K);
+        ElementDofMap<TriNodeCount>(model.TriConnectivity[e].data(), map);
+        AddElementMatrix(&K[0][0], map, TriDofCount, model.DiagonalAddress, model.GlobalStiffness);
+    }
+    for (int e = 0; e < model.NELEM_B; ++e) {
+        double K[BeamDofCount][BeamDofCount];
+        int map[BeamDofCount];
+        BeamStiffness(model.BeamElements[e], K);
+        ElementDofMap<BeamNodeCount>(model.BeamConnectivity[e].data(), map);
+        AddElementMatrix(&K[0][0], map, BeamDofCount, model.DiagonalAddress, model.GlobalStiffness);
+    }
+}
+
+void AssembleLoads(ModelStore& model)
+{
+    model.GLOAD.assign(model.EquationCount, 0.0);
+    for (const NodalForce& force : model.NodalForces) {
+        for (int k = 0; k < DofsPerNode; ++k) { model.GLOAD[DofsPerNode * force.node + k] += force.components[k]; }
+    }
+    for (const ShellDistributedLoad& load : model.QuadDistributedLoads) {
+        double f[QuadDofCount];
+        QuadShellPressureLoad(model.QuadElements[load.element], load, f);
+        AddElementLoad<QuadNodeCount>(model.QuadConnectivity[load.element].data(), f, model.GLOAD);
+    }
+    for (const ShellDistributedLoad& load : model.TriDistributedLoads) {
+        double f[TriDofCount];
+        TriShellPressureLoad(model.TriElements[load.element], load, f);
+        AddElementLoad<TriNodeCount>(model.TriConnectivity[load.element].data(), f, model.GLOAD);
+    }
+    for (const BeamDistributedLoad& load : model.BeamDistributedLoads) {
+        double f[BeamDofCount];
+        BeamLoadVector(model.BeamElements[load.element], load, f);
+        AddElementLoad<BeamNodeCount>(model.BeamConnectivity[load.element].data(), f, model.GLOAD);
+    }
+}
+
+void ApplyRestraints(ModelStore& model)
+{
+    for (const Restraint& restraint : model.Restraints) {
+        for (int k = 0; k < DofsPerNode; ++k) {
+            if (restraint.flags[k] == 1) {
+                model.GlobalStiffness[model.DiagonalAddress[DofsPerNode * restraint.node + k]] = RestraintPenalty;
+            }
+        }
+    }
+}
+
+void AssembleGlobalSystem(ModelStore& model)
+{
+    ReadModelFile(model, ModelFileName);
+
+    // Moments and rotational mass are taken about the centroid of the material volume.
+    model.StructureCentroid = StructureCentroid(model);
+    PrintCentroid(model.StructureCentroid);
+    ShiftOrigin(model, -model.StructureCentroid);
+
+    LayOutSkyline(model);
+    WriteStructureDrawing(model);
+
+    PrintConsoleLine(messages::Assembling);
+    AssembleStiffness(model);
+    AssembleLoads(model);
+    ApplyRestraints(model);
+    BalanceByInertiaRelief(model);
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,98 @@
+#include "app/RunDriver.h"
+
+#include "app/AssemblyDriver.h"
+#include "core/Console.h"
+#include "core/Messages.h"
+#include "inertia/StructureCentroid.h"
+#include "output/BeamSectionStress.h"
+#include "output/ContourFile.h"
+#include "output/DxfDrawing.h"
+#include "output/NodalAveraging.h"
+#include "output/NodalDisplacementFile.h"
+#include "output/ShellStressFiles.h"
+#include "output/ShellStressRecovery.h"
+#include "platform/Platform.h"
+#include "solver/SkylineSolver.h"
+
+#include <cstdint>
+#include <cstdio>
+
+namespace tarnvexo {
+
+namespace {
+
+constexpr const char* ViewerFileName = "Tarn+Vexo_Contour.exe";
+
+void PrintBanner()
+{
+    PrintConsoleLine(messages::BannerRule);
+    PrintConsoleLine(messages::BannerProgram);
+    PrintConsoleLine(messages::BannerSubject);
+    PrintConsoleLine(messages::BannerRevision);
+    PrintConsoleLine(messages::BannerRule);
+}
+
+// The reader reports the failure in its own way and ends the run; this notice comes first.
+void WarnIfModelFileIsMissing()
+{
+    if (std::FILE* file = std::fopen(ModelFileName, "r")) {
+        std::fclose(file);
+    } else {
+        platform::ShowWarningBox(messages::FileReadWarning);
+    }
+}
+
+void SolveTimed(ModelStore& model)
+{
+    const std::int64_t frequency = platform::PerformanceFrequency();
+    const std::int64_t start = platform::PerformanceCounter();
+    PrintConsole("%s", messages::Solving);
+    SolveSkyline(model);
+    const std::int64_t end = platform::PerformanceCounter();
+    PrintConsole(messages::SolutionTime,
+                 (static_cast<double>(end) - static_cast<double>(start)) / static_cast<double>(frequency));
+    FlushConsole();
+}
+
+void StartViewer()
+{
+    if (platform::FileExists(ViewerFileName)) {
+        platform::RunProgram(ViewerFileName);
+    } else {
+        platform::ShowWarningBox(messages::ViewerMissing);
+    }
+}
+
+} // namespace
+
+int RunConsole()
+{
+    ModelStore model;
+    PrintBanner();
+    WarnIfModelFileIsMissing();
+    AssembleGlobalSystem(model);
+    SolveTimed(model);
+    PrintBanner();
+
+    // Results carry the model file's coordinates.
+    ShiftOrigin(model, model.StructureCentroid);
+    WriteNodalDisplacements(model);
+    WriteDeformedDrawing(model, DeformationDrawingFileName);
+    RecoverShellStresses(model);
+    WriteShellStresses(model, ShellStressFileName);
+    AverageShellStresses(model);
+    WriteAveragedShellStresses(model, AveragedShellStressFileName);
+    RecoverBeamSectionStresses(model);
+    WriteContourFile(model, ContourFileName);
+
+    ReleaseModel(model);
+    StartViewer();
+    return 0;
+}
+
+void ReleaseModel(ModelStore& model)
+{
+    model = ModelStore();
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,25 @@
+// inertia/InertiaRelief.h
+// Balances the load vector by the inertial loads of a rigid-body acceleration, so that a structure that floats or is
+// held only by nominal supports can be analysed as if in equilibrium. Needs the origin at the structure's centroid and
+// GLOAD complete. Prints the balance before and after on the console.
+//
+// The translational acceleration is (Σ F)/M, the angular one solves (rotational mass)·α = Σ M.
+// Limits: the balance closes to round-off for one density and no beams. The centroid is that of the volume, and beams
+// carry their torsional inertia at (x, x): with several densities, or beams, a moment remains that the supports carry.
+#pragma once
+
+#include "core/ModelStore.h"
+
+namespace tarnvexo {
+
+// Forces and moments about the origin of a load vector laid out like GLOAD.
+struct LoadResultant {
+    Vector3 force = {};
+    Vector3 moment = {};
+};
+LoadResultant ResultantOfLoads(const ModelStore& model);
+
+// Errors: none reported; a model without mass or inertia gives non-finite loads.
+void BalanceByInertiaRelief(ModelStore& model);
+
+} // namespace tarnvexo

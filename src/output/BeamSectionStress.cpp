@@ -1,0 +1,291 @@
+#include "output/BeamSectionStress.h"
+
+#include "core/Failure.h"
+#include "core/Messages.h"
+#include "elements/BeamSection.h"
+#include "elements/BeamStiffness.h"
+#include "elements/QuadGeometry.h"
+#include "elements/ShellNodeStress.h"
+#include "elements/ShellSetUp.h"
+#include "elements/ShellStiffness.h"
+#include "output/BeamJointAveraging.h"
+#include "output/ShellStressRecovery.h"
+#include "platform/Platform.h"
+#include "solver/SkylineProfile.h"
+#include "solver/SkylineSolver.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+#include <utility>
+
+namespace tarnvexo {
+
+namespace {
+
+// Links between a beam end and its ring of walls: tubes far stiffer than any wall. Results depend on these numbers.
+constexpr CBeamSection LinkSection = {5.0, 1.0};
+constexpr Material LinkMaterial = {1e20, 0.3, 0.0};
+constexpr double LinkTolerance = 0.001; // shorter links, in section heights or radii, are left out
+
+// Prescribed displacements: diagonal 1e40, load u·1e20·1e20.
+constexpr double DisplacementPenalty = 1e20;
+
+// Outline points looked at for one that lies on the node line.
+constexpr int NearEndSearch = 6;
+
+// The small system of one beam.
+struct SectionSystem {
+    std::vector<int> columnHeight;
+    std::vector<int> diagonalAddress;
+    std::vector<double> stiffness;
+    std::vector<double> load;
+};
+
+struct Link {
+    std::array<int, BeamNodeCount> nodes;
+    BeamElement element;
+};
+
+// Beam end 1, the rings of outline points, beam end 2.
+std::vector<Vector3> SectionNodes(const BeamElement& beam, const SectionOutline& outline, int slices)
+{
+    Vector3 frame[3];
+    BeamFrame(beam, frame);
+    const Vector3 axis = beam.node2 - beam.node1;
+    std::vector<Vector3> nodes;
+    nodes.reserve(outline.points.size() * (slices + 1) + 2);
+    nodes.push_back(beam.node1);
+    for (int ring = 0; ring <= slices; ++ring) {
+        for (const OutlinePoint& point : outline.points) {
+            const Vector3 inSection = point.y * frame[1] + point.z * frame[2];
+            nodes.push_back(beam.node1 + inSection + (ring * axis) / slices);
+        }
+    }
+    nodes.push_back(beam.node2);
+    return nodes;
+}
+
+std::vector<SectionPatch> SectionPatches(const SectionOutline& outline, int slices)
+{
+    const int points = static_cast<int>(outline.points.size());
+    std::vector<SectionPatch> patches;
+    patches.reserve(outline.segments.size() * slices);
+    for (int slice = 0; slice < slices; ++slice) {
+        const int ring = 1 + slice * points; // first node of this ring
+        for (const OutlineSegment& segment : outline.segments) {
+            SectionPatch patch;
+            patch.nodes[0] = ring + segment.from;
+            patch.nodes[1] = ring + points + segment.from;
+            patch.nodes[2] = ring + points + segment.to;
+            patch.nodes[3] = ring + segment.to;
+            patch.thickness = segment.thickness;
+            patches.push_back(patch);
+        }
+    }
+    return patches;
+}
+
+// One link from each beam end to every outline point of its ring.
+std::vector<Link> SectionLinks(const BeamElement& beam, const std::vector<Vector3>& nodes, int points)
+{
+    const Vector3 axis = beam.node2 - beam.node1;
+    const int last = static_cast<int>(nodes.size()) - 1;
+    std::vector<Link> links;
+    const auto addLinks = [&](int end, int firstOfRing) {
+        for (int i = 0; i < points; ++i) {
+            Link link;
+            link.nodes = {end, firstOfRing + i};
+            TubeBeamSetUp(link.element, nodes[end], nodes[firstOfRing + i], nodes[end] + axis, LinkMaterial,
+                          LinkSection, 0.0);
+            links.push_back(link);
+        }
+    };
+    addLinks(0, 1);
+    addLinks(last, last - points);
+    return links;
+}
+
+QuadShellElement PatchElement(const BeamElement& beam, const SectionPatch& patch, const std::vector<Vector3>& nodes)
+{
+    Vector3 corners[QuadNodeCount];
+    for (int i = 0; i < QuadNodeCount; ++i) { corners[i] = nodes[patch.nodes[i]]; }
+    QuadShellElement element;
+    QuadShellSetUp(element, corners, QuadNodeCount, beam.E, beam.Mu, 0.0, patch.thickness);
+    return element;
+}
+
+// Profile and zeroed matrix. Links that are left out of the matrix still count in the profile.
+void LayOutSystem(const BeamSectionModel& section, const std::vector<Link>& links, SectionSystem& system)
+{
+    const std::size_t equations = DofsPerNode * section.nodes.size();
+    system.columnHeight.assign(equations, 1);
+    for (const SectionPatch& patch : section.patches) {
+        int map[QuadDofCount];
+        ElementDofMap<QuadNodeCount>(patch.nodes, map);
+        RaiseColumns(map, QuadDofCount, system.columnHeight);
+    }
+    for (const Link& link : links) {
+        int map[BeamDofCount];
+        ElementDofMap<BeamNodeCount>(link.nodes.data(), map);
+        RaiseColumns(map, BeamDofCount, system.columnHeight);
+    }
+    system.diagonalAddress = DiagonalAddresses(system.columnHeight);
+    system.stiffness.assign(SkylineEntries(system.columnHeight), 0.0);
+    system.load.assign(equations, 0.0);
+}
+
+void AssembleSystem(const BeamElement& beam, const BeamSectionModel& section, const std::vector<Link>& links,
+                    double leadingSize, SectionSystem& system)
+{
+    for (const SectionPatch& patch : section.patches) {
+        double K[QuadDofCount][QuadDofCount];
+        int map[QuadDofCount];
+        QuadShellStiffness(PatchElement(beam, patch, section.nodes), K);
+        ElementDofMap<QuadNodeCount>(patch.nodes, map);
+        AddElementMatrix(&K[0][0], map, QuadDofCount, system.diagonalAddress, system.stiffness);
+    }
+    for (const Link& link : links) {
+        if (BeamLength(link.element) < LinkTolerance * leadingSize) {
+            continue;
+        }
+        double K[BeamDofCount][BeamDofCount];
+        int map[BeamDofCount];
+        BeamStiffness(link.element, K);
+        ElementDofMap<BeamNodeCount>(link.nodes.data(), map);
+        AddElementMatrix(&K[0][0], map, BeamDofCount, system.diagonalAddress, system.stiffness);
+    }
+}
+
+// The diagonal is replaced, not added to.
+void PrescribeDisplacements(int node, const double u[DofsPerNode], SectionSystem& system)
+{
+    for (int k = 0; k < DofsPerNode; ++k) {
+        const int equation = DofsPerNode * node + k;
+        system.stiffness[system.diagonalAddress[equation]] = DisplacementPenalty * DisplacementPenalty;
+        system.load[equation] = u[k] * DisplacementPenalty * DisplacementPenalty;
+    }
+}
+
+// A beam end, and the first of the nodes from `firstNear` on that lies on it.
+void PrescribeEnd(const BeamSectionModel& section, int end, int firstNear, const double u[DofsPerNode],
+                  double leadingSize, SectionSystem& system)
+{
+    PrescribeDisplacements(end, u, system);
+    for (int n = firstNear; n < firstNear + NearEndSearch; ++n) {
+        if (Length(section.nodes[n] - section.nodes[end]) < LinkTolerance * leadingSize) {
+            PrescribeDisplacements(n, u, system);
+            break;
+        }
+    }
+}
+
+void RecoverPatchStresses(const BeamElement& beam, BeamSectionModel& section)
+{
+    for (SectionPatch& patch : section.patches) {
+        const QuadShellElement element = PatchElement(beam, patch, section.nodes);
+        patch.normal = element.axes[2];
+        double d[QuadDofCount];
+        GatherDisplacements<QuadNodeCount>(patch.nodes, section.displacements, d);
+        for (int i = 0; i < QuadNodeCount; ++i) {
+            QuadNodeStress(element, patch.positiveFace[i], patch.negativeFace[i], d, QuadNodeXi[i], QuadNodeEta[i]);
+        }
+    }
+}
+
+SectionOutline OutlineOfBeam(const ModelStore& model, const BeamSectionRef& ref)
+{
+    switch (ref.BeamSecType) {
+    case TSection:
+        return TOutline(model.TBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
+    case LSection:
+        return LOutline(model.LBeamSections[ref.BeamSecIndex], ref.BeamSecOz, ref.BeamSecMirrored);
+    case CSection:
+        return TubeOutline(model.CBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
+    default:
+        FailWithPause(messages::BeamSectionTypeError);
+    }
+}
+
+// Refuses section meshes that cannot be held, before the first is built. Beams behind one of unknown type do not count:
+// the run ends at that beam with its own message.
+void CheckSectionSizes(const ModelStore& model)
+{
+    const double available = static_cast<double>(platform::AvailableMemory());
+    double bytes = 0.0;
+    for (int b = 0; b < model.NELEM_B; ++b) {
+        const BeamSectionRef& ref = model.BeamSectionRefs[b];
+        if (ref.BeamSecType < TSection || ref.BeamSecType > CSection) {
+            return;
+        }
+        const SectionOutline outline = OutlineOfBeam(model, ref);
+        const double slices = SliceCount(BeamLength(model.BeamElements[b]), outline);
+        const double points = static_cast<double>(outline.points.size());
+        const double equations = DofsPerNode * (points * (slices + 1) + 2);
+        const double entries = equations * DofsPerNode * 2 * (points + 1); // no column reaches beyond the ring before
+        bytes += slices * static_cast<double>(outline.segments.size()) * sizeof(SectionPatch) +
+                 equations / DofsPerNode * (sizeof(Vector3) + sizeof(SectionNodeStress)) + equations * sizeof(double);
+        const bool tooLarge = available > 0.0 && bytes + entries * sizeof(double) > available;
+        if (!(entries <= static_cast<double>(SkylineLimit)) || tooLarge) {
+            FailWithDiagnostic(
+                ("beam " + std::to_string(b) + ": error: its section mesh would need " + std::to_string(slices) +
+                 " slices along the beam, more than memory holds\n" +
+                 "  expected: a section whose longest wall segment is not tiny against the beam's length\n"
+                 "  to do:    correct the section's sizes (Hw, Bf or R), or divide the beam")
+                    .c_str());
+        }
+    }
+}
+
+} // namespace
+
+double SliceCount(double length, const SectionOutline& outline)
+{
+    const double slices = std::floor(length / LongestSegment(outline));
+    return slices >= 1.0 ? slices : 1.0;
+}
+
+BeamSectionModel SolveBeamSection(const BeamElement& beam, const SectionOutline& outline,
+                                  const double endDisplacements[BeamDofCount])
+{
+    const int slices = static_cast<int>(SliceCount(BeamLength(beam), outline));
+    BeamSectionModel section;
+    section.nodes = SectionNodes(beam, outline, slices);
+    section.patches = SectionPatches(outline, slices);
+    const int points = static_cast<int>(outline.points.size());
+    const std::vector<Link> links = SectionLinks(beam, section.nodes, points);
+
+    SectionSystem system;
+    LayOutSystem(section, links, system);
+    AssembleSystem(beam, section, links, outline.leadingSize, system);
+    const int count = static_cast<int>(section.nodes.size());
+    PrescribeEnd(section, 0, 1, endDisplacements, outline.leadingSize, system);
+    PrescribeEnd(section, count - 1, count - 1 - NearEndSearch, endDisplacements + DofsPerNode, outline.leadingSize,
+                 system);
+
+    const SkylineView matrix = {DofsPerNode * count, system.columnHeight.data(), system.diagonalAddress.data(),
+                                system.stiffness.data()};
+    section.displacements.resize(system.load.size());
+    FactoriseSkyline(matrix);
+    ForwardReduce(matrix, system.load.data());
+    BackSubstitute(matrix, system.load.data(), section.displacements.data());
+
+    RecoverPatchStresses(beam, section);
+    return section;
+}
+
+void RecoverBeamSectionStresses(ModelStore& model)
+{
+    CheckSectionSizes(model);
+    model.BeamStressRecords.reserve(model.NELEM_B);
+    for (int b = 0; b < model.NELEM_B; ++b) {
+        const SectionOutline outline = OutlineOfBeam(model, model.BeamSectionRefs[b]);
+        double d[BeamDofCount];
+        GatherDisplacements<BeamNodeCount>(model.BeamConnectivity[b].data(), model.GlobalDisplacement, d);
+        model.BeamStressRecords.push_back(SolveBeamSection(model.BeamElements[b], outline, d));
+    }
+    AverageBeamJoints(model);
+}
+
+} // namespace tarnvexo

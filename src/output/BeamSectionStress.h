@@ -1,0 +1,25 @@
+// output/BeamSectionStress.h
+// Beam stresses on the real section walls: every beam becomes a small shell model of its own length, whose end nodes
+// are tied to the first and last ring of walls by very stiff links and receive the beam's end displacements. Fills
+// ModelStore::BeamStressRecords: mesh, displacements, raw corner stresses and their averages. Errors: a section type
+// other than T, L, C ends the run with a message; a beam that would need more wall patches than memory or 32-bit
+// addresses hold ends it with a diagnostic.
+#pragma once
+
+#include "core/ModelStore.h"
+#include "output/BeamSectionOutline.h"
+
+namespace tarnvexo {
+
+void RecoverBeamSectionStresses(ModelStore& model);
+
+// Slices along the beam: its length in longest wall segments, rounded down, at least one; a length that is not a number
+// gives one. A quotient that is no sensible count (a section without size) is returned as it is for the caller to
+// refuse.
+double SliceCount(double length, const SectionOutline& outline);
+
+// One beam's model, solved, with raw corner stresses; endDisplacements [12] of node 1 and node 2, global axes.
+BeamSectionModel SolveBeamSection(const BeamElement& beam, const SectionOutline& outline,
+                                  const double endDisplacements[BeamDofCount]);
+
+} // namespace tarnvexo

@@ -1,0 +1,94 @@
+#include "output/DxfDrawing.h"
+
+#include "core/Failure.h"
+#include "core/Messages.h"
+#include "output/TextFile.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+namespace tarnvexo {
+
+namespace {
+
+void WriteLine(TextWriter& text, const Vector3& from, const Vector3& to)
+{
+    const char* const fromCodes[3] = {" 10", " 20", " 30"};
+    const char* const toCodes[3] = {" 11", " 21", " 31"};
+    text.Text("LINE\n  8\n0\n");
+    for (int i = 0; i < 3; ++i) { text.Text(fromCodes[i]).EndLine().Number(from[i]).EndLine(); }
+    for (int i = 0; i < 3; ++i) { text.Text(toCodes[i]).EndLine().Number(to[i]).EndLine(); }
+    text.Text("  0\n");
+}
+
+// Every edge of every shell; position(node) gives the point to draw.
+template <class Position> void WriteDrawing(const ModelStore& model, const char* fileName, Position position)
+{
+    TextFile file;
+    if (!file.Open(fileName)) {
+        FailWithKey(messages::DxfFileError);
+    }
+    TextWriter& text = file.Text();
+    const auto writeEdges = [&](const auto& nodes) {
+        for (std::size_t i = 0; i < nodes.size(); ++i) {
+            WriteLine(text, position(nodes[i]), position(nodes[(i + 1) % nodes.size()]));
+        }
+    };
+    text.Text("  0\nSECTION\n  2\nENTITIES\n  0\n");
+    for (const auto& nodes : model.QuadConnectivity) { writeEdges(nodes); }
+    for (const auto& nodes : model.TriConnectivity) { writeEdges(nodes); }
+    text.Text("ENDSEC\n  0\nEOF\n");
+    file.Close();
+}
+
+// Largest side of the box around all nodes.
+double LargestExtent(const ModelStore& model)
+{
+    Vector3 lowest = model.NodeCoordinates[0];
+    Vector3 highest = lowest;
+    for (const Vector3& node : model.NodeCoordinates) {
+        for (int i = 0; i < 3; ++i) {
+            lowest[i] = std::min(lowest[i], node[i]);
+            highest[i] = std::max(highest[i], node[i]);
+        }
+    }
+    return std::max({highest[0] - lowest[0], highest[1] - lowest[1], highest[2] - lowest[2]});
+}
+
+const double* Translation(const ModelStore& model, int node)
+{
+    return &model.GlobalDisplacement[std::size_t(DofsPerNode) * node];
+}
+
+} // namespace
+
+double DeformationScale(const ModelStore& model)
+{
+    double largest = std::fabs(Translation(model, 0)[DX]);
+    for (int n = 0; n < model.NPOIN; ++n) {
+        for (int k : {DX, DY, DZ}) { largest = std::max(largest, std::fabs(Translation(model, n)[k])); }
+    }
+    return LargestExtent(model) / largest * 0.05;
+}
+
+void WriteStructureDrawing(const ModelStore& model)
+{
+    WriteDrawing(model, StructureDrawingFileName, [&](int node) { return model.NodeCoordinates[node]; });
+}
+
+void WriteDeformedDrawing(const ModelStore& model, const char* fileName)
+{
+    if (model.NPOIN < 1) {
+        FailWithDiagnostic("deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
+                           "  expected: NPOIN of 1 or more\n"
+                           "  to do:    add the nodes to the model file and run again");
+    }
+    const double scale = DeformationScale(model);
+    WriteDrawing(model, fileName, [&](int node) {
+        const double* d = Translation(model, node);
+        return model.NodeCoordinates[node] + Vector3{scale * d[DX], scale * d[DY], scale * d[DZ]};
+    });
+}
+
+} // namespace tarnvexo

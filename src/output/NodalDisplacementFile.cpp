@@ -1,0 +1,31 @@
+#include "output/NodalDisplacementFile.h"
+
+#include "core/Failure.h"
+#include "core/Messages.h"
+#include "output/TextFile.h"
+
+#include <cstddef>
+
+namespace tarnvexo {
+
+void WriteNodalDisplacements(const ModelStore& model)
+{
+    constexpr int width = 15;
+    TextFile file;
+    if (!file.Open(NodalDisplacementFileName)) {
+        FailWithKey(messages::DisplacementFileError);
+    }
+    TextWriter& text = file.Text();
+    for (const char* label : {"Node", "dx", "dy", "dz", "rx", "ry", "rz"}) { text.Text(label, width); }
+    text.EndLine();
+    for (int n = 0; n < model.NPOIN; ++n) {
+        text.Integer(n, width - 1).Text(":");
+        for (int k = 0; k < DofsPerNode; ++k) {
+            text.Number(model.GlobalDisplacement[std::size_t(DofsPerNode) * n + k], width);
+        }
+        text.EndLine();
+    }
+    file.Close();
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,68 @@
+#include "output/ShellStressFiles.h"
+
+#include "core/Failure.h"
+#include "core/Messages.h"
+#include "elements/ShellNodeStress.h"
+#include "output/TextFile.h"
+
+#include <cstddef>
+
+namespace tarnvexo {
+
+namespace {
+
+constexpr int Width = 15;
+
+void WriteStressLine(TextWriter& text, int node, const double stress[StressCount])
+{
+    text.Integer(node, Width - 1).Text(":");
+    for (int k = 0; k < StressCount; ++k) { text.Number(stress[k], Width); }
+    text.Number(EquivalentStress(stress), Width).EndLine();
+}
+
+// faces(element) gives the two sets to write, as a pair of pointers to [node][component].
+template <class Elements, class Connectivity, class Faces>
+void WriteElements(TextWriter& text, const char* title, const Elements& elements, const Connectivity& connectivity,
+                   Faces faces)
+{
+    for (std::size_t e = 0; e < elements.size(); ++e) {
+        text.Text(title).Integer(static_cast<long long>(e)).EndLine();
+        for (const char* label : {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"}) { text.Text(label, Width); }
+        text.EndLine();
+        const auto [positive, negative] = faces(elements[e]);
+        for (std::size_t i = 0; i < connectivity[e].size(); ++i) {
+            WriteStressLine(text, connectivity[e][i], positive[i]);
+            WriteStressLine(text, connectivity[e][i], negative[i]);
+        }
+    }
+}
+
+template <class Faces>
+void WriteStressFile(const ModelStore& model, const char* fileName, const char* quadTitle, const char* triTitle,
+                     Faces faces)
+{
+    TextFile file;
+    if (!file.Open(fileName)) {
+        FailWithKey(messages::ShellStressFileError);
+    }
+    WriteElements(file.Text(), quadTitle, model.QuadElements, model.QuadConnectivity, faces);
+    WriteElements(file.Text(), triTitle, model.TriElements, model.TriConnectivity, faces);
+    file.Close();
+}
+
+} // namespace
+
+void WriteShellStresses(const ModelStore& model, const char* fileName)
+{
+    WriteStressFile(model, fileName, "Four-nodes shell element:", "Three-nodes shell element:",
+                    [](const auto& element) { return std::pair(element.positiveFace, element.negativeFace); });
+}
+
+void WriteAveragedShellStresses(const ModelStore& model, const char* fileName)
+{
+    WriteStressFile(model, fileName, "Four-nodes element:", "Three-nodes element:", [](const auto& element) {
+        return std::pair(element.averagedPositiveFace, element.averagedNegativeFace);
+    });
+}
+
+} // namespace tarnvexo
