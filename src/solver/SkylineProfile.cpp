@@ -8,9 +8,7 @@ namespace tarnvexo {
 void RaiseColumns(const int* map, int n, std::vector<int>& columnHeight)
 {
     const int lowest = *std::min_element(map, map + n);
-    for (int i = 0; i < n; ++i) {
-        columnHeight[map[i]] = std::max(columnHeight[map[i]], map[i] - lowest + 1);
-    }
+    for (int i = 0; i < n; ++i) { columnHeight[map[i]] = std::max(columnHeight[map[i]], map[i] - lowest + 1); }
 }
 
 namespace {
