@@ -7,6 +7,7 @@
 #include "elements/BeamStiffness.h"
 #include "elements/ShellPressureLoad.h"
 #include "elements/ShellStiffness.h"
+#include "inertia/BalanceCheck.h"
 #include "inertia/InertiaRelief.h"
 #include "inertia/StructureCentroid.h"
 #include "input/ModelFileReader.h"
@@ -157,6 +158,7 @@ void AssembleGlobalSystem(ModelStore& model)
     AssembleLoads(model);
     ApplyRestraints(model);
     BalanceByInertiaRelief(model);
+    Warn(BalanceWarning(model));
 }
 
 } // namespace tarnvexo

@@ -2,6 +2,7 @@
 
 #include "app/AssemblyDriver.h"
 #include "core/Console.h"
+#include "core/Failure.h"
 #include "core/Messages.h"
 #include "inertia/StructureCentroid.h"
 #include "output/BeamSectionStress.h"
@@ -13,6 +14,7 @@
 #include "output/ShellStressRecovery.h"
 #include "platform/Platform.h"
 #include "solver/SkylineSolver.h"
+#include "solver/SolutionCheck.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -52,6 +54,7 @@ void SolveTimed(ModelStore& model)
     PrintConsole(messages::SolutionTime,
                  (static_cast<double>(end) - static_cast<double>(start)) / static_cast<double>(frequency));
     FlushConsole();
+    Warn(PivotWarning(model));
 }
 
 void StartViewer()

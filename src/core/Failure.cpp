@@ -1,0 +1,40 @@
+#include "core/Failure.h"
+
+#include "core/Console.h"
+#include "platform/Platform.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace tarnvexo {
+
+void FailWithPause(const char* message)
+{
+    PrintConsoleLine(message);
+    platform::Pause();
+    std::exit(1);
+}
+
+void FailWithKey(const char* message)
+{
+    PrintConsoleLine(message);
+    platform::WaitForKey();
+    std::exit(1);
+}
+
+void FailWithDiagnostic(const char* text)
+{
+    FlushConsole();
+    std::fprintf(stderr, "%s\n", text);
+    std::exit(1);
+}
+
+void Warn(const std::string& text)
+{
+    if (!text.empty()) {
+        FlushConsole();
+        std::fprintf(stderr, "%s\n", text.c_str());
+    }
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,211 @@
+#include "platform/Platform.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iconv.h>
+#include <langinfo.h>
+#include <locale.h>
+#include <poll.h>
+#include <ratio>
+#include <string>
+#include <unistd.h>
+
+namespace tarnvexo::platform {
+
+namespace {
+
+// Writes all bytes: an interrupted or partial write goes on where it stopped. False, with errno, when it cannot.
+bool WriteAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno == EAGAIN) { // a pipe in non-blocking mode is full: wait until the reader has taken some
+            pollfd room = {descriptor, POLLOUT, 0};
+            poll(&room, 1, -1);
+        } else if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// One byte of standard input, or false at its end. Unbuffered: what is not asked for stays for a started program.
+bool ReadByte(char& byte)
+{
+    ssize_t count = 0;
+    do {
+        count = read(STDIN_FILENO, &byte, 1);
+    } while (count < 0 && errno == EINTR);
+    return count == 1;
+}
+
+bool IsUtf8Terminal()
+{
+    if (!isatty(STDOUT_FILENO)) {
+        return false;
+    }
+    // The user's character set, without touching the locale that formats numbers.
+    const locale_t user = newlocale(LC_CTYPE_MASK, "", nullptr);
+    if (user == nullptr) {
+        return false;
+    }
+    const bool utf8 = std::strcmp(nl_langinfo_l(CODESET, user), "UTF-8") == 0;
+    freelocale(user);
+    return utf8;
+}
+
+bool IsAscii(char c)
+{
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
+// Bytes of the first character of a UTF-8 text: its first byte and the continuation bytes behind it.
+std::size_t CharacterSize(std::string_view text)
+{
+    constexpr std::size_t longest = 4;
+    std::size_t size = 1;
+    while (size < longest && size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) { ++size; }
+    return size;
+}
+
+iconv_t OpenGbkConverter()
+{
+    const iconv_t converter = iconv_open("GBK", "UTF-8");
+    if (converter == iconv_t(-1)) {
+        std::fputs("standard output: error: Chinese console text cannot be converted to GBK and shows as \"?\"\n"
+                   "  expected: the C library's converter module for GBK\n"
+                   "  to do:    install it (package libc-gconv-modules-extra on newer Debian systems)\n",
+                   stderr);
+    }
+    return converter;
+}
+
+// ASCII is the same in both sets; a character that GBK lacks becomes "?".
+std::string Utf8ToGbk(std::string_view text)
+{
+    std::string gbk;
+    gbk.reserve(text.size());
+    while (!text.empty()) {
+        if (IsAscii(text.front())) {
+            gbk.push_back(text.front());
+            text.remove_prefix(1);
+            continue;
+        }
+        static const iconv_t converter = OpenGbkConverter();
+        std::size_t inputLeft = CharacterSize(text);
+        std::string character(text.substr(0, inputLeft)); // iconv wants to be able to write where it reads
+        text.remove_prefix(inputLeft);
+        char* input = character.data();
+        char converted[4];
+        char* output = converted;
+        std::size_t outputLeft = sizeof converted;
+        if (converter != iconv_t(-1) && iconv(converter, &input, &inputLeft, &output, &outputLeft) != std::size_t(-1)) {
+            gbk.append(converted, output);
+        } else {
+            gbk.push_back('?');
+        }
+    }
+    return gbk;
+}
+
+// 'text' as one word of the shell: nothing inside single quotes has a meaning but the quote itself.
+std::string ShellQuoted(std::string_view text)
+{
+    std::string quoted = "'";
+    for (const char c : text) {
+        if (c == '\'') {
+            quoted += "'\\''";
+        } else {
+            quoted += c;
+        }
+    }
+    return quoted + "'";
+}
+
+} // namespace
+
+void ShowWarningBox(const char* text)
+{
+    std::fprintf(stderr, "[Warning!] %s\nPress Enter to continue . . .", text);
+    std::fflush(stderr);
+    char c = 0;
+    while (c != '\n') {
+        if (!ReadByte(c)) {
+            std::fputs("\n", stderr); // no one pressed Enter: later messages start on a line of their own
+            return;
+        }
+    }
+}
+
+void Pause()
+{
+    WriteStandardOutput("Press any key to continue . . . ");
+    WaitForKey();
+}
+
+void WaitForKey()
+{
+    char key = 0;
+    ReadByte(key);
+}
+
+std::int64_t PerformanceFrequency()
+{
+    return std::int64_t(std::nano::den);
+}
+
+std::int64_t PerformanceCounter()
+{
+    return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+bool FileExists(const char* path)
+{
+    return access(path, F_OK) == 0;
+}
+
+void RunProgram(const char* fileName)
+{
+    // A program that cannot be started is reported by the shell on standard error; a run that is complete does not
+    // fail for it.
+    [[maybe_unused]] const int status = std::system(ShellQuoted(std::string("./") + fileName).c_str());
+}
+
+void WriteStandardOutput(std::string_view text)
+{
+    static const bool utf8 = IsUtf8Terminal();
+    static bool failed = false;
+    if (!failed && !WriteAll(STDOUT_FILENO, utf8 ? std::string(text) : Utf8ToGbk(text))) {
+        failed = true; // reported once; the result files do not depend on it
+        std::fprintf(stderr,
+                     "standard output: error: console text cannot be written: %s\n"
+                     "  expected: a terminal, a pipe that is read, or a file with room for it\n"
+                     "  to do:    send the output elsewhere; the run goes on without it\n",
+                     std::strerror(errno));
+    }
+}
+
+std::uint64_t AvailableMemory()
+{
+    std::FILE* info = std::fopen("/proc/meminfo", "r");
+    if (info != nullptr) {
+        char line[128];
+        unsigned long long kibibytes = 0;
+        bool found = false;
+        while (!found && std::fgets(line, sizeof line, info) != nullptr) {
+            found = std::sscanf(line, "MemAvailable: %llu kB", &kibibytes) == 1;
+        }
+        std::fclose(info);
+        if (found) {
+            return kibibytes * 1024;
+        }
+    }
+    return 0;
+}
+
+} // namespace tarnvexo::platform

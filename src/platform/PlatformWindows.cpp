@@ -1,0 +1,105 @@
+#include "platform/Platform.h"
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#define WIN32_LEAN_AND_MEAN
+#include <cstdio>
+#include <cstdlib>
+#include <io.h>
+#include <string>
+#include <windows.h>
+
+namespace tarnvexo::platform {
+
+namespace {
+
+constexpr UINT GbkCodePage = 936;
+
+std::wstring Utf8ToWide(std::string_view text)
+{
+    if (text.empty()) {
+        return {};
+    }
+    const int bytes = static_cast<int>(text.size());
+    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0)), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, wide.data(), static_cast<int>(wide.size()));
+    return wide;
+}
+
+// A character that GBK lacks becomes "?".
+std::string WideToGbk(const std::wstring& wide)
+{
+    const int units = static_cast<int>(wide.size());
+    const int bytes = WideCharToMultiByte(GbkCodePage, 0, wide.data(), units, nullptr, 0, "?", nullptr);
+    std::string gbk(static_cast<std::size_t>(bytes), '\0');
+    WideCharToMultiByte(GbkCodePage, 0, wide.data(), units, gbk.data(), bytes, "?", nullptr);
+    return gbk;
+}
+
+} // namespace
+
+void ShowWarningBox(const char* text)
+{
+    MessageBoxW(nullptr, Utf8ToWide(text).c_str(), L"Warning!", MB_OK);
+}
+
+void Pause()
+{
+    std::system("pause");
+}
+
+void WaitForKey()
+{
+    std::getchar();
+}
+
+std::int64_t PerformanceFrequency()
+{
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    return frequency.QuadPart;
+}
+
+std::int64_t PerformanceCounter()
+{
+    LARGE_INTEGER count;
+    QueryPerformanceCounter(&count);
+    return count.QuadPart;
+}
+
+bool FileExists(const char* path)
+{
+    constexpr int existence = 0;
+    return _access(path, existence) == 0;
+}
+
+// The command processor looks in the current directory first.
+void RunProgram(const char* fileName)
+{
+    std::system(("\"" + std::string(fileName) + "\"").c_str());
+}
+
+void WriteStandardOutput(std::string_view text)
+{
+    const std::wstring wide = Utf8ToWide(text);
+    const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD mode = 0;
+    if (GetConsoleMode(console, &mode)) { // a console window shows every character, whatever its code page
+        DWORD written = 0;
+        WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+        return;
+    }
+    const std::string gbk = WideToGbk(wide); // a file or a pipe, in text mode: "\n" leaves as "\r\n"
+    std::fwrite(gbk.data(), 1, gbk.size(), stdout);
+    std::fflush(stdout);
+}
+
+std::uint64_t AvailableMemory()
+{
+    MEMORYSTATUSEX status;
+    status.dwLength = sizeof status;
+    return GlobalMemoryStatusEx(&status) ? status.ullAvailPhys : 0;
+}
+
+} // namespace tarnvexo::platform
