@@ -48,7 +48,8 @@ std::uint64_t PointGrid::Bucket(const Vector3& cell) const
 void PointGrid::FindNear(const Vector3& place, std::vector<int>& near) const
 {
     near.clear();
-    const Vector3 reach = {radius, radius, radius};
+    const double wider = radius * (1.0 + 1e-9); // a distance a little above the radius may round to it
+    const Vector3 reach = {wider, wider, wider};
     const Vector3 low = CellOf(place - reach, cellSize);
     const Vector3 high = CellOf(place + reach, cellSize);
     std::uint64_t visited[8];

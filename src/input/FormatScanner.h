@@ -1,0 +1,83 @@
+// input/FormatScanner.h
+// Formatted scanning of a text in memory with the rules of the C library's fscanf, at a fraction of its cost.
+//
+// A format is read from left to right:
+//   white space   matches any run of white space, also none, line ends included
+//   %d            white space, then a decimal integer                         -> int
+//   %lf           white space, then a number in any form of the C library     -> double
+//   %c            the next character, whatever it is                          -> char
+//   anything else must stand in the text exactly
+// A scan stops at the first thing that does not match. Destinations reached before keep what they got, the others keep
+// what they had, and the next scan goes on where this one stopped.
+//
+// Where it stops (as glibc does it): a wrong literal character stays unread; white space skipped before a number stays
+// skipped; characters that could begin a number are consumed greedily, so "+" in "+x", "0x" in "0xg" and the whole of
+// "nax" are gone although no number came of them. "1e" and "1e+" are complete numbers (1). An integer beyond 64 bits is
+// clamped to them, then cut to its low 32 bits. Of "nan(...)" only "nan" is read.
+// Equality with fscanf, value for value and position for position, is tested on generated inputs.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace tarnvexo {
+
+// Conversions that one format may hold.
+constexpr int MaxScanFields = 10;
+
+struct ScanResult {
+    const char* expected = nullptr;        // where in the format the scan stopped; nullptr: the whole format matched
+    std::size_t stoppedAt = 0;             // position in the text of what did not match
+    int stored = 0;                        // destinations that got a value
+    std::size_t fieldBegin[MaxScanFields]; // position in the text of each stored value
+
+    bool Matched() const { return expected == nullptr; }
+};
+
+class FormatScanner {
+public:
+    // The text is not copied and must outlive the scanner. It may hold any bytes.
+    explicit FormatScanner(std::string_view text) : begin(text.data()), at(text.data()), end(text.data() + text.size())
+    {
+    }
+
+    // One scan. The destinations (int, double or char) must fit the conversions of the format in number and type.
+    template <class... Destinations> ScanResult Scan(const char* format, Destinations&... destinations)
+    {
+        static_assert(sizeof...(Destinations) <= MaxScanFields);
+        const ScanTarget targets[sizeof...(Destinations) + 1] = {ScanTarget(destinations)..., ScanTarget()};
+        return Scan(format, targets);
+    }
+
+    // Consumes through the next line feed, as "%c" repeated until it has read one. False: the text ended before.
+    bool SkipLine();
+
+    std::size_t Position() const { return std::size_t(at - begin); }
+    std::size_t BytesLeft() const { return std::size_t(end - at); }
+    std::string_view Text() const { return {begin, std::size_t(end - begin)}; }
+
+private:
+    struct ScanTarget {
+        ScanTarget() = default;
+        explicit ScanTarget(int& value) : integer(&value) {}
+        explicit ScanTarget(double& value) : number(&value) {}
+        explicit ScanTarget(char& value) : character(&value) {}
+
+        int* integer = nullptr;
+        double* number = nullptr;
+        char* character = nullptr;
+    };
+
+    ScanResult Scan(const char* format, const ScanTarget* targets);
+    void SkipSpace();
+    bool ReadInteger(int& value);
+    bool ReadNumber(double& value);
+    bool ReadAnyNumber(double& value);
+    bool TakeWord(const char* word);
+
+    const char* begin;
+    const char* at;
+    const char* end;
+};
+
+} // namespace tarnvexo

@@ -1,0 +1,525 @@
+#include "input/ModelFileReader.h"
+
+#include "core/Failure.h"
+#include "core/Messages.h"
+#include "elements/BeamSection.h"
+#include "elements/ShellSetUp.h"
+#include "input/FormatScanner.h"
+#include "input/ModelFileFormats.h"
+#include "input/ScanDiagnostics.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace tarnvexo {
+
+namespace {
+
+// A table of the model as messages speak of it; count and its place in the file are known once it has been read.
+struct Table {
+    const char* record;
+    const char* records;
+    const char* key;
+    int count = 0;
+    std::size_t countPosition = 0;
+};
+
+class ModelTextReader {
+public:
+    ModelTextReader(ModelStore& model, std::string_view text, const char* fileName)
+        : model(model), source{text, fileName}, scanner(text)
+    {
+    }
+
+    ModelReading Read();
+
+private:
+    // One per section, in file order; false: the run cannot go on, `fault` says why.
+    bool ReadMaterials();
+    bool ReadThicknesses();
+    bool ReadWebFlangeSections(const char* countFormat, Table& table, int& count,
+                               std::vector<WebFlangeSection>& sections);
+    bool ReadTubeSections();
+    bool ReadNodes();
+    bool ReadQuads();
+    bool ReadTris();
+    bool ReadBeams();
+    bool ReadRestraints();
+    bool ReadForces();
+    bool ReadShellLoads(const char* countFormat, Table& loads, int& count, const Table& elements,
+                        std::vector<ShellDistributedLoad>& records);
+    bool ReadBeamLoads();
+
+    template <class... Destinations>
+    ScanResult Scan(const RecordName& record, const char* format, Destinations&... destinations);
+    void SkipLabelLine(const RecordName& record);
+    bool ReadCount(const char* format, std::size_t shortestRecord, Table& table, int& count);
+    bool InTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user);
+    template <std::size_t NodeCount>
+    bool NodesInTable(const std::array<int, NodeCount>& nodes, const ScanResult& scan, const RecordName& user);
+    bool SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& nodes, const Vector3& orientation,
+                   const Material& material, const BeamSectionRef& section, const ScanResult& scan,
+                   const RecordName& name);
+    bool Fault(const ModelFault& found);
+
+    ModelStore& model;
+    NamedText source;
+    FormatScanner scanner;
+    ScanWarnings warnings;
+    std::string fault;
+
+    Table materials = {"material", "materials", "NMT"};
+    Table thicknesses = {"thickness", "thicknesses", "NTK"};
+    Table tSections = {"T section", "T sections", "NTBS"};
+    Table lSections = {"L section", "L sections", "NLBS"};
+    Table cSections = {"C section", "C sections", "NCBS"};
+    Table nodes = {"node", "nodes", "NPOIN"};
+    Table quads = {"four-node shell", "four-node shells", "NELEM_S_4ND"};
+    Table tris = {"three-node shell", "three-node shells", "NELEM_S_3ND"};
+    Table beams = {"beam", "beams", "NELEM_B"};
+    Table restraints = {"restraint", "restraints", "NRN"};
+    Table forces = {"force", "forces", "NFOR"};
+    Table quadLoads = {"four-node shell load", "four-node shell loads", "NDL_S_4ND"};
+    Table triLoads = {"three-node shell load", "three-node shell loads", "NDL_S_3ND"};
+    Table beamLoads = {"beam load", "beam loads", "NDL_B"};
+};
+
+ModelReading ModelTextReader::Read()
+{
+    ModelReading reading;
+    double release = 0.0;
+    Scan({"release"}, formats::Release, release);
+    if (release != formats::SupportedRelease) {
+        reading.end = ModelReading::End::WrongRelease;
+    } else {
+        const bool complete =
+            ReadMaterials() && ReadThicknesses() &&
+            ReadWebFlangeSections(formats::TSectionCount, tSections, model.NTBS, model.TBeamSections) &&
+            ReadWebFlangeSections(formats::LSectionCount, lSections, model.NLBS, model.LBeamSections) &&
+            ReadTubeSections() && ReadNodes() && ReadQuads() && ReadTris() && ReadBeams() && ReadRestraints() &&
+            ReadForces() &&
+            ReadShellLoads(formats::QuadLoadCount, quadLoads, model.NDL_S_4ND, quads, model.QuadDistributedLoads) &&
+            ReadShellLoads(formats::TriLoadCount, triLoads, model.NDL_S_3ND, tris, model.TriDistributedLoads) &&
+            ReadBeamLoads();
+        reading.end = complete ? ModelReading::End::Complete : ModelReading::End::Fault;
+    }
+    reading.warnings = warnings.Lines(source);
+    reading.fault = fault;
+    return reading;
+}
+
+bool ModelTextReader::ReadMaterials()
+{
+    if (!ReadCount(formats::MaterialCount, formats::ShortestMaterial, materials, model.NMT)) {
+        return false;
+    }
+    model.Materials.assign(std::size_t(model.NMT), {});
+    int label = 0;
+    for (int m = 0; m < model.NMT; ++m) {
+        const RecordName name = {materials.record, m};
+        Material& material = model.Materials[std::size_t(m)];
+        Scan(name, formats::MaterialLabel, label);
+        Scan(name, formats::MaterialE, material.E);
+        Scan(name, formats::MaterialMu, material.Mu);
+        Scan(name, formats::MaterialDensity, material.Density);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadThicknesses()
+{
+    if (!ReadCount(formats::ThicknessCount, formats::ShortestThickness, thicknesses, model.NTK)) {
+        return false;
+    }
+    model.Thicknesses.assign(std::size_t(model.NTK), 0.0);
+    int label = 0;
+    for (int t = 0; t < model.NTK; ++t) {
+        const RecordName name = {thicknesses.record, t};
+        Scan(name, formats::ThicknessLabel, label);
+        Scan(name, formats::ThicknessTK, model.Thicknesses[std::size_t(t)]);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadWebFlangeSections(const char* countFormat, Table& table, int& count,
+                                            std::vector<WebFlangeSection>& sections)
+{
+    if (!ReadCount(countFormat, formats::ShortestWebFlangeSection, table, count)) {
+        return false;
+    }
+    sections.assign(std::size_t(count), {});
+    for (int s = 0; s < count; ++s) {
+        const RecordName name = {table.record, s};
+        WebFlangeSection& section = sections[std::size_t(s)];
+        SkipLabelLine(name);
+        Scan(name, formats::SectionHw, section.Hw);
+        Scan(name, formats::SectionTw, section.Tw);
+        Scan(name, formats::SectionBf, section.Bf);
+        Scan(name, formats::SectionTf, section.Tf);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadTubeSections()
+{
+    if (!ReadCount(formats::CSectionCount, formats::ShortestTubeSection, cSections, model.NCBS)) {
+        return false;
+    }
+    model.CBeamSections.assign(std::size_t(model.NCBS), {});
+    for (int s = 0; s < model.NCBS; ++s) {
+        const RecordName name = {cSections.record, s};
+        CBeamSection& section = model.CBeamSections[std::size_t(s)];
+        SkipLabelLine(name);
+        Scan(name, formats::SectionR, section.R);
+        Scan(name, formats::SectionT, section.T);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadNodes()
+{
+    if (!ReadCount(formats::NodeCount, formats::ShortestNode, nodes, model.NPOIN)) {
+        return false;
+    }
+    model.NodeCoordinates.assign(std::size_t(model.NPOIN), {});
+    int label = 0;
+    for (int n = 0; n < model.NPOIN; ++n) {
+        Vector3& node = model.NodeCoordinates[std::size_t(n)];
+        Scan({nodes.record, n}, formats::Node, label, node[0], node[1], node[2]);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadQuads()
+{
+    if (!ReadCount(formats::QuadCount, formats::ShortestQuad, quads, model.NELEM_S_4ND)) {
+        return false;
+    }
+    model.QuadElements.assign(std::size_t(model.NELEM_S_4ND), {});
+    model.QuadConnectivity.assign(std::size_t(model.NELEM_S_4ND), {});
+    int label = 0, materialIndex = 0, thicknessIndex = 0;
+    for (int e = 0; e < model.NELEM_S_4ND; ++e) {
+        const RecordName name = {quads.record, e};
+        std::array<int, QuadNodeCount>& corners = model.QuadConnectivity[std::size_t(e)];
+        Scan(name, formats::ElementLabel, label);
+        const ScanResult scan =
+            Scan(name, formats::Quad, corners[0], corners[1], corners[2], corners[3], materialIndex, thicknessIndex);
+        if (!NodesInTable(corners, scan, name) || !InTable(materialIndex, materials, scan, QuadNodeCount, name) ||
+            !InTable(thicknessIndex, thicknesses, scan, QuadNodeCount + 1, name)) {
+            return false;
+        }
+        Vector3 coordinates[QuadNodeCount];
+        for (int i = 0; i < QuadNodeCount; ++i) {
+            coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
+        }
+        const Material& material = model.Materials[std::size_t(materialIndex)];
+        QuadShellSetUp(model.QuadElements[std::size_t(e)], coordinates, QuadNodeCount, material.E, material.Mu,
+                       material.Density, model.Thicknesses[std::size_t(thicknessIndex)]);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadTris()
+{
+    if (!ReadCount(formats::TriCount, formats::ShortestTri, tris, model.NELEM_S_3ND)) {
+        return false;
+    }
+    model.TriElements.assign(std::size_t(model.NELEM_S_3ND), {});
+    model.TriConnectivity.assign(std::size_t(model.NELEM_S_3ND), {});
+    int label = 0, materialIndex = 0, thicknessIndex = 0;
+    for (int e = 0; e < model.NELEM_S_3ND; ++e) {
+        const RecordName name = {tris.record, e};
+        std::array<int, TriNodeCount>& corners = model.TriConnectivity[std::size_t(e)];
+        Scan(name, formats::ElementLabel, label);
+        const ScanResult scan =
+            Scan(name, formats::Tri, corners[0], corners[1], corners[2], materialIndex, thicknessIndex);
+        if (!NodesInTable(corners, scan, name) || !InTable(materialIndex, materials, scan, TriNodeCount, name) ||
+            !InTable(thicknessIndex, thicknesses, scan, TriNodeCount + 1, name)) {
+            return false;
+        }
+        Vector3 coordinates[TriNodeCount];
+        for (int i = 0; i < TriNodeCount; ++i) {
+            coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
+        }
+        const Material& material = model.Materials[std::size_t(materialIndex)];
+        TriShellSetUp(model.TriElements[std::size_t(e)], coordinates, TriNodeCount, material.E, material.Mu,
+                      model.Thicknesses[std::size_t(thicknessIndex)], material.Density);
+    }
+    return true;
+}
+
+// Positions of the conversions of formats::Beam.
+enum BeamField {
+    BeamNode1,
+    BeamNode2,
+    BeamVx,
+    BeamVy,
+    BeamVz,
+    BeamMaterial,
+    BeamType,
+    BeamIndex,
+    BeamOz,
+    BeamMirrored
+};
+
+bool ModelTextReader::ReadBeams()
+{
+    if (!ReadCount(formats::BeamCount, formats::ShortestBeam, beams, model.NELEM_B)) {
+        return false;
+    }
+    model.BeamElements.assign(std::size_t(model.NELEM_B), {});
+    model.BeamConnectivity.assign(std::size_t(model.NELEM_B), {});
+    model.BeamSectionRefs.assign(std::size_t(model.NELEM_B), {});
+    int label = 0, materialIndex = 0, mirrored = 0;
+    Vector3 orientation = {};
+    for (int e = 0; e < model.NELEM_B; ++e) {
+        const RecordName name = {beams.record, e};
+        std::array<int, BeamNodeCount>& ends = model.BeamConnectivity[std::size_t(e)];
+        BeamSectionRef& section = model.BeamSectionRefs[std::size_t(e)];
+        Scan(name, formats::ElementLabel, label);
+        const ScanResult scan =
+            Scan(name, formats::Beam, ends[0], ends[1], orientation[0], orientation[1], orientation[2], materialIndex,
+                 section.BeamSecType, section.BeamSecIndex, section.BeamSecOz, mirrored);
+        section.BeamSecMirrored = mirrored != 0;
+        if (!NodesInTable(ends, scan, name) || !InTable(materialIndex, materials, scan, BeamMaterial, name) ||
+            !SetUpBeam(model.BeamElements[std::size_t(e)], ends, orientation,
+                       model.Materials[std::size_t(materialIndex)], section, scan, name)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ModelTextReader::SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& ends,
+                                const Vector3& orientation, const Material& material, const BeamSectionRef& section,
+                                const ScanResult& scan, const RecordName& name)
+{
+    const Vector3& node1 = model.NodeCoordinates[std::size_t(ends[0])];
+    const Vector3& node2 = model.NodeCoordinates[std::size_t(ends[1])];
+    const Vector3 reference = node1 + orientation;
+    const int index = section.BeamSecIndex;
+    switch (section.BeamSecType) {
+    case TSection:
+        if (!InTable(index, tSections, scan, BeamIndex, name)) {
+            return false;
+        }
+        TBeamSetUp(beam, node1, node2, reference, material, model.TBeamSections[std::size_t(index)], section.BeamSecOz);
+        return true;
+    case LSection:
+        if (!InTable(index, lSections, scan, BeamIndex, name)) {
+            return false;
+        }
+        LBeamSetUp(beam, node1, node2, reference, material, model.LBeamSections[std::size_t(index)], section.BeamSecOz,
+                   section.BeamSecMirrored);
+        return true;
+    case CSection:
+        if (!InTable(index, cSections, scan, BeamIndex, name)) {
+            return false;
+        }
+        TubeBeamSetUp(beam, node1, node2, reference, material, model.CBeamSections[std::size_t(index)],
+                      section.BeamSecOz);
+        return true;
+    default:
+        return true; // reported when beam stresses are recovered
+    }
+}
+
+bool ModelTextReader::ReadRestraints()
+{
+    if (!ReadCount(formats::RestraintCount, formats::ShortestRestraint, restraints, model.NRN)) {
+        return false;
+    }
+    model.Restraints.assign(std::size_t(model.NRN), {});
+    for (int r = 0; r < model.NRN; ++r) {
+        const RecordName name = {restraints.record, r};
+        Restraint& restraint = model.Restraints[std::size_t(r)];
+        const ScanResult scan = Scan(name, formats::RestraintNode, restraint.node);
+        if (!InTable(restraint.node, nodes, scan, 0, name)) {
+            return false;
+        }
+        for (int k = DX; k < RZ; ++k) { Scan(name, formats::RestraintFlag, restraint.flags[k]); }
+        Scan(name, formats::LastRestraintFlag, restraint.flags[RZ]);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadForces()
+{
+    if (!ReadCount(formats::ForceCount, formats::ShortestForce, forces, model.NFOR)) {
+        return false;
+    }
+    model.NodalForces.assign(std::size_t(model.NFOR), {});
+    for (int f = 0; f < model.NFOR; ++f) {
+        const RecordName name = {forces.record, f};
+        NodalForce& force = model.NodalForces[std::size_t(f)];
+        const ScanResult scan = Scan(name, formats::ForceNode, force.node);
+        if (!InTable(force.node, nodes, scan, 0, name)) {
+            return false;
+        }
+        for (int k = DX; k < RZ; ++k) { Scan(name, formats::ForceComponent, force.components[k]); }
+        Scan(name, formats::LastForceComponent, force.components[RZ]);
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadShellLoads(const char* countFormat, Table& loads, int& count, const Table& elements,
+                                     std::vector<ShellDistributedLoad>& records)
+{
+    if (!ReadCount(countFormat, formats::ShortestShellLoad, loads, count)) {
+        return false;
+    }
+    records.assign(std::size_t(count), {});
+    for (int l = 0; l < count; ++l) {
+        const RecordName name = {loads.record, l};
+        ShellDistributedLoad& load = records[std::size_t(l)];
+        const ScanResult scan =
+            Scan(name, formats::ShellLoad, load.element, load.pressure[0], load.pressure[1], load.pressure[2]);
+        if (!InTable(load.element, elements, scan, 0, name)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ModelTextReader::ReadBeamLoads()
+{
+    if (!ReadCount(formats::BeamLoadCount, formats::ShortestBeamLoad, beamLoads, model.NDL_B)) {
+        return false;
+    }
+    model.BeamDistributedLoads.assign(std::size_t(model.NDL_B), {});
+    for (int l = 0; l < model.NDL_B; ++l) {
+        const RecordName name = {beamLoads.record, l};
+        BeamDistributedLoad& load = model.BeamDistributedLoads[std::size_t(l)];
+        const ScanResult scan = Scan(name, formats::BeamLoad, load.element, load.q1, load.q2);
+        if (!InTable(load.element, beams, scan, 0, name)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <class... Destinations>
+ScanResult ModelTextReader::Scan(const RecordName& record, const char* format, Destinations&... destinations)
+{
+    const ScanResult scan = scanner.Scan(format, destinations...);
+    if (!scan.Matched()) {
+        warnings.Add(source, scan, record);
+    }
+    return scan;
+}
+
+void ModelTextReader::SkipLabelLine(const RecordName& record)
+{
+    if (!scanner.SkipLine()) {
+        ScanResult scan;
+        scan.expected = formats::LabelCharacter;
+        scan.stoppedAt = scanner.Position();
+        warnings.Add(source, scan, record);
+    }
+}
+
+bool ModelTextReader::ReadCount(const char* format, std::size_t shortestRecord, Table& table, int& count)
+{
+    const ScanResult scan = Scan({table.key}, format, count);
+    table.count = count;
+    table.countPosition = scan.stored == 1 ? scan.fieldBegin[0] : scan.stoppedAt;
+    const std::string announced = table.key + ("=" + std::to_string(count));
+    if (count < 0) {
+        return Fault({table.countPosition, announced + " is negative",
+                      std::string("the number of ") + table.records + " that follow, 0 or more",
+                      std::string("correct ") + table.key});
+    }
+    const std::size_t most = scanner.BytesLeft() / shortestRecord;
+    if (std::size_t(count) > most) {
+        return Fault(
+            {table.countPosition, announced + ", but the rest of the file cannot hold so many " + table.records,
+             "at most " + std::to_string(most) + " (" + std::to_string(scanner.BytesLeft()) + " bytes follow, one " +
+                 table.record + " takes " + std::to_string(shortestRecord) + " or more)",
+             std::string("correct ") + table.key + ", or write the file again if it was cut off"});
+    }
+    return true;
+}
+
+// `field` is the conversion of the scan that reads the index.
+bool ModelTextReader::InTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user)
+{
+    if (index >= 0 && index < table.count) {
+        return true;
+    }
+    const std::string tableSize = table.count == 0   ? std::string("no ") + table.records
+                                  : table.count == 1 ? std::string("1 ") + table.record
+                                                     : std::to_string(table.count) + " " + table.records;
+    const std::string range =
+        table.count == 0   ? std::string("a model that has ") + table.records
+        : table.count == 1 ? std::string("0, the number of the only ") + table.record
+                           : std::string("a ") + table.record + " number from 0 to " + std::to_string(table.count - 1);
+    return Fault(
+        {field < scan.stored ? scan.fieldBegin[field] : scan.stoppedAt,
+         NameOf(user) + " uses " + table.record + " " + std::to_string(index) + ", but the model has " + tableSize,
+         range + " (" + table.key + "=" + std::to_string(table.count) + ", line " +
+             std::to_string(PlaceInText(source.text, table.countPosition).line) + ")",
+         std::string("correct the number, or add the ") + table.records + " and raise " + table.key});
+}
+
+// The nodes are the first conversions of the scan.
+template <std::size_t NodeCount>
+bool ModelTextReader::NodesInTable(const std::array<int, NodeCount>& indices, const ScanResult& scan,
+                                   const RecordName& user)
+{
+    for (std::size_t i = 0; i < NodeCount; ++i) {
+        if (!InTable(indices[i], nodes, scan, int(i), user)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ModelTextReader::Fault(const ModelFault& found)
+{
+    fault = FaultMessage(source, found);
+    return false;
+}
+
+bool ReadWholeFile(const char* fileName, std::string& text)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(fileName, "rb"), std::fclose);
+    if (!file) {
+        return false;
+    }
+    constexpr std::size_t chunk = std::size_t(1) << 20;
+    std::size_t got = 0;
+    do {
+        const std::size_t size = text.size();
+        text.resize(size + chunk);
+        got = std::fread(text.data() + size, 1, chunk, file.get());
+        text.resize(size + got);
+    } while (got > 0);
+    return true;
+}
+
+} // namespace
+
+ModelReading ReadModelText(ModelStore& model, std::string_view text, const char* fileName)
+{
+    return ModelTextReader(model, text, fileName).Read();
+}
+
+void ReadModelFile(ModelStore& model, const char* fileName)
+{
+    std::string text;
+    if (!ReadWholeFile(fileName, text)) {
+        FailWithPause(messages::PreprocessorFileError);
+    }
+    const ModelReading reading = ReadModelText(model, text, fileName);
+    std::fputs(reading.warnings.c_str(), stderr);
+    switch (reading.end) {
+    case ModelReading::End::Complete:
+        return;
+    case ModelReading::End::WrongRelease:
+        FailWithKey(messages::ReleaseError);
+    case ModelReading::End::Fault:
+        FailWithDiagnostic(reading.fault.c_str());
+    }
+}
+
+} // namespace tarnvexo
