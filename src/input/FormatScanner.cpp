@@ -12,6 +12,14 @@ namespace tarnvexo {
 
 namespace {
 
+// The text still to be read. The procedures below take away from its front what they consume.
+struct Rest {
+    const char* at;
+    const char* end;
+
+    bool Empty() const { return at == end; }
+};
+
 // The character classes of the "C" locale, whatever locale the process runs in.
 bool IsSpace(char c)
 {
@@ -30,54 +38,231 @@ bool IsHexDigit(char c)
     return IsDigit(c) || (Lower(c) >= 'a' && Lower(c) <= 'f');
 }
 
+void SkipSpace(Rest& text)
+{
+    while (!text.Empty() && IsSpace(*text.at)) { ++text.at; }
+}
+
+// True when there was a sign and it was a minus.
+bool TakeSign(Rest& text)
+{
+    if (text.Empty() || (*text.at != '-' && *text.at != '+')) {
+        return false;
+    }
+    return *text.at++ == '-';
+}
+
+// Appends digits to a number as long as it certainly fits in 64 bits; false when digits are left.
+bool TakeDigits(Rest& text, std::uint64_t& number)
+{
+    constexpr std::uint64_t roomForADigit = std::numeric_limits<std::int64_t>::max() / 10 - 1;
+    for (; !text.Empty() && IsDigit(*text.at); ++text.at) {
+        if (number > roomForADigit) {
+            return false;
+        }
+        number = 10 * number + std::uint64_t(*text.at - '0');
+    }
+    return true;
+}
+
+bool ReadInteger(Rest& text, int& value)
+{
+    const bool negative = TakeSign(text);
+    const char* digits = text.at;
+    std::uint64_t magnitude = 0;
+    if (!TakeDigits(text, magnitude)) {
+        // Near or beyond 64 bits: clamped to 2^63 - 1 or -2^63, of which the low 32 bits are all ones or all zeros.
+        constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+        bool clamped = false;
+        for (; !text.Empty() && IsDigit(*text.at); ++text.at) {
+            const std::uint64_t digit = std::uint64_t(*text.at - '0');
+            clamped = clamped || magnitude > (largest - digit) / 10;
+            magnitude = clamped ? largest + std::uint64_t(negative) : 10 * magnitude + digit;
+        }
+    }
+    if (text.at == digits) {
+        return false;
+    }
+    value = std::int32_t(std::uint32_t(negative ? 0 - magnitude : magnitude));
+    return true;
+}
+
+// What fscanf makes part of a number it takes for one: more than decimal digits and a point have been written.
+bool ContinuesNumber(const Rest& text)
+{
+    return !text.Empty() && (Lower(*text.at) == 'e' || Lower(*text.at) == 'x');
+}
+
+// A plain decimal number, digits with or without a point, whose digits fit in a double: m / 10^k is then one exact
+// operation on two exact numbers, rounded once as the library rounds. False, and nothing consumed: not such a number.
+bool ReadPlainNumber(Rest& text, double& value)
+{
+    static constexpr double powersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    constexpr std::ptrdiff_t mostDecimals = 12;
+    constexpr std::uint64_t largestExact = std::uint64_t(1) << std::numeric_limits<double>::digits;
+
+    Rest ahead = text;
+    const bool negative = TakeSign(ahead);
+    const char* digits = ahead.at;
+    std::uint64_t m = 0;
+    std::ptrdiff_t decimals = 0, point = 0;
+    bool fits = TakeDigits(ahead, m);
+    if (fits && !ahead.Empty() && *ahead.at == '.') {
+        const char* decimalsBegin = ++ahead.at;
+        fits = TakeDigits(ahead, m);
+        decimals = ahead.at - decimalsBegin;
+        point = 1;
+    }
+    if (!fits || ahead.at - digits == point || m > largestExact || decimals > mostDecimals || ContinuesNumber(ahead)) {
+        return false;
+    }
+    const double magnitude = double(m) / powersOfTen[decimals];
+    value = negative ? -magnitude : magnitude;
+    text = ahead;
+    return true;
+}
+
+// Any decimal number within the range of a double. What from_chars leaves unread is also where fscanf stops, unless an
+// "e" or "x" follows that did not become part of the number. False, and nothing consumed: not such a number.
+bool ReadDecimalNumber(Rest& text, double& value)
+{
+    Rest ahead = text;
+    const bool negative = TakeSign(ahead);
+    if (ahead.Empty() || (!IsDigit(*ahead.at) && *ahead.at != '.')) {
+        return false;
+    }
+    double magnitude = 0.0;
+    const auto [next, error] = std::from_chars(ahead.at, ahead.end, magnitude);
+    ahead.at = next;
+    if (error != std::errc() || ContinuesNumber(ahead)) {
+        return false;
+    }
+    value = negative ? -magnitude : magnitude;
+    text = ahead;
+    return true;
+}
+
+// Consumes the letters of a word, and with them the first character that is not one of them. The word may be written in
+// capitals.
+bool TakeWord(Rest& text, const char* word)
+{
+    for (const char* w = word; *w != '\0'; ++w) {
+        if (text.Empty() || Lower(*text.at++) != *w) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Consumes what looks like a decimal or hexadecimal number, character by character, whether it is complete or not.
+bool TakeNumberCharacters(Rest& text)
+{
+    bool hexadecimal = false, gotDigit = false, gotPoint = false, gotExponent = false;
+    if (text.end - text.at >= 2 && text.at[0] == '0' && Lower(text.at[1]) == 'x') {
+        hexadecimal = true;
+        text.at += 2;
+    }
+    const char exponentLetter = hexadecimal ? 'p' : 'e';
+    const char* begin = text.at;
+    for (; !text.Empty(); ++text.at) {
+        const char c = *text.at;
+        if (IsDigit(c) || (hexadecimal && !gotExponent && IsHexDigit(c))) {
+            gotDigit = true;
+        } else if (gotExponent && Lower(text.at[-1]) == exponentLetter && (c == '-' || c == '+')) {
+            continue;
+        } else if (gotDigit && !gotExponent && Lower(c) == exponentLetter) {
+            gotExponent = gotPoint = true;
+        } else if (c == '.' && !gotPoint) {
+            gotPoint = true;
+        } else {
+            break;
+        }
+    }
+    return text.at != begin;
+}
+
+// Every form of a number: fscanf first gathers what looks like one, then converts it.
+bool ReadAnyNumber(Rest& text, double& value)
+{
+    const char* begin = text.at;
+    TakeSign(text);
+    const char first = text.Empty() ? '\0' : Lower(*text.at);
+    if (first == 'n') {
+        if (!TakeWord(text, "nan")) {
+            return false;
+        }
+    } else if (first == 'i') {
+        if (!TakeWord(text, "inf")) {
+            return false;
+        }
+        if (!text.Empty() && Lower(*text.at) == 'i' && !TakeWord(text, "inity")) {
+            return false;
+        }
+    } else if (!TakeNumberCharacters(text)) {
+        return false;
+    }
+
+    const std::string number(begin, text.at);
+    char* converted = nullptr;
+    const double result = std::strtod(number.c_str(), &converted);
+    if (converted == number.c_str()) {
+        return false; // "." alone
+    }
+    value = result;
+    return true;
+}
+
+bool ReadNumber(Rest& text, double& value)
+{
+    return ReadPlainNumber(text, value) || ReadDecimalNumber(text, value) || ReadAnyNumber(text, value);
+}
+
 } // namespace
 
 ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
 {
     ScanResult result;
+    Rest text = {at, end};
     for (const char* f = format; *f != '\0'; ++f) {
-        if (IsSpace(*f)) {
-            SkipSpace();
-            continue;
-        }
-        if (*f != '%') {
-            if (at == end || *at != *f) {
-                result.expected = f;
-                result.stoppedAt = Position();
-                return result;
+        if (*f == '%') {
+            const char* conversion = f++;
+            const ScanTarget& target = targets[result.stored];
+            if (*f != 'c') {
+                SkipSpace(text);
             }
-            ++at;
-            continue;
-        }
-
-        const char* conversion = f++;
-        const ScanTarget& target = targets[result.stored];
-        if (*f != 'c') {
-            SkipSpace();
-        }
-        const std::size_t fieldBegin = Position();
-        bool stored = false;
-        if (*f == 'd') {
-            assert(target.integer != nullptr);
-            stored = ReadInteger(*target.integer);
-        } else if (*f == 'l') {
-            assert(f[1] == 'f' && target.number != nullptr);
-            ++f;
-            stored = ReadNumber(*target.number);
+            const char* fieldBegin = text.at;
+            bool stored = false;
+            if (*f == 'd') {
+                assert(target.integer != nullptr);
+                stored = ReadInteger(text, *target.integer);
+            } else if (*f == 'l') {
+                assert(f[1] == 'f' && target.number != nullptr);
+                ++f;
+                stored = ReadNumber(text, *target.number);
+            } else {
+                assert(*f == 'c' && target.character != nullptr);
+                if (!text.Empty()) {
+                    *target.character = *text.at++;
+                    stored = true;
+                }
+            }
+            if (!stored) {
+                result.expected = conversion;
+                result.stoppedAt = std::size_t(fieldBegin - begin);
+                break;
+            }
+            result.fieldBegin[result.stored++] = std::size_t(fieldBegin - begin);
+        } else if (IsSpace(*f)) {
+            SkipSpace(text);
+        } else if (!text.Empty() && *text.at == *f) {
+            ++text.at;
         } else {
-            assert(*f == 'c' && target.character != nullptr);
-            if (at != end) {
-                *target.character = *at++;
-                stored = true;
-            }
+            result.expected = f;
+            result.stoppedAt = std::size_t(text.at - begin);
+            break;
         }
-        if (!stored) {
-            result.expected = conversion;
-            result.stoppedAt = fieldBegin;
-            return result;
-        }
-        result.fieldBegin[result.stored++] = fieldBegin;
     }
+    at = text.at;
     return result;
 }
 
@@ -89,124 +274,6 @@ bool FormatScanner::SkipLine()
         return false;
     }
     at = static_cast<const char*>(lineFeed) + 1;
-    return true;
-}
-
-void FormatScanner::SkipSpace()
-{
-    while (at != end && IsSpace(*at)) { ++at; }
-}
-
-bool FormatScanner::ReadInteger(int& value)
-{
-    bool negative = false;
-    if (at != end && (*at == '-' || *at == '+')) {
-        negative = *at++ == '-';
-    }
-    const char* digits = at;
-    constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
-    std::uint64_t magnitude = 0;
-    bool clamped = false;
-    for (; at != end && IsDigit(*at); ++at) {
-        const std::uint64_t digit = std::uint64_t(*at - '0');
-        clamped = clamped || magnitude > (largest - digit) / 10;
-        if (!clamped) {
-            magnitude = 10 * magnitude + digit;
-        }
-    }
-    if (at == digits) {
-        return false;
-    }
-    // Beyond 64 bits: 2^63 - 1 or -2^63, of which the low 32 bits are all ones or all zeros.
-    const std::uint64_t wide = clamped ? largest + std::uint64_t(negative) : negative ? 0 - magnitude : magnitude;
-    value = std::int32_t(std::uint32_t(wide));
-    return true;
-}
-
-bool FormatScanner::ReadNumber(double& value)
-{
-    // Nearly every number of a model file: decimal digits with an optional fraction and exponent. What from_chars
-    // leaves unread is also where fscanf stops, unless an "e" or "x" follows that did not become part of the number.
-    const char* unsignedBegin = at != end && (*at == '-' || *at == '+') ? at + 1 : at;
-    if (unsignedBegin != end && (IsDigit(*unsignedBegin) || *unsignedBegin == '.')) {
-        double magnitude = 0.0;
-        const auto [next, error] = std::from_chars(unsignedBegin, end, magnitude);
-        const char after = next == end ? ' ' : Lower(*next);
-        if (error == std::errc() && after != 'e' && after != 'x') {
-            value = *at == '-' ? -magnitude : magnitude;
-            at = next;
-            return true;
-        }
-    }
-    return ReadAnyNumber(value);
-}
-
-// Every other form: fscanf first gathers what looks like a number, character by character, then converts it.
-bool FormatScanner::ReadAnyNumber(double& value)
-{
-    const char* numberBegin = at;
-    if (at != end && (*at == '-' || *at == '+')) {
-        ++at;
-    }
-    const char* unsignedBegin = at;
-    if (at != end && Lower(*at) == 'n') {
-        if (!TakeWord("nan")) {
-            return false;
-        }
-    } else if (at != end && Lower(*at) == 'i') {
-        if (!TakeWord("inf")) {
-            return false;
-        }
-        if (at != end && Lower(*at) == 'i' && !TakeWord("inity")) {
-            return false;
-        }
-    } else {
-        bool hexadecimal = false, gotDigit = false, gotPoint = false, gotExponent = false;
-        if (end - at >= 2 && at[0] == '0' && Lower(at[1]) == 'x') {
-            hexadecimal = true;
-            at += 2;
-        }
-        const char exponentLetter = hexadecimal ? 'p' : 'e';
-        for (; at != end; ++at) {
-            if (IsDigit(*at) || (hexadecimal && !gotExponent && IsHexDigit(*at))) {
-                gotDigit = true;
-            } else if (gotExponent && Lower(at[-1]) == exponentLetter && (*at == '-' || *at == '+')) {
-                continue;
-            } else if (gotDigit && !gotExponent && Lower(*at) == exponentLetter) {
-                gotExponent = gotPoint = true;
-            } else if (*at == '.' && !gotPoint) {
-                gotPoint = true;
-            } else {
-                break;
-            }
-        }
-        if (at == unsignedBegin || (hexadecimal && at == unsignedBegin + 2)) {
-            return false;
-        }
-    }
-
-    const std::string number(numberBegin, at);
-    char* converted = nullptr;
-    const double result = std::strtod(number.c_str(), &converted);
-    if (converted == number.c_str()) {
-        return false; // "." alone
-    }
-    value = result;
-    return true;
-}
-
-// Consumes the letters of a word, and with them the first character that is not one of them. The word may be written in
-// capitals.
-bool FormatScanner::TakeWord(const char* word)
-{
-    for (const char* w = word; *w != '\0'; ++w) {
-        if (at == end) {
-            return false;
-        }
-        if (Lower(*at++) != *w) {
-            return false;
-        }
-    }
     return true;
 }
 

@@ -69,11 +69,6 @@ private:
     };
 
     ScanResult Scan(const char* format, const ScanTarget* targets);
-    void SkipSpace();
-    bool ReadInteger(int& value);
-    bool ReadNumber(double& value);
-    bool ReadAnyNumber(double& value);
-    bool TakeWord(const char* word);
 
     const char* begin;
     const char* at;

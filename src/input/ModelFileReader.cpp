@@ -423,19 +423,19 @@ bool ModelTextReader::ReadCount(const char* format, std::size_t shortestRecord, 
     const ScanResult scan = Scan({table.key}, format, count);
     table.count = count;
     table.countPosition = scan.stored == 1 ? scan.fieldBegin[0] : scan.stoppedAt;
-    const std::string announced = table.key + ("=" + std::to_string(count));
+    const std::string announced = Joined({table.key, "=", std::to_string(count)});
     if (count < 0) {
-        return Fault({table.countPosition, announced + " is negative",
-                      std::string("the number of ") + table.records + " that follow, 0 or more",
-                      std::string("correct ") + table.key});
+        return Fault({table.countPosition, Joined({announced, " is negative"}),
+                      Joined({"the number of ", table.records, " that follow, 0 or more"}),
+                      Joined({"correct ", table.key})});
     }
     const std::size_t most = scanner.BytesLeft() / shortestRecord;
     if (std::size_t(count) > most) {
         return Fault(
-            {table.countPosition, announced + ", but the rest of the file cannot hold so many " + table.records,
-             "at most " + std::to_string(most) + " (" + std::to_string(scanner.BytesLeft()) + " bytes follow, one " +
-                 table.record + " takes " + std::to_string(shortestRecord) + " or more)",
-             std::string("correct ") + table.key + ", or write the file again if it was cut off"});
+            {table.countPosition, Joined({announced, ", but the rest of the file cannot hold so many ", table.records}),
+             Joined({"at most ", std::to_string(most), " (", std::to_string(scanner.BytesLeft()), " bytes follow, one ",
+                     table.record, " takes ", std::to_string(shortestRecord), " or more)"}),
+             Joined({"correct ", table.key, ", or write the file again if it was cut off"})});
     }
     return true;
 }
@@ -446,19 +446,22 @@ bool ModelTextReader::InTable(int index, const Table& table, const ScanResult& s
     if (index >= 0 && index < table.count) {
         return true;
     }
-    const std::string tableSize = table.count == 0   ? std::string("no ") + table.records
-                                  : table.count == 1 ? std::string("1 ") + table.record
-                                                     : std::to_string(table.count) + " " + table.records;
-    const std::string range =
-        table.count == 0   ? std::string("a model that has ") + table.records
-        : table.count == 1 ? std::string("0, the number of the only ") + table.record
-                           : std::string("a ") + table.record + " number from 0 to " + std::to_string(table.count - 1);
+    const std::string count = std::to_string(table.count);
+    std::string size = Joined({count, " ", table.records});
+    std::string range = Joined({"a ", table.record, " number from 0 to ", std::to_string(table.count - 1)});
+    if (table.count == 0) {
+        size = Joined({"no ", table.records});
+        range = Joined({"a model that has ", table.records});
+    } else if (table.count == 1) {
+        size = Joined({"1 ", table.record});
+        range = Joined({"0, the number of the only ", table.record});
+    }
+    const std::size_t countLine = PlaceInText(source.text, table.countPosition).line;
     return Fault(
         {field < scan.stored ? scan.fieldBegin[field] : scan.stoppedAt,
-         NameOf(user) + " uses " + table.record + " " + std::to_string(index) + ", but the model has " + tableSize,
-         range + " (" + table.key + "=" + std::to_string(table.count) + ", line " +
-             std::to_string(PlaceInText(source.text, table.countPosition).line) + ")",
-         std::string("correct the number, or add the ") + table.records + " and raise " + table.key});
+         Joined({NameOf(user), " uses ", table.record, " ", std::to_string(index), ", but the model has ", size}),
+         Joined({range, " (", table.key, "=", count, ", line ", std::to_string(countLine), ")"}),
+         Joined({"correct the number, or add the ", table.records, " and raise ", table.key})});
 }
 
 // The nodes are the first conversions of the scan.

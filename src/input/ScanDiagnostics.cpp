@@ -42,7 +42,7 @@ LineSpan LineAround(std::string_view text, std::size_t position)
 std::string PlacePrefix(const NamedText& source, std::size_t position)
 {
     const TextPlace place = PlaceInText(source.text, position);
-    return std::string(source.fileName) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": ";
+    return Joined({source.fileName, ":", std::to_string(place.line), ":", std::to_string(place.column), ": "});
 }
 
 // What a format asks for at the place where a scan stopped.
@@ -54,7 +54,7 @@ std::string Expected(const char* format)
     std::string_view literal = format;
     literal = literal.substr(0, literal.find_first_of("%\n"));
     literal = literal.substr(0, literal.find_last_not_of(' ') + 1);
-    return "\"" + std::string(literal) + "\"";
+    return Joined({"\"", literal, "\""});
 }
 
 std::string Found(std::string_view text, std::size_t position)
@@ -66,10 +66,7 @@ std::string Found(std::string_view text, std::size_t position)
         return "the end of the line";
     }
     const std::string_view rest = text.substr(position, LineAround(text, position).end - position);
-    if (rest.size() > LongestQuote) {
-        return "\"" + Printable(rest.substr(0, LongestQuote)) + "...\"";
-    }
-    return "\"" + Printable(rest) + "\"";
+    return Joined({"\"", Printable(rest.substr(0, LongestQuote)), rest.size() > LongestQuote ? "...\"" : "\""});
 }
 
 bool BelongsToNumber(char c)
@@ -78,6 +75,13 @@ bool BelongsToNumber(char c)
 }
 
 } // namespace
+
+std::string Joined(std::initializer_list<std::string_view> parts)
+{
+    std::string joined;
+    for (const std::string_view part : parts) { joined += part; }
+    return joined;
+}
 
 TextPlace PlaceInText(std::string_view text, std::size_t position)
 {
@@ -88,13 +92,13 @@ TextPlace PlaceInText(std::string_view text, std::size_t position)
 
 std::string NameOf(const RecordName& record)
 {
-    return record.number < 0 ? record.kind : std::string(record.kind) + " " + std::to_string(record.number);
+    return record.number < 0 ? record.kind : Joined({record.kind, " ", std::to_string(record.number)});
 }
 
 std::string ScanWarning(const NamedText& source, const ScanResult& scan, const RecordName& record)
 {
-    return PlacePrefix(source, scan.stoppedAt) + "warning: " + NameOf(record) + ": expected " +
-           Expected(scan.expected) + ", found " + Found(source.text, scan.stoppedAt) + "\n";
+    return Joined({PlacePrefix(source, scan.stoppedAt), "warning: ", NameOf(record), ": expected ",
+                   Expected(scan.expected), ", found ", Found(source.text, scan.stoppedAt), "\n"});
 }
 
 std::string FaultMessage(const NamedText& source, const ModelFault& fault)
@@ -111,15 +115,16 @@ std::string FaultMessage(const NamedText& source, const ModelFault& fault)
     std::size_t markEnd = fault.position;
     while (markEnd < line.end && BelongsToNumber(text[markEnd])) { ++markEnd; }
     const std::size_t tildes = markEnd > fault.position ? markEnd - fault.position - 1 : 0;
+    const std::string mark =
+        std::string(fault.position - excerptBegin, ' ') + "^" + std::string(std::min(tildes, LongestExcerpt / 2), '~');
 
     const std::string lineNumber = std::to_string(PlaceInText(text, fault.position).line);
-    std::string message = PlacePrefix(source, fault.position) + "error: " + fault.what + "\n";
-    message += "  " + lineNumber + " | " + Printable(text.substr(excerptBegin, excerptLength)) + "\n";
-    message += "  " + std::string(lineNumber.size(), ' ') + " | " + std::string(fault.position - excerptBegin, ' ') +
-               "^" + std::string(std::min(tildes, LongestExcerpt / 2), '~') + "\n";
-    message += "  expected: " + fault.expected + "\n";
-    message += "  to do:    " + fault.toDo;
-    return message;
+    const std::string lineNumberBlank(lineNumber.size(), ' ');
+    return Joined({PlacePrefix(source, fault.position), "error: ", fault.what, "\n",                   //
+                   "  ", lineNumber, " | ", Printable(text.substr(excerptBegin, excerptLength)), "\n", //
+                   "  ", lineNumberBlank, " | ", mark, "\n",                                           //
+                   "  expected: ", fault.expected, "\n",                                               //
+                   "  to do:    ", fault.toDo});
 }
 
 void ScanWarnings::Add(const NamedText& source, const ScanResult& scan, const RecordName& record)
@@ -135,8 +140,8 @@ std::string ScanWarnings::Lines(const NamedText& source) const
     if (count <= ShownWarnings) {
         return shown;
     }
-    return shown + source.fileName + ": warning: " + std::to_string(count - ShownWarnings) +
-           " more places did not match and are not shown\n";
+    return Joined({shown, source.fileName, ": warning: ", std::to_string(count - ShownWarnings),
+                   " more places did not match and are not shown\n"});
 }
 
 } // namespace tarnvexo

@@ -7,6 +7,7 @@
 #include "input/FormatScanner.h"
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -39,6 +40,9 @@ struct ModelFault {
     std::string expected;
     std::string toDo;
 };
+
+// The parts one behind the other.
+std::string Joined(std::initializer_list<std::string_view> parts);
 
 TextPlace PlaceInText(std::string_view text, std::size_t position);
 

@@ -2,58 +2,70 @@
 
 #include "core/Console.h"
 
-#include <algorithm>
 #include <cstdint>
+#include <cstdio>
 
 namespace tarnvexo {
 
-void FactoriseSkyline(const SkylineView& m, const ColumnDone& columnDone)
+void ForwardReduce(const SkylineView& factor, double* R)
 {
-    for (int j = 0; j < m.equationCount; ++j) {
-        const int rj = j - m.columnHeight[j] + 1;
-        double* Kj = m.values + m.diagonalAddress[j];
-        for (int i = rj; i < j; ++i) {
-            const int ri = i - m.columnHeight[i] + 1;
-            const double* Ki = m.values + m.diagonalAddress[i];
-            double s = Kj[j - i];
-            for (int k = std::max(ri, rj); k < i; ++k) {
-                s -= Ki[i - k] * Kj[j - k];
-            }
-            Kj[j - i] = s;
-        }
-        for (int i = rj; i < j; ++i) {
-            const double t = Kj[j - i];
-            Kj[j - i] = t / m.values[m.diagonalAddress[i]];
-            if (Kj[j - i] != 0.0) {
-                Kj[0] -= Kj[j - i] * t;
-            }
-        }
-        if (columnDone) {
-            columnDone(j);
-        }
+    for (int j = 1; j < factor.equationCount; ++j) {
+        const double* diagonal = factor.values + factor.diagonalAddress[j];
+        double reduced = R[j];
+        for (int k = j - factor.columnHeight[j] + 1; k < j; ++k) { reduced -= diagonal[j - k] * R[k]; }
+        R[j] = reduced;
     }
 }
 
-void ForwardReduce(const SkylineView& m, double* R)
+// Row j takes its terms from the columns that reach it, in increasing order. They hang together as a list that grows at
+// its head as j goes up, and loses columns when j has passed their first row: one step per stored entry, not per pair
+// of equations.
+void BackSubstitute(const SkylineView& factor, const double* R, double* u)
 {
-    for (int j = 1; j < m.equationCount; ++j) {
-        const double* Kj = m.values + m.diagonalAddress[j];
-        for (int k = j - m.columnHeight[j] + 1; k < j; ++k) {
-            R[j] -= Kj[j - k] * R[k];
+    constexpr int none = -1;
+    const int n = factor.equationCount;
+    std::vector<int> next(n > 0 ? n : 0, none); // column behind each column of the list
+    int head = none;
+    for (int j = n - 1; j >= 0; --j) {
+        double value = R[j] / factor.values[factor.diagonalAddress[j]];
+        int* link = &head;
+        while (*link != none) {
+            const int m = *link;
+            const int firstRow = m - factor.columnHeight[m] + 1;
+            if (firstRow > j) {
+                *link = next[m]; // ends below row j, and so below all rows to come
+                continue;
+            }
+            value -= factor.values[factor.diagonalAddress[m] + (m - j)] * u[m];
+            link = &next[m];
         }
+        u[j] = value;
+        next[j] = head;
+        head = j;
     }
 }
 
-void BackSubstitute(const SkylineView& m, const double* R, double* u)
+namespace {
+
+// Back over the number alone, and over the number and "%Completed.".
+constexpr const char* BackOverNumber = "\b\b";
+constexpr const char* BackOverText = "\b\b\b\b\b\b\b\b\b\b\b\b\b";
+
+int Percentage(int column, int equationCount)
 {
-    for (int j = m.equationCount - 1; j >= 0; --j) {
-        u[j] = R[j] / m.values[m.diagonalAddress[j]];
-        for (int c = j + 1; c < m.equationCount; ++c) {
-            if (c - m.columnHeight[c] + 1 <= j) {
-                u[j] -= m.values[m.diagonalAddress[c] + c - j] * u[c];
-            }
-        }
-    }
+    return static_cast<int>((std::int64_t(column) + 1) * 100 / equationCount);
+}
+
+} // namespace
+
+std::string SolutionProgress(int column, int equationCount)
+{
+    const bool isFirst = column == 0;
+    const bool isLast = column == equationCount - 1;
+    char text[40];
+    std::snprintf(text, sizeof text, "%2d%s%s", Percentage(column, equationCount),
+                  isFirst || isLast ? "%Completed." : "", isFirst ? BackOverText : (isLast ? "" : BackOverNumber));
+    return text;
 }
 
 void SolveSkyline(ModelStore& model)
@@ -62,17 +74,13 @@ void SolveSkyline(ModelStore& model)
     if (n < 1) {
         return;
     }
-    model.GlobalDisplacement.resize(n);
     const SkylineView matrix = {n, model.ColumnHeight.data(), model.DiagonalAddress.data(),
                                 model.GlobalStiffness.data()};
-    FactoriseSkyline(matrix, [n](int j) {
-        const int p = static_cast<int>((std::int64_t(j) + 1) * 100 / n);
-        if (j == 0) {
-            PrintConsole("%2d%%Completed.\b\b\b\b\b\b\b\b\b\b\b\b\b", p);
-        } else if (j == n - 1) {
-            PrintConsole("%2d%%Completed.", p);
-        } else {
-            PrintConsole("%2d\b\b", p);
+    model.GlobalDisplacement.resize(n);
+    FactoriseSkyline(matrix, [n](int column) {
+        PrintConsole("%s", SolutionProgress(column, n).c_str());
+        if (column == 0 || Percentage(column, n) != Percentage(column - 1, n)) {
+            FlushConsole(); // what the user sees changes only here
         }
     });
     ForwardReduce(matrix, model.GLOAD.data());

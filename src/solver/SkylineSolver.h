@@ -8,6 +8,7 @@
 #include "core/ModelStore.h"
 
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace tarnvexo {
@@ -21,7 +22,7 @@ struct SkylineView {
     double* values;
 };
 
-// Called once per column, in order, after the column has been reduced.
+// Called once per column, in order, when the column has been reduced (columns are reduced some dozens at a time).
 using ColumnDone = std::function<void(int column)>;
 
 // In place. Pivots are not tested: a zero pivot gives non-finite numbers. Cost: Σ h²/2 multiply-subtracts.
@@ -30,6 +31,9 @@ void FactoriseSkyline(const SkylineView& matrix, const ColumnDone& columnDone = 
 // R [n] becomes the reduced load, u [n] the solution; the matrix must be factorised.
 void ForwardReduce(const SkylineView& factor, double* R);
 void BackSubstitute(const SkylineView& factor, const double* R, double* u);
+
+// Text of the progress counter behind column `column`: a percentage that is overwritten in place.
+std::string SolutionProgress(int column, int equationCount);
 
 // The whole system of the model: GlobalStiffness and GLOAD are overwritten, GlobalDisplacement is written.
 // Prints the progress counter on the console. Does nothing without equations.
