@@ -1,0 +1,248 @@
+#include "platform/Platform.h"
+
+#include "support/ChildProcess.h"
+#include "support/TemporaryDirectory.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <string>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tarnvexo::platform {
+namespace {
+
+using test::ChildOutput;
+using test::ChildResult;
+using test::RunInChild;
+using test::TemporaryDirectory;
+
+// Shows what of standard input is still there.
+void EchoRestOfInput()
+{
+    char c = 0;
+    while (read(STDIN_FILENO, &c, 1) == 1) { WriteStandardOutput(std::string_view(&c, 1)); }
+}
+
+TEST(WarningBox, ShowsItsTextOnStandardErrorAndTakesExactlyOneLine)
+{
+    const ChildResult run = RunInChild(
+        [] {
+            ShowWarningBox("File Read Error!");
+            EchoRestOfInput();
+        },
+        "any text\nnext line\n");
+    EXPECT_EQ(run.error, "[Warning!] File Read Error!\nPress Enter to continue . . .");
+    EXPECT_EQ(run.output, "next line\n");
+    EXPECT_EQ(run.exitCode, 0);
+}
+
+TEST(WarningBox, GoesOnAtEndOfFile)
+{
+    const ChildResult empty = RunInChild([] { ShowWarningBox("x"); });
+    EXPECT_EQ(empty.error, "[Warning!] x\nPress Enter to continue . . .\n");
+    EXPECT_EQ(empty.exitCode, 0);
+
+    const ChildResult unfinishedLine = RunInChild([] { ShowWarningBox("x"); }, "no line end");
+    EXPECT_EQ(unfinishedLine.exitCode, 0);
+}
+
+TEST(WarningBox, GoesOnWhenStandardInputIsClosed)
+{
+    const ChildResult run = RunInChild([] {
+        close(STDIN_FILENO);
+        ShowWarningBox("x");
+    });
+    EXPECT_EQ(run.exitCode, 0);
+}
+
+TEST(Pause, ShowsItsTextOnStandardOutputAndTakesExactlyOneCharacter)
+{
+    const ChildResult run = RunInChild(
+        [] {
+            Pause();
+            EchoRestOfInput();
+        },
+        "ab");
+    EXPECT_EQ(run.output, "Press any key to continue . . . b");
+    EXPECT_EQ(run.error, "");
+}
+
+TEST(Pause, GoesOnAtEndOfFile)
+{
+    const ChildResult run = RunInChild([] { Pause(); });
+    EXPECT_EQ(run.output, "Press any key to continue . . . ");
+    EXPECT_EQ(run.exitCode, 0);
+}
+
+TEST(WaitForKey, TakesExactlyOneCharacterAndShowsNothing)
+{
+    const ChildResult run = RunInChild(
+        [] {
+            WaitForKey();
+            EchoRestOfInput();
+        },
+        "\nb");
+    EXPECT_EQ(run.output, "b");
+    EXPECT_EQ(run.error, "");
+}
+
+TEST(WaitForKey, GoesOnAtEndOfFile)
+{
+    EXPECT_EQ(RunInChild([] { WaitForKey(); }).exitCode, 0);
+}
+
+TEST(PerformanceCounter, CountsAsManyPerSecondAsItsFrequencySays)
+{
+    const std::int64_t start = PerformanceCounter();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const std::int64_t end = PerformanceCounter();
+    EXPECT_GE(static_cast<double>(end - start) / static_cast<double>(PerformanceFrequency()), 0.02);
+}
+
+TEST(FileExists, IsTrueForFilesAndDirectoriesAndFalseForNothing)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("Tarn+Vexo_Contour.exe") << "viewer";
+    std::ofstream("unreadable") << "x";
+    std::filesystem::permissions("unreadable", std::filesystem::perms::none);
+    EXPECT_TRUE(FileExists("Tarn+Vexo_Contour.exe"));
+    EXPECT_TRUE(FileExists("unreadable"));
+    EXPECT_TRUE(FileExists("."));
+    EXPECT_FALSE(FileExists("missing"));
+    EXPECT_FALSE(FileExists("missing/file"));
+}
+
+TEST(RunProgram, StartsTheFileOfTheCurrentDirectoryWhateverItsNameAndWaitsForItsEnd)
+{
+    const TemporaryDirectory directory;
+    for (const char* name : {"Tarn+Vexo_Contour.exe", "it's $HOME; `x` \"y\"", "-n"}) {
+        std::ofstream(name) << "#!/bin/sh\nsleep 0.2\necho \"$# $0\" > done\n";
+        std::filesystem::permissions(name, std::filesystem::perms::owner_all);
+        RunProgram(name);
+        std::ifstream done("done");
+        std::string line;
+        std::getline(done, line);
+        EXPECT_EQ(line, std::string("0 ./") + name);
+        std::filesystem::remove("done");
+    }
+}
+
+TEST(RunProgram, LetsTheShellReportAFileThatCannotRun)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("viewer") << "x";
+    const ChildResult run = RunInChild([] { RunProgram("viewer"); });
+    EXPECT_NE(run.error.find("./viewer: Permission denied"), std::string::npos) << run.error;
+    EXPECT_EQ(run.exitCode, 0);
+}
+
+TEST(StandardOutput, LeavesAsGbkBytesThroughAPipe)
+{
+    const ChildResult run = RunInChild([] { WriteStandardOutput("a错误!\n平衡前GLOAD：\n"); });
+    EXPECT_EQ(run.output, "a\xB4\xED\xCE\xF3!\n\xC6\xBD\xBA\xE2\xC7\xB0GLOAD\xA3\xBA\n");
+}
+
+TEST(StandardOutput, PassesControlCharactersOnUnchanged)
+{
+    const std::string text("12%\b\b\r\n\0x", 9);
+    EXPECT_EQ(RunInChild([&] { WriteStandardOutput(text); }).output, text);
+}
+
+TEST(StandardOutput, ReplacesWhatGbkLacksByAQuestionMark)
+{
+    const ChildResult run = RunInChild([] { WriteStandardOutput("<🚢><ñ><\xFF><\xE9\x94>错"); });
+    EXPECT_EQ(run.output, "<?><?><?><?>\xB4\xED");
+}
+
+TEST(StandardOutput, IsUtf8OnATerminalWhoseCharacterSetIsUtf8)
+{
+    const ChildResult run = RunInChild(
+        [] {
+            setenv("LC_ALL", "C.UTF-8", 1);
+            WriteStandardOutput("错误! 1.5");
+        },
+        "", ChildOutput::Terminal);
+    EXPECT_EQ(run.output, "错误! 1.5");
+}
+
+TEST(StandardOutput, IsGbkOnATerminalOfAnotherCharacterSet)
+{
+    const ChildResult run = RunInChild(
+        [] {
+            setenv("LC_ALL", "C", 1);
+            WriteStandardOutput("错误!");
+        },
+        "", ChildOutput::Terminal);
+    EXPECT_EQ(run.output, "\xB4\xED\xCE\xF3!");
+}
+
+TEST(StandardOutput, HasLeftTheProcessOnReturn)
+{
+    const ChildResult run = RunInChild([] {
+        WriteStandardOutput("seen");
+        _exit(3);
+    });
+    EXPECT_EQ(run.output, "seen");
+    EXPECT_EQ(run.exitCode, 3);
+}
+
+// A pipe holds 64 kB: most writes of this test are partial or find it full.
+TEST(StandardOutput, IsCompleteThroughAPipeThatDoesNotBlock)
+{
+    std::string text;
+    for (int i = 0; i < 200000; ++i) { text += std::to_string(i) + "\n"; }
+    const ChildResult run = RunInChild([&] {
+        fcntl(STDOUT_FILENO, F_SETFL, fcntl(STDOUT_FILENO, F_GETFL) | O_NONBLOCK);
+        WriteStandardOutput(text);
+    });
+    EXPECT_TRUE(run.output == text) << run.output.size() << " of " << text.size() << " bytes";
+}
+
+TEST(StandardOutput, ReportsAFullDeviceOnceAndGoesOn)
+{
+    const ChildResult run = RunInChild([] {
+        dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO);
+        WriteStandardOutput("a");
+        WriteStandardOutput("b");
+    });
+    EXPECT_EQ(run.error, "standard output: error: console text cannot be written: No space left on device\n"
+                         "  expected: a terminal, a pipe that is read, or a file with room for it\n"
+                         "  to do:    send the output elsewhere; the run goes on without it\n");
+    EXPECT_EQ(run.exitCode, 0);
+}
+
+TEST(StandardOutput, ReportsOnceThatTheSystemHasNoConverterToGbk)
+{
+    const ChildResult run = RunInChild([] {
+        rlimit files;
+        getrlimit(RLIMIT_NOFILE, &files);
+        const rlimit noFurtherFile = {3, files.rlim_max}; // the converter module cannot be opened
+        setrlimit(RLIMIT_NOFILE, &noFurtherFile);
+        WriteStandardOutput("a错");
+        setrlimit(RLIMIT_NOFILE, &files);
+        WriteStandardOutput("误b");
+    });
+    EXPECT_EQ(run.output, "a??b");
+    EXPECT_EQ(run.error, "standard output: error: Chinese console text cannot be converted to GBK and shows as \"?\"\n"
+                         "  expected: the C library's converter module for GBK\n"
+                         "  to do:    install it (package libc-gconv-modules-extra on newer Debian systems)\n");
+}
+
+TEST(AvailableMemory, IsPositiveAndNotMoreThanTheMachineHas)
+{
+    const auto pages = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES));
+    const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGE_SIZE));
+    EXPECT_GT(AvailableMemory(), 0u);
+    EXPECT_LE(AvailableMemory(), pages * pageSize);
+}
+
+} // namespace
+} // namespace tarnvexo::platform

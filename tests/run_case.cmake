@@ -1,0 +1,32 @@
+# One whole run: the model of CASE in a fresh DIRECTORY, PROGRAM there with nothing on standard input, then the six
+# result files and the console text against CASE/expected.
+#     cmake -D PROGRAM=... -D PYTHON=... -D COMPARE=.../compare.py -D CASE=... -D DIRECTORY=... -P run_case.cmake
+file(REMOVE_RECURSE ${DIRECTORY})
+file(MAKE_DIRECTORY ${DIRECTORY})
+file(COPY ${CASE}/fem_solving.txt DESTINATION ${DIRECTORY})
+
+execute_process(COMMAND ${PROGRAM}
+  WORKING_DIRECTORY ${DIRECTORY}
+  INPUT_FILE /dev/null
+  OUTPUT_FILE ${DIRECTORY}/console.txt
+  ERROR_VARIABLE diagnostics
+  RESULT_VARIABLE exitCode)
+if(NOT exitCode EQUAL 0)
+  message(FATAL_ERROR "${PROGRAM} ended with ${exitCode} in ${DIRECTORY}:\n${diagnostics}")
+endif()
+
+execute_process(COMMAND ${PYTHON} ${COMPARE} ${CASE}/expected ${DIRECTORY}
+  OUTPUT_VARIABLE comparison
+  ERROR_VARIABLE comparison
+  RESULT_VARIABLE exitCode)
+if(NOT exitCode EQUAL 0)
+  message(FATAL_ERROR "The results in ${DIRECTORY} are not those in ${CASE}/expected:\n${comparison}")
+endif()
+# compare.py passes over files that stand in neither directory.
+foreach(file "structure.dxf" "deformation.dxf" "Node_Dis.txt" "Shell element node stress.txt"
+    "Shell element average node stress.txt" "Tarn+Vexo_AverageStrs.txt" "console.txt")
+  if(NOT EXISTS "${CASE}/expected/${file}")
+    message(FATAL_ERROR "${CASE}/expected lacks ${file}")
+  endif()
+endforeach()
+message("${comparison}")
