@@ -40,7 +40,7 @@ std::string BalanceWarning(const ModelStore& model)
     std::snprintf(text, sizeof text,
                   "fem_solving.txt: warning: the balanced loads keep a resultant, which the supports will carry\n"
                   "  remains:  force %.6g, %.6g, %.6g; moment about the centroid %.6g, %.6g, %.6g\n"
-                  "  expected: zero within %g of the loads; beams and several densities leave a moment by design\n"
+                  "  expected: zero within %g of the loads; beams and several densities leave one by design\n"
                   "  to do:    judge results near the supports with care; without mass in the model, enter densities",
                   rest.force[0], rest.force[1], rest.force[2], rest.moment[0], rest.moment[1], rest.moment[2],
                   BalanceTolerance);

@@ -4,8 +4,9 @@
 // GLOAD complete. Prints the balance before and after on the console.
 //
 // The translational acceleration is (Σ F)/M, the angular one solves (rotational mass)·α = Σ M.
-// Limits: the balance closes to round-off for one density and no beams. The centroid is that of the volume, and beams
-// carry their torsional inertia at (x, x): with several densities, or beams, a moment remains that the supports carry.
+// Limits: the balance closes to round-off for one density and no beams. With several densities, the origin being the
+// centroid of the volume, a force and a moment remain; with beams, whose torsional inertia stands at (x, x), a moment
+// about x. The supports carry them.
 #pragma once
 
 #include "core/ModelStore.h"

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -27,7 +28,7 @@ bool IsSpace(char c)
 }
 bool IsDigit(char c)
 {
-    return c >= '0' && c <= '9';
+    return unsigned(c) - '0' < 10;
 }
 char Lower(char c)
 {
@@ -52,17 +53,19 @@ bool TakeSign(Rest& text)
     return *text.at++ == '-';
 }
 
-// Appends digits to a number as long as it certainly fits in 64 bits; false when digits are left.
-bool TakeDigits(Rest& text, std::uint64_t& number)
+// Decimal digits that any 64-bit integer has room for.
+constexpr std::ptrdiff_t RoomyDigits = 18;
+
+// Appends at most `most` digits to a number.
+void TakeDigits(Rest& text, std::ptrdiff_t most, std::uint64_t& number)
 {
-    constexpr std::uint64_t roomForADigit = std::numeric_limits<std::int64_t>::max() / 10 - 1;
-    for (; !text.Empty() && IsDigit(*text.at); ++text.at) {
-        if (number > roomForADigit) {
-            return false;
-        }
-        number = 10 * number + std::uint64_t(*text.at - '0');
-    }
-    return true;
+    const char* stop = text.end - text.at > most ? text.at + most : text.end;
+    for (; text.at != stop && IsDigit(*text.at); ++text.at) { number = 10 * number + std::uint64_t(*text.at - '0'); }
+}
+
+bool AtDigit(const Rest& text)
+{
+    return !text.Empty() && IsDigit(*text.at);
 }
 
 bool ReadInteger(Rest& text, int& value)
@@ -70,18 +73,17 @@ bool ReadInteger(Rest& text, int& value)
     const bool negative = TakeSign(text);
     const char* digits = text.at;
     std::uint64_t magnitude = 0;
-    if (!TakeDigits(text, magnitude)) {
-        // Near or beyond 64 bits: clamped to 2^63 - 1 or -2^63, of which the low 32 bits are all ones or all zeros.
-        constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
-        bool clamped = false;
-        for (; !text.Empty() && IsDigit(*text.at); ++text.at) {
-            const std::uint64_t digit = std::uint64_t(*text.at - '0');
-            clamped = clamped || magnitude > (largest - digit) / 10;
-            magnitude = clamped ? largest + std::uint64_t(negative) : 10 * magnitude + digit;
-        }
-    }
+    TakeDigits(text, RoomyDigits, magnitude);
     if (text.at == digits) {
         return false;
+    }
+    // Beyond 64 bits: clamped to 2^63 - 1 or -2^63, of which the low 32 bits are all ones or all zeros.
+    constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+    bool clamped = false;
+    for (; AtDigit(text); ++text.at) {
+        const std::uint64_t digit = std::uint64_t(*text.at - '0');
+        clamped = clamped || magnitude > (largest - digit) / 10;
+        magnitude = clamped ? largest + std::uint64_t(negative) : 10 * magnitude + digit;
     }
     value = std::int32_t(std::uint32_t(negative ? 0 - magnitude : magnitude));
     return true;
@@ -97,23 +99,24 @@ bool ContinuesNumber(const Rest& text)
 // operation on two exact numbers, rounded once as the library rounds. False, and nothing consumed: not such a number.
 bool ReadPlainNumber(Rest& text, double& value)
 {
-    static constexpr double powersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
-    constexpr std::ptrdiff_t mostDecimals = 12;
+    static constexpr double powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
+                                             1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+    static_assert(std::size(powersOfTen) == RoomyDigits + 1);
     constexpr std::uint64_t largestExact = std::uint64_t(1) << std::numeric_limits<double>::digits;
 
     Rest ahead = text;
     const bool negative = TakeSign(ahead);
-    const char* digits = ahead.at;
+    const char* begin = ahead.at;
     std::uint64_t m = 0;
-    std::ptrdiff_t decimals = 0, point = 0;
-    bool fits = TakeDigits(ahead, m);
-    if (fits && !ahead.Empty() && *ahead.at == '.') {
+    TakeDigits(ahead, RoomyDigits, m);
+    std::ptrdiff_t digits = ahead.at - begin, decimals = 0;
+    if (!ahead.Empty() && *ahead.at == '.') {
         const char* decimalsBegin = ++ahead.at;
-        fits = TakeDigits(ahead, m);
+        TakeDigits(ahead, RoomyDigits - digits, m);
         decimals = ahead.at - decimalsBegin;
-        point = 1;
+        digits += decimals;
     }
-    if (!fits || ahead.at - digits == point || m > largestExact || decimals > mostDecimals || ContinuesNumber(ahead)) {
+    if (digits == 0 || m > largestExact || AtDigit(ahead) || ContinuesNumber(ahead)) {
         return false;
     }
     const double magnitude = double(m) / powersOfTen[decimals];
@@ -227,24 +230,20 @@ ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
         if (*f == '%') {
             const char* conversion = f++;
             const ScanTarget& target = targets[result.stored];
+            assert(target.conversion == *f);
             if (*f != 'c') {
                 SkipSpace(text);
             }
             const char* fieldBegin = text.at;
             bool stored = false;
             if (*f == 'd') {
-                assert(target.integer != nullptr);
-                stored = ReadInteger(text, *target.integer);
+                stored = ReadInteger(text, *static_cast<int*>(target.destination));
             } else if (*f == 'l') {
-                assert(f[1] == 'f' && target.number != nullptr);
-                ++f;
-                stored = ReadNumber(text, *target.number);
-            } else {
-                assert(*f == 'c' && target.character != nullptr);
-                if (!text.Empty()) {
-                    *target.character = *text.at++;
-                    stored = true;
-                }
+                stored = ReadNumber(text, *static_cast<double*>(target.destination));
+                ++f; // the "f" of "%lf"
+            } else if (!text.Empty()) {
+                *static_cast<char*>(target.destination) = *text.at++;
+                stored = true;
             }
             if (!stored) {
                 result.expected = conversion;

@@ -57,15 +57,15 @@ public:
     std::string_view Text() const { return {begin, std::size_t(end - begin)}; }
 
 private:
+    // A destination and the conversion that it fits: 'd', 'l' or 'c'.
     struct ScanTarget {
         ScanTarget() = default;
-        explicit ScanTarget(int& value) : integer(&value) {}
-        explicit ScanTarget(double& value) : number(&value) {}
-        explicit ScanTarget(char& value) : character(&value) {}
+        explicit ScanTarget(int& value) : destination(&value), conversion('d') {}
+        explicit ScanTarget(double& value) : destination(&value), conversion('l') {}
+        explicit ScanTarget(char& value) : destination(&value), conversion('c') {}
 
-        int* integer = nullptr;
-        double* number = nullptr;
-        char* character = nullptr;
+        void* destination = nullptr;
+        char conversion = '\0';
     };
 
     ScanResult Scan(const char* format, const ScanTarget* targets);
