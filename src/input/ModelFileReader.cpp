@@ -58,8 +58,7 @@ private:
     template <std::size_t NodeCount>
     bool NodesInTable(const std::array<int, NodeCount>& nodes, const ScanResult& scan, const RecordName& user);
     bool SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& nodes, const Vector3& orientation,
-                   const Material& material, const BeamSectionRef& section, const ScanResult& scan,
-                   const RecordName& name);
+                   int materialIndex, const BeamSectionRef& section, const ScanResult& scan, const RecordName& name);
     bool Fault(const ModelFault& found);
 
     ModelStore& model;
@@ -281,9 +280,8 @@ bool ModelTextReader::ReadBeams()
             Scan(name, formats::Beam, ends[0], ends[1], orientation[0], orientation[1], orientation[2], materialIndex,
                  section.BeamSecType, section.BeamSecIndex, section.BeamSecOz, mirrored);
         section.BeamSecMirrored = mirrored != 0;
-        if (!NodesInTable(ends, scan, name) || !InTable(materialIndex, materials, scan, BeamMaterial, name) ||
-            !SetUpBeam(model.BeamElements[std::size_t(e)], ends, orientation,
-                       model.Materials[std::size_t(materialIndex)], section, scan, name)) {
+        if (!NodesInTable(ends, scan, name) ||
+            !SetUpBeam(model.BeamElements[std::size_t(e)], ends, orientation, materialIndex, section, scan, name)) {
             return false;
         }
     }
@@ -291,37 +289,32 @@ bool ModelTextReader::ReadBeams()
 }
 
 bool ModelTextReader::SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& ends,
-                                const Vector3& orientation, const Material& material, const BeamSectionRef& section,
+                                const Vector3& orientation, int materialIndex, const BeamSectionRef& section,
                                 const ScanResult& scan, const RecordName& name)
 {
+    const int type = section.BeamSecType;
+    if (type != TSection && type != LSection && type != CSection) {
+        return true; // stays as constructed; reported when beam stresses are recovered
+    }
+    const Table& sections = type == TSection ? tSections : type == LSection ? lSections : cSections;
+    if (!InTable(materialIndex, materials, scan, BeamMaterial, name) ||
+        !InTable(section.BeamSecIndex, sections, scan, BeamIndex, name)) {
+        return false;
+    }
     const Vector3& node1 = model.NodeCoordinates[std::size_t(ends[0])];
     const Vector3& node2 = model.NodeCoordinates[std::size_t(ends[1])];
     const Vector3 reference = node1 + orientation;
-    const int index = section.BeamSecIndex;
-    switch (section.BeamSecType) {
-    case TSection:
-        if (!InTable(index, tSections, scan, BeamIndex, name)) {
-            return false;
-        }
-        TBeamSetUp(beam, node1, node2, reference, material, model.TBeamSections[std::size_t(index)], section.BeamSecOz);
-        return true;
-    case LSection:
-        if (!InTable(index, lSections, scan, BeamIndex, name)) {
-            return false;
-        }
-        LBeamSetUp(beam, node1, node2, reference, material, model.LBeamSections[std::size_t(index)], section.BeamSecOz,
+    const Material& material = model.Materials[std::size_t(materialIndex)];
+    const std::size_t index = std::size_t(section.BeamSecIndex);
+    if (type == TSection) {
+        TBeamSetUp(beam, node1, node2, reference, material, model.TBeamSections[index], section.BeamSecOz);
+    } else if (type == LSection) {
+        LBeamSetUp(beam, node1, node2, reference, material, model.LBeamSections[index], section.BeamSecOz,
                    section.BeamSecMirrored);
-        return true;
-    case CSection:
-        if (!InTable(index, cSections, scan, BeamIndex, name)) {
-            return false;
-        }
-        TubeBeamSetUp(beam, node1, node2, reference, material, model.CBeamSections[std::size_t(index)],
-                      section.BeamSecOz);
-        return true;
-    default:
-        return true; // reported when beam stresses are recovered
+    } else {
+        TubeBeamSetUp(beam, node1, node2, reference, material, model.CBeamSections[index], section.BeamSecOz);
     }
+    return true;
 }
 
 bool ModelTextReader::ReadRestraints()

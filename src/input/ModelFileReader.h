@@ -6,8 +6,8 @@
 // the next scan goes on from that place, and a warning is written. Material, thickness, orientation and mirrored flag
 // of an element record keep the values of the record before. Errors end the run before anything is written: a release
 // other than 3.0, a negative count, a count of more records than the rest of the file can hold, an index outside its
-// table. The section index of a beam is looked up only for the section types 0 to 2; any other type is read silently
-// and its beam stays as constructed.
+// table. Material and section of a beam are looked up only for the section types 0 to 2; any other type is read
+// silently and its beam stays as constructed.
 #pragma once
 
 #include "core/ModelStore.h"
