@@ -157,8 +157,9 @@ void AssembleGlobalSystem(ModelStore& model)
     AssembleStiffness(model);
     AssembleLoads(model);
     ApplyRestraints(model);
+    const LoadSizes applied = SizesOfLoads(model);
     BalanceByInertiaRelief(model);
-    Warn(BalanceWarning(model));
+    Warn(BalanceWarning(model, applied));
 }
 
 } // namespace tarnvexo

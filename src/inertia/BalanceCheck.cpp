@@ -11,29 +11,32 @@ namespace tarnvexo {
 
 namespace {
 
-double LargestComponent(const Vector3& v)
+// False for a component that is not a number, too.
+bool IsWithin(const Vector3& v, double limit)
 {
-    return std::max({std::fabs(v[0]), std::fabs(v[1]), std::fabs(v[2])});
+    return std::all_of(v.begin(), v.end(), [limit](double component) { return std::fabs(component) <= limit; });
 }
 
 } // namespace
 
-std::string BalanceWarning(const ModelStore& model)
+LoadSizes SizesOfLoads(const ModelStore& model)
 {
-    // What the resultants are the sums of: forces, and moments with their arms.
-    double forces = 0.0;
-    double moments = 0.0;
+    LoadSizes sizes;
     for (int n = 0; n < model.NPOIN; ++n) {
         const double* load = &model.GLOAD[std::size_t(DofsPerNode) * n];
         const double force = Length({load[DX], load[DY], load[DZ]});
-        forces += force;
-        moments += Length(model.NodeCoordinates[n]) * force + Length({load[RX], load[RY], load[RZ]});
+        sizes.forces += force;
+        sizes.moments += Length(model.NodeCoordinates[n]) * force + Length({load[RX], load[RY], load[RZ]});
     }
+    return sizes;
+}
+
+std::string BalanceWarning(const ModelStore& model, const LoadSizes& applied)
+{
     const LoadResultant rest = ResultantOfLoads(model);
-    // Not "greater": a resultant that is not a number is reported too.
-    const bool balanced = LargestComponent(rest.force) <= BalanceTolerance * forces &&
-                          LargestComponent(rest.moment) <= BalanceTolerance * moments;
-    if (balanced) {
+    const LoadSizes balanced = SizesOfLoads(model);
+    if (IsWithin(rest.force, BalanceTolerance * (applied.forces + balanced.forces)) &&
+        IsWithin(rest.moment, BalanceTolerance * (applied.moments + balanced.moments))) {
         return "";
     }
     char text[600];

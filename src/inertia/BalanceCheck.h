@@ -13,8 +13,16 @@ namespace tarnvexo {
 // Resultants above this share of the loads they are the sum of are no round-off.
 constexpr double BalanceTolerance = 1e-6;
 
-// Warning with the resultants that remain in GLOAD, without a line end behind it; empty when they vanish.
-// Call it after BalanceByInertiaRelief.
-std::string BalanceWarning(const ModelStore& model);
+// Sizes of the loads in GLOAD, added up without regard to direction: forces, and moments with the forces' arms.
+struct LoadSizes {
+    double forces = 0.0;
+    double moments = 0.0;
+};
+LoadSizes SizesOfLoads(const ModelStore& model);
+
+// Warning with the resultants that remain in GLOAD after BalanceByInertiaRelief, without a line end behind it; empty
+// when they vanish. applied = SizesOfLoads before balancing: loads that balance away entirely leave round-off of that
+// size.
+std::string BalanceWarning(const ModelStore& model, const LoadSizes& applied);
 
 } // namespace tarnvexo

@@ -38,13 +38,14 @@ struct Motion {
 Motion RigidMotion(int mode, const Vector3& point);
 
 // Six displacements per point.
-std::vector<double> Displacements(const std::vector<Vector3>& points, const std::function<Motion(const Vector3&)>& motion);
+std::vector<double> Displacements(const std::vector<Vector3>& points,
+                                  const std::function<Motion(const Vector3&)>& motion);
 
 // Largest |Σj K_ij·d_j| over the rows, as a fraction of the largest Σj |K_ij·d_j|: round-off when the forces cancel.
 double UnbalancedForce(const double* K, const double* d, int n);
 
-// The largest of it over the six rigid-body motions of the points; rotationSign = -1 turns the rotations of the nodes the
-// wrong way, which no element may tolerate.
+// The largest of it over the six rigid-body motions of the points; rotationSign = -1 turns the rotations of the nodes
+// the wrong way, which no element may tolerate.
 double RigidMotionForce(const double* K, const std::vector<Vector3>& points, double rotationSign = 1.0);
 
 // ½·dᵀ·K·d
@@ -109,8 +110,8 @@ ShellMesh Turned(ShellMesh mesh, const Frame& frame);
 
 DenseSystem MeshSystem(const ShellMesh& mesh, double E, double Mu, double thickness);
 
-// Prescribes the motion on the boundary of the patch, solves for the inner nodes and returns their largest deviation from
-// the motion, as a fraction of the largest displacement (lengths of order 1 are taken for granted).
+// Prescribes the motion on the boundary of the patch, solves for the inner nodes and returns their largest deviation
+// from the motion, as a fraction of the largest displacement (lengths of order 1 are taken for granted).
 double PatchError(const ShellMesh& mesh, double E, double Mu, double thickness,
                   const std::function<Motion(const Vector3&)>& motion);
 

@@ -166,7 +166,7 @@ void SolveSupported(ModelStore& model)
     SolveSkyline(model);
 }
 
-void SolveFree(ModelStore& model, std::vector<double>* balancedLoads)
+void BalanceLoads(ModelStore& model)
 {
     const QuietConsole quiet;
     model.StructureCentroid = StructureCentroid(model);
@@ -176,9 +176,12 @@ void SolveFree(ModelStore& model, std::vector<double>* balancedLoads)
     AssembleLoads(model);
     ApplyRestraints(model);
     BalanceByInertiaRelief(model);
-    if (balancedLoads != nullptr) {
-        *balancedLoads = model.GLOAD;
-    }
+}
+
+void SolveFree(ModelStore& model)
+{
+    BalanceLoads(model);
+    const QuietConsole quiet;
     SolveSkyline(model);
     ShiftOrigin(model, model.StructureCentroid);
 }

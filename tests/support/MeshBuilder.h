@@ -65,9 +65,12 @@ Grid AddGrid(MeshBuilder& mesh, int columns, int rows, double thickness, Cell ce
 // print is thrown away.
 void SolveSupported(ModelStore& model);
 
-// The steps of a run with it: the origin moves to the centroid, the loads are balanced, the origin moves back after
-// the solution. GLOAD holds the balanced loads in `balancedLoads` if given; the solver overwrites it in the model.
-void SolveFree(ModelStore& model, std::vector<double>* balancedLoads = nullptr);
+// The steps of a run with it: the origin moves to the centroid, the loads are balanced by inertia, the origin moves
+// back after the solution.
+void SolveFree(ModelStore& model);
+
+// Those steps up to the balance: GLOAD holds the balanced loads, the origin stands at the centroid.
+void BalanceLoads(ModelStore& model);
 
 double Displacement(const ModelStore& model, int node, Dof dof);
 

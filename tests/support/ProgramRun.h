@@ -14,10 +14,10 @@ namespace tarnvexo::test {
 struct ProgramStart {
     std::string program; // path of the executable
     std::vector<std::string> arguments = {};
-    std::string input = {};                     // what standard input holds
+    std::string input = {};                        // what standard input holds
     std::map<std::string, std::string> files = {}; // name and content of files that stand there before the start
-    std::function<void()> prepare = {};         // called in the directory just before the start
-    bool errorWithOutput = false;               // standard error goes where standard output goes, in order of writing
+    std::function<void()> prepare = {};            // called in the directory just before the start
+    bool errorWithOutput = false; // standard error goes where standard output goes, in order of writing
 };
 
 struct ProgramRun {

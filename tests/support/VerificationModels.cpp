@@ -27,6 +27,10 @@ const std::vector<Dof> SymmetryX = {DX, RY, RZ};
 const std::vector<Dof> SymmetryY = {DY, RX, RZ};
 const std::vector<Dof> SymmetryZ = {DZ, RX, RY};
 
+// A diaphragm normal to the y axis holds the edge of a cylinder in its plane: both displacements there and the rotation
+// that would turn the edge's tangent in that plane.
+const std::vector<Dof> Diaphragm = {DX, DZ, RY};
+
 std::vector<Dof> EdgeSupport(PlateEdge edge, Dof aboutNormal, Dof aboutEdge)
 {
     switch (edge) {
@@ -122,7 +126,7 @@ double ScordelisLoRoof(int n, Cell cell)
     });
     AddWeight(mesh, grid, {0.0, 0.0, -90.0});
     for (int k = 0; k <= n; ++k) {
-        mesh.Restrain(grid.At(0, k), {DX, DZ});
+        mesh.Restrain(grid.At(0, k), Diaphragm);
         mesh.Restrain(grid.At(n, k), SymmetryY);
         mesh.Restrain(grid.At(k, 0), SymmetryX);
     }
@@ -140,7 +144,7 @@ double PinchedCylinder(int n, Cell cell)
         return Vector3{R * std::sin(angle), halfLength * i / n, R * std::cos(angle)};
     });
     for (int k = 0; k <= n; ++k) {
-        mesh.Restrain(grid.At(0, k), {DX, DZ});
+        mesh.Restrain(grid.At(0, k), Diaphragm);
         mesh.Restrain(grid.At(n, k), SymmetryY);
         mesh.Restrain(grid.At(k, 0), SymmetryX);
         mesh.Restrain(grid.At(k, n), SymmetryZ);
@@ -155,6 +159,12 @@ namespace {
 const Material HemisphereMaterial = {6.825e7, 0.3, 1.0};
 constexpr double HemisphereRadius = 10.0;
 constexpr double HemisphereThickness = 0.04;
+
+Vector3 OnSphere(double longitude, double latitude)
+{
+    return HemisphereRadius * Vector3{std::cos(latitude) * std::cos(longitude),
+                                      std::cos(latitude) * std::sin(longitude), std::sin(latitude)};
+}
 
 // Symmetry of the quarter x, y >= 0, the two forces on the equator, and one node held along z.
 double SolveHemisphere(MeshBuilder& mesh, int onXAxis, int onYAxis)
@@ -182,20 +192,26 @@ double HemisphereWithHole(int n, Cell cell)
     MeshBuilder mesh(HemisphereMaterial);
     const double topLatitude = Radians(90.0 - 18.0);
     // i along the equator from the x to the y axis, j from the equator to the hole.
-    const Grid grid = AddGrid(mesh, n, n, HemisphereThickness, cell, [&](int i, int j) {
-        const double longitude = 0.5 * Pi * i / n;
-        const double latitude = topLatitude * j / n;
-        return HemisphereRadius * Vector3{std::cos(latitude) * std::cos(longitude),
-                                          std::cos(latitude) * std::sin(longitude), std::sin(latitude)};
-    });
+    const Grid grid = AddGrid(mesh, n, n, HemisphereThickness, cell,
+                              [&](int i, int j) { return OnSphere(0.5 * Pi * i / n, topLatitude * j / n); });
     return SolveHemisphere(mesh, grid.At(0, 0), grid.At(n, 0));
 }
 
-double HemisphereWithoutHole(int n, Cell cell)
+double HemisphereOfMeridians(int n, Cell cell)
 {
     MeshBuilder mesh(HemisphereMaterial);
-    // Three faces of a cube, divided by equal angles, thrown onto the sphere; nodes on the common edges are shared.
-    // cube[a], cube[b], cube[c] = n, i, j in units of the divisions: the key of a node on the cube's surface.
+    const double topLatitude = 0.5 * Pi * (n - 1) / n;
+    const Grid grid = AddGrid(mesh, n, n - 1, HemisphereThickness, cell,
+                              [&](int i, int j) { return OnSphere(0.5 * Pi * i / n, topLatitude * j / (n - 1)); });
+    const int pole = mesh.AddNode({0.0, 0.0, HemisphereRadius});
+    for (int i = 0; i < n; ++i) { mesh.AddTri({grid.At(i, n - 1), grid.At(i + 1, n - 1), pole}, HemisphereThickness); }
+    return SolveHemisphere(mesh, grid.At(0, 0), grid.At(n, 0));
+}
+
+double HemisphereOfBlocks(int n, Cell cell)
+{
+    MeshBuilder mesh(HemisphereMaterial);
+    // A node is known by its place on the cube's surface, in units of the divisions, so that blocks share their edges.
     std::map<std::array<int, 3>, int> nodeOf;
     const auto node = [&](const std::array<int, 3>& cube) {
         const auto found = nodeOf.find(cube);

@@ -45,11 +45,14 @@ double ScordelisLoRoof(int n, Cell cell);
 double PinchedCylinder(int n, Cell cell);
 
 // Hemisphere under alternating radial unit forces on its equator: radial displacement under a force. One quarter.
-// With a hole of 18° about the pole: n x n cells along parallels and meridians, flat quadrilaterals. Published: 0.0940.
+// With a hole of 18° about the pole, cells along parallels and meridians, flat quadrilaterals. Published: 0.0940.
 double HemisphereWithHole(int n, Cell cell);
-// Without: three blocks of n x n cells that meet in the middle of the quarter, warped quadrilaterals. Published: 0.0924
-// (both MacNeal, Harder 1985).
-double HemisphereWithoutHole(int n, Cell cell);
+// Without a hole. Published: 0.0924 (both MacNeal, Harder 1985).
+// Of parallels and meridians: flat quadrilaterals, a ring of triangles about the pole.
+double HemisphereOfMeridians(int n, Cell cell);
+// Of three blocks of n x n cells that meet in the middle of the quarter, a cube's faces thrown onto the sphere: warped
+// quadrilaterals.
+double HemisphereOfBlocks(int n, Cell cell);
 
 // Cantilever twisted by 90° between its ends, thickness 0.32, under a unit force at the tip, along the tip's width (in
 // plane) or its normal (out of plane): tip displacement along the force. 6·n x n cells.
