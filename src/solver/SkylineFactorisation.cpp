@@ -1,287 +1,253 @@
-// FactoriseSkyline of solver/SkylineSolver.h, vectorised across columns without changing the order of any sum.
+// Active-column factorisation with the vector units across columns.
 //
-// The literal procedure: for every column j, from its first row down,
-//     g(i,j) = K(i,j) − Σk U(k,i)·g(k,j),   k increasing from the later of the two columns' first rows to i − 1,
-// then U(i,j) = g(i,j)/d(i) and d(j) = K(j,j) − Σi U(i,j)·g(i,j), i increasing.
+// Column j of the textbook loop: for i = r_j ... j-1 the entry g(i,j) = K(i,j) - Σ U(k,i)·g(k,j), k increasing from
+// max(r_i, r_j) to i-1; then U(i,j) = g(i,j)/d_i and d_j = K(j,j) - Σ U(i,j)·g(i,j), i increasing, U(i,j) = 0 left out.
 //
-// Here a panel of PanelWidth columns goes down together. Eight neighbouring columns are a group; each vector lane is
-// one column, so that an entry gets exactly the terms of the literal procedure in its order. Rows are taken in tiles of
-// six, the equations of a node, whose columns begin at the same row: six accumulators share each vector of g. The pivot
-// columns U(·,i) of a tile stay in cache for all groups of the panel.
+// Every column is a chain of its own, so eight of them run in eight lanes with the term order of each unchanged. A
+// panel of columns is copied side by side (solver/SkylinePanel.h). All rows above the panel are reduced in tiles of six
+// rows, every lane group against the same tile, which stays in the first-level cache; then these rows are divided and
+// go back to the skyline as U; then the rows inside the panel follow, divided one by one, because they need each
+// other's pivots. Product and difference are rounded separately. Lanes whose column has not begun at row k get the
+// product replaced by +0, which changes no bit of the difference whatever U(k,i) is, infinite and not-a-number
+// included.
 //
-//      k →  rows above the tile: one sweep, six rows at once
-//      tile rows i0 … i0+5 among themselves: row by row (the triangle)
-//      rows inside the panel: as soon as row i is reduced, it is divided by d(i) for the columns right of it
-//
-// Columns of a group begin at different rows. Above its first row a lane's product is masked to +0, and x − (+0) = x
-// for every x, so neither signs of zero nor infinities of another column reach it. Multiplication and subtraction stay
-// two operations (-ffp-contract=off).
+// Compiled once for each kind of vector unit; the best one that the processor has is chosen when the program runs.
+
+// These would give the same instructions as their smaller neighbours.
+#define HWY_DISABLED_TARGETS (HWY_AVX3_DL | HWY_SSE4)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "solver/SkylineFactorisation.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+#include "solver/SkylinePanel.h"
 #include "solver/SkylineSolver.h"
 
 #include <algorithm>
-#include <limits>
-
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "solver/SkylineFactorisation.cpp"
-#include "hwy/aligned_allocator.h"
-#include "hwy/foreach_target.h" // compiles the rest of this file once per instruction set
-#include "hwy/highway.h"
+#include <cstddef>
 
 HWY_BEFORE_NAMESPACE();
-namespace tarnvexo::HWY_NAMESPACE {
-namespace {
+namespace tarnvexo {
+namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-constexpr int GroupWidth = 8;  // columns of a group
-constexpr int PanelGroups = 6; // more do not fit the second-level cache beside the pivot columns
-constexpr int PanelWidth = PanelGroups * GroupWidth;
-constexpr int TileRows = 6;
-static_assert(PanelWidth % TileRows == 0, "panels begin at a node, as tiles do");
+using Tag = hn::CappedTag<double, LaneCount>;
+using Vector = hn::Vec<Tag>;
+constexpr int VectorLanes = static_cast<int>(hn::MaxLanes(Tag()));
+// Vectors of a group that a tile is applied to at once: TileRows times as many sums must fit into the registers.
+constexpr int BlockVectors = std::min(LaneCount / VectorLanes, 2);
+constexpr int BlockLanes = BlockVectors * VectorLanes;
 
-constexpr hn::CappedTag<double, GroupWidth> D;
-using Vector = hn::Vec<decltype(D)>;
-constexpr int Lanes = hn::MaxLanes(D);
-constexpr int Vectors = GroupWidth / Lanes; // vectors of a group's row
-
-// Entries g of eight columns, one row after the other, from the group's lowest first row down to the panel's last row.
-struct Group {
-    int firstRow;                              // lowest first row of its columns
-    int commonRow;                             // from here on every column has entries
-    double* g;                                 // [row − firstRow][GroupWidth], 0 where a column has no entry
-    HWY_ALIGN double laneFirstRow[GroupWidth]; // infinite for a lane without a column
-    HWY_ALIGN double laneColumn[GroupWidth];   // −1 for a lane without a column
-    HWY_ALIGN double diagonal[GroupWidth];
-
-    double* Row(int row) { return g + std::ptrdiff_t(row - firstRow) * GroupWidth; }
+// Six columns of the factor, finished down to row begin - 1 at least.
+struct PivotTile {
+    int begin;                        // columns begin ... begin + count - 1
+    int count;                        // TileRows, less at the end of the matrix
+    int commonRow;                    // from here down all of them have entries
+    int firstRow[TileRows];           // of each
+    const double* diagonal[TileRows]; // U(k, i) stands at diagonal[i - begin][i - k]
 };
 
-// A column of the matrix with Entry(k) = K(k, j), whatever the order in storage.
-struct Column {
-    Column(const SkylineView& matrix, int j)
-        : zero(matrix.values + matrix.diagonalAddress[j] + j), firstRow(j - matrix.columnHeight[j] + 1)
-    {
-    }
-    double& Entry(int k) const { return zero[-k]; }
-
-    double* zero; // where row 0 would stand
-    int firstRow;
-};
-
-// acc[row] −= U(k, row)·g(k) for k = from ... to − 1.
-template <int Rows, bool Masked>
-HWY_INLINE void Sweep(const Column* pivots, int from, int to, Group& group, Vector (&acc)[Rows][Vectors])
+HWY_INLINE PivotTile MakePivotTile(const SkylineView& matrix, int begin, int end)
 {
-    const double* g = group.Row(from);
-    for (int k = from; k < to; ++k, g += GroupWidth) {
-        for (int v = 0; v < Vectors; ++v) {
-            const Vector gk = hn::Load(D, g + v * Lanes);
-            for (int r = 0; r < Rows; ++r) {
-                Vector product = hn::Mul(hn::Set(D, pivots[r].Entry(k)), gk);
-                if constexpr (Masked) {
-                    const Vector laneFirstRow = hn::Load(D, group.laneFirstRow + v * Lanes);
-                    product = hn::IfThenElseZero(hn::Le(laneFirstRow, hn::Set(D, double(k))), product);
-                }
-                acc[r][v] = hn::Sub(acc[r][v], product);
-            }
+    PivotTile tile;
+    tile.begin = begin;
+    tile.count = std::min(TileRows, end - begin);
+    tile.commonRow = 0;
+    for (int a = 0; a < tile.count; ++a) {
+        tile.firstRow[a] = begin + a - matrix.columnHeight[begin + a] + 1;
+        tile.diagonal[a] = matrix.values + matrix.diagonalAddress[begin + a];
+        tile.commonRow = std::max(tile.commonRow, tile.firstRow[a]);
+    }
+    return tile;
+}
+
+HWY_INLINE double* Row(const LaneGroup& group, int row)
+{
+    return group.rows + static_cast<std::ptrdiff_t>(row - group.topRow) * LaneCount;
+}
+
+// g(i, lanes) -= U(k, i)·g(k, lanes) for one row i = tile.begin + a and k = begin ... end-1.
+HWY_INLINE void ReduceRow(const PivotTile& tile, int a, const LaneGroup& group, int begin, int end)
+{
+    const Tag d;
+    const int i = tile.begin + a;
+    begin = std::max({begin, tile.firstRow[a], group.topRow});
+    for (int lane = 0; lane < LaneCount; lane += VectorLanes) {
+        const Vector firstRow = hn::Load(d, group.firstRow + lane);
+        double* g = Row(group, i) + lane;
+        Vector sum = hn::Load(d, g);
+        for (int k = begin; k < end; ++k) {
+            const Vector u = hn::Set(d, tile.diagonal[a][i - k]);
+            const Vector product = hn::Mul(u, hn::Load(d, Row(group, k) + lane));
+            const auto begun = hn::Le(firstRow, hn::Set(d, static_cast<double>(k)));
+            sum = hn::Sub(sum, hn::IfThenElseZero(begun, product));
         }
+        hn::Store(sum, d, g);
     }
 }
 
-// Terms k = from ... to − 1 of the rows row ... row + Rows − 1, whose pivot columns all reach up to `from`.
-template <int Rows> HWY_INLINE void SubtractTerms(const Column* pivots, int row, int from, int to, Group& group)
+// The same for six whole rows, for k where all six pivot columns have entries. Ragged: some lane may not have begun.
+// With end = tile.begin and everything begun there, the rows' terms with one another can follow at once: Inside.
+template <bool Ragged, bool Inside>
+HWY_INLINE void ReduceRows(const PivotTile& tile, const LaneGroup& group, int begin, int end)
 {
-    if (from >= to) {
+    const Tag d;
+    if (begin >= end) {
         return;
     }
-    Vector acc[Rows][Vectors];
-    double* g = group.Row(row);
-    for (int r = 0; r < Rows; ++r) {
-        for (int v = 0; v < Vectors; ++v) { acc[r][v] = hn::Load(D, g + r * GroupWidth + v * Lanes); }
-    }
-    const int common = std::clamp(group.commonRow, from, to);
-    Sweep<Rows, true>(pivots, from, common, group, acc);
-    Sweep<Rows, false>(pivots, common, to, group, acc);
-    for (int r = 0; r < Rows; ++r) {
-        for (int v = 0; v < Vectors; ++v) { hn::Store(acc[r][v], D, g + r * GroupWidth + v * Lanes); }
+    const double* U[TileRows];
+    for (int a = 0; a < TileRows; ++a) { U[a] = tile.diagonal[a] + (tile.begin + a - begin); }
+    for (int lane = 0; lane < LaneCount; lane += BlockLanes) {
+        Vector firstRow[BlockVectors];
+        Vector sum[TileRows][BlockVectors];
+        double* g = Row(group, tile.begin) + lane;
+        for (int v = 0; v < BlockVectors; ++v) {
+            firstRow[v] = hn::Load(d, group.firstRow + lane + v * VectorLanes);
+            for (int a = 0; a < TileRows; ++a) { sum[a][v] = hn::Load(d, g + a * LaneCount + v * VectorLanes); }
+        }
+        const double* above = Row(group, begin) + lane;
+        const std::ptrdiff_t count = end - begin;
+        for (std::ptrdiff_t k = 0; k < count; ++k, above += LaneCount) {
+            for (int v = 0; v < BlockVectors; ++v) {
+                const Vector gk = hn::Load(d, above + v * VectorLanes);
+                for (int a = 0; a < TileRows; ++a) {
+                    Vector product = hn::Mul(hn::Set(d, U[a][-k]), gk);
+                    if constexpr (Ragged) {
+                        const auto begun = hn::Le(firstRow[v], hn::Set(d, static_cast<double>(begin + k)));
+                        product = hn::IfThenElseZero(begun, product);
+                    }
+                    sum[a][v] = hn::Sub(sum[a][v], product);
+                }
+            }
+        }
+        for (int v = 0; v < BlockVectors; ++v) {
+            for (int a = 0; a < TileRows; ++a) {
+                if constexpr (Inside) {
+                    for (int b = 0; b < a; ++b) {
+                        sum[a][v] = hn::Sub(sum[a][v], hn::Mul(hn::Set(d, tile.diagonal[a][a - b]), sum[b][v]));
+                    }
+                }
+                hn::Store(sum[a][v], d, g + a * LaneCount + v * VectorLanes);
+            }
+        }
     }
 }
 
-// The work on one panel: columns first ... last − 1.
-class Panel {
-public:
-    Panel(const SkylineView& matrix, int first, double* buffer)
-        : matrix(matrix), first(first), last(std::min(first + PanelWidth, matrix.equationCount))
-    {
-        for (int j = first; j < last; j += GroupWidth) {
-            Gather(groups[groupCount], j, buffer);
-            lowestRow = groupCount == 0 ? groups[0].firstRow : std::min(lowestRow, groups[groupCount].firstRow);
-            ++groupCount;
-        }
-    }
-
-    void Reduce()
-    {
-        // Rows above the panel: their pivot columns are complete.
-        for (int row = lowestRow - lowestRow % TileRows; row < first; row += TileRows) {
-            const int end = std::min(row + TileRows, first);
-            ReduceTileFromAbove(row, end, 0);
-            for (int i = row + 1; i < end; ++i) { ReduceWithinTile(i, row, 0); }
-        }
-        for (int q = 0; q < groupCount; ++q) { Divide(groups[q], groups[q].firstRow, first); }
-
-        // Rows of the panel: each completes its own column before it divides the columns right of it.
-        for (int row = first; row < last; row += TileRows) {
-            const int end = std::min(row + TileRows, last);
-            ReduceTileFromAbove(row, end, (row - first) / GroupWidth);
-            for (int i = row; i < end; ++i) {
-                const int own = (i - first) / GroupWidth;
-                ReduceWithinTile(i, row, own);
-                matrix.values[matrix.diagonalAddress[i]] = groups[own].diagonal[(i - first) % GroupWidth];
-                for (int q = own; q < groupCount; ++q) { Divide(groups[q], i, i + 1); }
-            }
-        }
-    }
-
-private:
-    // Takes the columns from `column` on as a group, their entries at `buffer`, which moves behind them.
-    void Gather(Group& group, int column, double*& buffer)
-    {
-        const int width = std::min(GroupWidth, last - column);
-        group.firstRow = column;
-        group.commonRow = width < GroupWidth ? std::numeric_limits<int>::max() : 0;
-        for (int lane = 0; lane < GroupWidth; ++lane) {
-            group.laneFirstRow[lane] = std::numeric_limits<double>::infinity();
-            group.laneColumn[lane] = -1.0;
-            group.diagonal[lane] = 0.0;
-            if (lane < width) {
-                const Column source(matrix, column + lane);
-                group.laneFirstRow[lane] = source.firstRow;
-                group.laneColumn[lane] = column + lane;
-                group.diagonal[lane] = source.Entry(column + lane);
-                group.firstRow = std::min(group.firstRow, source.firstRow);
-                group.commonRow = std::max(group.commonRow, source.firstRow);
-            }
-        }
-        group.g = buffer;
-        buffer += std::ptrdiff_t(last - group.firstRow) * GroupWidth;
-        std::fill(group.g, buffer, 0.0);
-        for (int lane = 0; lane < width; ++lane) {
-            const Column source(matrix, column + lane);
-            for (int k = source.firstRow; k < column + lane; ++k) { group.Row(k)[lane] = source.Entry(k); }
-        }
-    }
-
-    // Rows row ... end − 1 of the groups from `firstGroup` on: all terms with k < row.
-    void ReduceTileFromAbove(int row, int end, int firstGroup)
-    {
-        const Column pivots[TileRows] = {Pivot(row, end),     Pivot(row + 1, end), Pivot(row + 2, end),
-                                         Pivot(row + 3, end), Pivot(row + 4, end), Pivot(row + 5, end)};
-        int pivotsReach = 0; // from here on every pivot column of the tile has entries
-        for (int r = 0; r < end - row; ++r) { pivotsReach = std::max(pivotsReach, pivots[r].firstRow); }
-
-        for (int q = firstGroup; q < groupCount; ++q) {
-            Group& group = groups[q];
-            const int together = std::max(pivotsReach, group.firstRow);
-            const bool sweepTogether = end - row == TileRows && together < row;
-            const int alone = sweepTogether ? together : row;
-            for (int i = std::max(row, group.firstRow); i < end; ++i) {
-                const Column* pivot = pivots + (i - row);
-                SubtractTerms<1>(pivot, i, std::max(pivot->firstRow, group.firstRow), alone, group);
-            }
-            if (sweepTogether) {
-                SubtractTerms<TileRows>(pivots, row, together, row, group);
-            }
-        }
-    }
-
-    // Row i: the terms of its own tile, k = tileRow ... i − 1.
-    void ReduceWithinTile(int i, int tileRow, int firstGroup)
-    {
-        const Column pivot(matrix, i);
-        for (int q = firstGroup; q < groupCount; ++q) {
-            Group& group = groups[q];
-            SubtractTerms<1>(&pivot, i, std::max({pivot.firstRow, group.firstRow, tileRow}), i, group);
-        }
-    }
-
-    // Rows from ... to − 1 of a group: U(k,j) = g(k,j)/d(k) into the matrix, d(j) −= U(k,j)·g(k,j) unless U(k,j) is 0.
-    void Divide(Group& group, int from, int to)
-    {
-        constexpr int chunk = 32; // rows held until they are spread over the columns
-        HWY_ALIGN double u[chunk * GroupWidth];
-        Vector diagonal[Vectors];
-        for (int v = 0; v < Vectors; ++v) { diagonal[v] = hn::Load(D, group.diagonal + v * Lanes); }
-        for (int begin = std::max(from, group.firstRow); begin < to; begin += chunk) {
-            const int end = std::min(begin + chunk, to);
-            for (int k = begin; k < end; ++k) {
-                const Vector row = hn::Set(D, double(k));
-                const Vector pivot = hn::Set(D, matrix.values[matrix.diagonalAddress[k]]);
-                for (int v = 0; v < Vectors; ++v) {
-                    const Vector g = hn::Load(D, group.Row(k) + v * Lanes);
-                    const Vector quotient = hn::Div(g, pivot);
-                    hn::Store(quotient, D, u + (k - begin) * GroupWidth + v * Lanes);
-                    const auto inColumn = hn::And(hn::Le(hn::Load(D, group.laneFirstRow + v * Lanes), row),
-                                                  hn::Lt(row, hn::Load(D, group.laneColumn + v * Lanes)));
-                    const auto counts = hn::And(inColumn, hn::Not(hn::Eq(quotient, hn::Zero(D)))); // nan counts
-                    diagonal[v] = hn::Sub(diagonal[v], hn::IfThenElseZero(counts, hn::Mul(quotient, g)));
-                }
-            }
-            for (int lane = 0; lane < GroupWidth; ++lane) {
-                const int j = static_cast<int>(group.laneColumn[lane]);
-                if (j < 0) {
-                    continue;
-                }
-                const Column column(matrix, j);
-                for (int k = std::max(begin, column.firstRow); k < std::min(end, j); ++k) {
-                    column.Entry(k) = u[(k - begin) * GroupWidth + lane];
-                }
-            }
-        }
-        for (int v = 0; v < Vectors; ++v) { hn::Store(diagonal[v], D, group.diagonal + v * Lanes); }
-    }
-
-    // Column i, or the last one before `end` in its place at the end of the matrix, where a tile has fewer rows.
-    Column Pivot(int i, int end) const { return Column(matrix, std::min(i, end - 1)); }
-
-    const SkylineView& matrix;
-    int first;
-    int last;
-    int lowestRow = 0;
-    int groupCount = 0;
-    Group groups[PanelGroups];
-};
-
-void FactorisePanels(const SkylineView& matrix, const ColumnDone& columnDone)
+// All terms k < tile.begin of the rows of a tile; with Inside also the terms of these rows with one another.
+template <bool Inside> HWY_NOINLINE void ReduceTile(const PivotTile& tile, const LaneGroup& group)
 {
-    const int tallest = *std::max_element(matrix.columnHeight, matrix.columnHeight + matrix.equationCount);
-    const auto buffer = hwy::AllocateAligned<double>((std::size_t(tallest) + PanelWidth) * PanelWidth);
-    if (!buffer) {
-        throw std::bad_alloc();
+    const int end = tile.begin;
+    const int common = tile.count == TileRows ? std::clamp(tile.commonRow, group.topRow, end) : end;
+    const int full = std::clamp(group.fullRow, common, end);
+    for (int a = 0; a < tile.count; ++a) { ReduceRow(tile, a, group, group.topRow, common); }
+    ReduceRows<true, false>(tile, group, common, full);
+    if (Inside && full < end) {
+        ReduceRows<false, true>(tile, group, full, end);
+        return;
     }
-    for (int first = 0; first < matrix.equationCount; first += PanelWidth) {
-        Panel(matrix, first, buffer.get()).Reduce();
-        if (columnDone) {
-            for (int j = first; j < std::min(first + PanelWidth, matrix.equationCount); ++j) { columnDone(j); }
+    ReduceRows<false, false>(tile, group, full, end);
+    for (int a = 1; Inside && a < tile.count; ++a) { ReduceRow(tile, a, group, tile.begin, tile.begin + a); }
+}
+
+// U = g/d and the diagonal's term -U·g of one row, and U to the skyline.
+HWY_INLINE void DivideRow(const SkylineView& matrix, LaneGroup& group, int row, double pivot)
+{
+    const Tag d;
+    const Vector dk = hn::Set(d, pivot);
+    const Vector k = hn::Set(d, static_cast<double>(row));
+    alignas(64) double U[LaneCount];
+    for (int lane = 0; lane < LaneCount; lane += VectorLanes) {
+        const Vector g = hn::Load(d, Row(group, row) + lane);
+        const Vector u = hn::Div(g, dk);
+        const auto above =
+            hn::And(hn::Le(hn::Load(d, group.firstRow + lane), k), hn::Lt(k, hn::Load(d, group.endRow + lane)));
+        // Not "U != 0": a quotient that is not a number counts.
+        const Vector nonzero = hn::IfThenZeroElse(hn::Eq(u, hn::Zero(d)), hn::Mul(u, g));
+        const Vector term = hn::IfThenElseZero(above, nonzero);
+        hn::Store(hn::Sub(hn::Load(d, group.pivot + lane), term), d, group.pivot + lane);
+        hn::Store(u, d, U + lane);
+    }
+    const bool everyLane = group.fullRow <= row && row < group.firstColumn;
+    for (int lane = 0; lane < group.laneCount; ++lane) {
+        if (everyLane || (group.firstRow[lane] <= row && row < group.endRow[lane])) {
+            matrix.values[group.address[lane] - row] = U[lane];
         }
     }
 }
 
-} // namespace
-} // namespace tarnvexo::HWY_NAMESPACE
+HWY_NOINLINE void DivideRows(const SkylineView& matrix, LaneGroup& group, int begin, int end)
+{
+    for (int k = begin; k < end; ++k) { DivideRow(matrix, group, k, matrix.values[matrix.diagonalAddress[k]]); }
+}
+
+void FactorisePanel(const SkylineView& matrix, SkylinePanel& panel)
+{
+    // Rows above the panel.
+    for (int i = panel.topRow; i < panel.begin; i += TileRows) {
+        const PivotTile tile = MakePivotTile(matrix, i, panel.begin);
+        for (int g = 0; g < panel.groupCount && panel.groups[g].topRow <= i; ++g) {
+            ReduceTile<true>(tile, panel.groups[g]);
+        }
+    }
+    for (int g = 0; g < panel.groupCount; ++g) {
+        DivideRows(matrix, panel.groups[g], panel.groups[g].topRow, panel.begin);
+    }
+
+    // Rows inside it. A lane is of no interest from its diagonal down: what it gets there is never read.
+    for (int i = panel.begin; i < panel.end; i += TileRows) {
+        const PivotTile tile = MakePivotTile(matrix, i, panel.end);
+        for (int g = 0; g < panel.groupCount; ++g) {
+            if (panel.groups[g].lastColumn > i && panel.groups[g].topRow <= i) {
+                ReduceTile<false>(tile, panel.groups[g]);
+            }
+        }
+        for (int a = 0; a < tile.count; ++a) {
+            const int row = i + a;
+            const double pivot = *panel.pivot[row - panel.begin];
+            matrix.values[matrix.diagonalAddress[row]] = pivot;
+            for (int g = 0; g < panel.groupCount; ++g) {
+                LaneGroup& group = panel.groups[g];
+                if (group.lastColumn > row && group.topRow <= row) {
+                    ReduceRow(tile, a, group, i, row);
+                    DivideRow(matrix, group, row, pivot);
+                }
+            }
+        }
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace tarnvexo
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
+
+#include "hwy/aligned_allocator.h"
+
+#include <new>
+
 namespace tarnvexo {
 
-HWY_EXPORT(FactorisePanels);
+HWY_EXPORT(FactorisePanel);
 
 void FactoriseSkyline(const SkylineView& matrix, const ColumnDone& columnDone)
 {
-    if (matrix.equationCount > 0) {
-        HWY_DYNAMIC_DISPATCH(FactorisePanels)(matrix, columnDone);
+    const int n = matrix.equationCount;
+    if (n < 1) {
+        return;
+    }
+    const auto work = hwy::AllocateAligned<double>(PanelWorkSize(matrix));
+    if (!work) {
+        throw std::bad_alloc();
+    }
+    SkylinePanel panel;
+    for (int begin = 0; begin < n; begin += PanelWidth) {
+        GatherPanel(matrix, begin, work.get(), panel);
+        HWY_DYNAMIC_DISPATCH(FactorisePanel)(matrix, panel);
+        for (int column = panel.begin; columnDone && column < panel.end; ++column) { columnDone(column); }
     }
 }
 
 } // namespace tarnvexo
-#endif
+
+#endif // HWY_ONCE
