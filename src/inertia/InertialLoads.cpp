@@ -9,15 +9,18 @@ namespace tarnvexo {
 
 namespace {
 
-// f_i = −Σj m_ij·acceleration_j
+// f_i = −Σj m_ij·(a + α × rj)
 template <int Nodes>
-void MassTimesAcceleration(const double m[Nodes][Nodes], const Vector3 acceleration[Nodes], Vector3 f[Nodes])
+void ShellLoads(const double m[Nodes][Nodes], const Vector3 r[Nodes], const Vector3& a, const Vector3& alpha,
+                Vector3 f[Nodes])
 {
     for (int i = 0; i < Nodes; ++i) {
         f[i] = {};
-        for (int j = 0; j < Nodes; ++j) { f[i] = f[i] - m[i][j] * acceleration[j]; }
+        for (int j = 0; j < Nodes; ++j) { f[i] = f[i] - m[i][j] * (a + Cross(alpha, r[j])); }
     }
 }
+
+constexpr Vector3 Zero = {0.0, 0.0, 0.0};
 
 // Loads of a beam whose section centroids accelerate by a1 at node 1 and a2 at node 2, linearly in between.
 void BeamInertialLoads(const BeamElement& beam, const Vector3 frame[3], const Vector3& offset, const Vector3& a1,
@@ -47,34 +50,28 @@ void QuadTranslationalLoads(const QuadShellElement& element, const Vector3& a, V
 {
     double m[QuadNodeCount][QuadNodeCount];
     QuadMass(element, m);
-    const Vector3 acceleration[QuadNodeCount] = {a, a, a, a};
-    MassTimesAcceleration<QuadNodeCount>(m, acceleration, f);
+    ShellLoads<QuadNodeCount>(m, element.coordinates, a, Zero, f);
 }
 
 void QuadRotationalLoads(const QuadShellElement& element, const Vector3& alpha, Vector3 f[QuadNodeCount])
 {
     double m[QuadNodeCount][QuadNodeCount];
     QuadMass(element, m);
-    Vector3 acceleration[QuadNodeCount];
-    for (int i = 0; i < QuadNodeCount; ++i) { acceleration[i] = Cross(alpha, element.coordinates[i]); }
-    MassTimesAcceleration<QuadNodeCount>(m, acceleration, f);
+    ShellLoads<QuadNodeCount>(m, element.coordinates, Zero, alpha, f);
 }
 
 void TriTranslationalLoads(const TriShellElement& element, const Vector3& a, Vector3 f[TriNodeCount])
 {
     double m[TriNodeCount][TriNodeCount];
     TriMass(element, m);
-    const Vector3 acceleration[TriNodeCount] = {a, a, a};
-    MassTimesAcceleration<TriNodeCount>(m, acceleration, f);
+    ShellLoads<TriNodeCount>(m, element.coordinates, a, Zero, f);
 }
 
 void TriRotationalLoads(const TriShellElement& element, const Vector3& alpha, Vector3 f[TriNodeCount])
 {
     double m[TriNodeCount][TriNodeCount];
     TriMass(element, m);
-    Vector3 acceleration[TriNodeCount];
-    for (int i = 0; i < TriNodeCount; ++i) { acceleration[i] = Cross(alpha, element.coordinates[i]); }
-    MassTimesAcceleration<TriNodeCount>(m, acceleration, f);
+    ShellLoads<TriNodeCount>(m, element.coordinates, Zero, alpha, f);
 }
 
 void BeamTranslationalLoads(const BeamElement& beam, const Vector3& a, double f[BeamDofCount])
