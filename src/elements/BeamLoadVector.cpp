@@ -1,7 +1,7 @@
 #include "elements/BeamLoadVector.h"
 
 #include "elements/BeamSection.h"
-#include "elements/ShellTransform.h"
+#include "elements/LocalAxes.h"
 
 #include <initializer_list>
 

@@ -15,11 +15,6 @@ double ShearFactor(double E, double Mu, double I, double shearArea, double lengt
     return 12 * E * I / ShearModulus(E, Mu) / shearArea / length / length;
 }
 
-bool IsRectangle(const WebFlangeSection& section)
-{
-    return section.Bf == 0.0 || section.Tf == 0.0;
-}
-
 BeamSectionConstants RectangleConstants(double h, double t, double E, double Mu, double length, double sectionOffset)
 {
     BeamSectionConstants s;

@@ -14,7 +14,16 @@
 
 namespace tarnvexo {
 
-// length = distance between the beam's nodes; sectionOffset = BeamSecOz, the height of the web's base above the nodes.
+// A section without flange: the web alone.
+inline bool IsRectangle(const WebFlangeSection& section)
+{
+    return section.Bf == 0.0 || section.Tf == 0.0;
+}
+
+//   section        sizes                                                          length
+//   E, Mu          Young's modulus, Poisson's ratio                               force/length², –
+//   length         distance between the beam's nodes                              length
+//   sectionOffset  BeamSecOz, height of the section's base (tube: centre) above the nodes   length
 BeamSectionConstants TSectionConstants(const TBeamSection& section, double E, double Mu, double length,
                                        double sectionOffset);
 BeamSectionConstants LSectionConstants(const LBeamSection& section, double E, double Mu, double length,

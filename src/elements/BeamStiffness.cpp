@@ -2,7 +2,7 @@
 
 #include "elements/BeamSection.h"
 #include "elements/Elasticity.h"
-#include "elements/ShellTransform.h"
+#include "elements/LocalAxes.h"
 #include "solver/DenseMatrix.h"
 
 namespace tarnvexo {

@@ -58,14 +58,7 @@ void QuadMembraneStiffness(const double x[QuadNodeCount], const double y[QuadNod
         }
     }
 
-    // u and v of each node join the drilling matrix.
-    for (int i = 0; i < QuadPlaneDofCount; ++i) {
-        const int row = i / PlaneDofsPerNode * MembraneDofsPerNode + i % PlaneDofsPerNode;
-        for (int j = 0; j < QuadPlaneDofCount; ++j) {
-            const int column = j / PlaneDofsPerNode * MembraneDofsPerNode + j % PlaneDofsPerNode;
-            Km[row][column] += plane[i][j];
-        }
-    }
+    AddPlaneStiffness<QuadNodeCount>(&plane[0][0], &Km[0][0]);
 }
 
 } // namespace tarnvexo

@@ -8,12 +8,11 @@
 #include "core/Dofs.h"
 #include "elements/Elasticity.h"
 #include "elements/QuadGeometry.h"
+#include "elements/ShellDofs.h"
 
 namespace tarnvexo {
 
-enum MembraneDof { MembraneU, MembraneV, MembraneRZ, MembraneDofsPerNode }; // node n owns 3n, 3n+1, 3n+2
 constexpr int QuadMembraneDofCount = QuadNodeCount * MembraneDofsPerNode;
-constexpr int PlaneDofsPerNode = 2; // u, v without the drilling rotation
 constexpr int QuadPlaneDofCount = QuadNodeCount * PlaneDofsPerNode;
 
 // ε = B·d at a point, d = (u, v) node by node; every entry written.

@@ -23,7 +23,7 @@ void QuadPlateCurvature(const QuadPoint& point, double Bb[CurvatureCount][QuadPl
 
 namespace {
 
-// Shear strain along the edge from node i to node j, tied at its midpoint, times half the edge's natural length:
+// Shear strain along the edge from node i to node j, tied at its midpoint, times half the edge's length:
 // e = (wj − wi)/2 + (xj − xi)·(θyi + θyj)/4 − (yj − yi)·(θxi + θxj)/4, added into row as weight·e.
 void AddEdgeShear(const double* x, const double* y, int i, int j, double weight, double row[QuadPlateDofCount])
 {

@@ -9,10 +9,10 @@
 #include "core/Dofs.h"
 #include "elements/Elasticity.h"
 #include "elements/QuadGeometry.h"
+#include "elements/ShellDofs.h"
 
 namespace tarnvexo {
 
-enum PlateDof { PlateW, PlateRX, PlateRY, PlateDofsPerNode }; // node n owns 3n, 3n+1, 3n+2
 constexpr int QuadPlateDofCount = QuadNodeCount * PlateDofsPerNode;
 
 // κ = Bb·d at a point; every entry written.

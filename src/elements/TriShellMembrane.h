@@ -4,7 +4,7 @@
 #pragma once
 
 #include "elements/Elasticity.h"
-#include "elements/QuadShellMembrane.h"
+#include "elements/ShellDofs.h"
 #include "elements/TriGeometry.h"
 
 namespace tarnvexo {

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "elements/Elasticity.h"
-#include "elements/QuadShellPlate.h"
+#include "elements/ShellDofs.h"
 #include "elements/TriGeometry.h"
 
 namespace tarnvexo {

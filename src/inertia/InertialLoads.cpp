@@ -2,7 +2,7 @@
 
 #include "elements/BeamLoadVector.h"
 #include "elements/BeamSection.h"
-#include "elements/ShellTransform.h"
+#include "elements/LocalAxes.h"
 #include "inertia/ConsistentMass.h"
 
 namespace tarnvexo {

@@ -12,8 +12,8 @@ namespace {
 // Signed area and first moments of the closed polygon x, y; the area is negative for counter-clockwise nodes.
 struct PolygonIntegrals {
     double area = 0.0;    // ∮ y dx
-    double momentX = 0.0; // −∫ x dA for the same sign of the area, that is area · x of the centroid
-    double momentY = 0.0;
+    double momentX = 0.0; // area·x of the centroid, with the sign of area
+    double momentY = 0.0; // area·y of the centroid
 };
 
 PolygonIntegrals IntegratePolygon(const double x[QuadNodeCount], const double y[QuadNodeCount])
