@@ -12,50 +12,20 @@
 #include "inertia/StructureCentroid.h"
 #include "input/ModelFileReader.h"
 #include "output/DxfDrawing.h"
-#include "platform/Platform.h"
+#include "solver/SkylineMemory.h"
 #include "solver/SkylineProfile.h"
 
 #include <cstdint>
-#include <cstdio>
 
 namespace tarnvexo {
 
 namespace {
-
-constexpr double GigabytesPerEntry = 1.0 / (1 << 27); // 8 bytes / 2^30
 
 void PrintCentroid(const Vector3& centroid)
 {
     Console().Text(messages::CentroidBegin).Number(centroid[0]).Text(",").Number(centroid[1]).Text(",");
     Console().Number(centroid[2]).Text(messages::CentroidEnd);
     EndConsoleLine();
-}
-
-// Ends the run when the skyline cannot be addressed or held.
-void CheckSkylineSize(std::int64_t entries)
-{
-    const std::uint64_t available = platform::AvailableMemory();
-    const double gigabytes = static_cast<double>(entries) * GigabytesPerEntry;
-    const bool tooManyEntries = entries > SkylineLimit;
-    const bool tooLarge = available > 0 && static_cast<std::uint64_t>(entries) > available / sizeof(double);
-    if (!tooManyEntries && !tooLarge) {
-        return;
-    }
-    char limit[96];
-    if (tooManyEntries) {
-        std::snprintf(limit, sizeof limit, "at most %lld entries (32-bit addresses)",
-                      static_cast<long long>(SkylineLimit));
-    } else {
-        std::snprintf(limit, sizeof limit, "at most %.3g GB, the memory that is free now",
-                      static_cast<double>(available) / (1 << 30));
-    }
-    char text[400];
-    std::snprintf(text, sizeof text,
-                  "%s: error: the skyline of the stiffness matrix has %lld entries (%.3g GB)\n"
-                  "  expected: %s\n"
-                  "  to do:    number the nodes so that connected nodes have close numbers, or coarsen the mesh",
-                  ModelFileName, static_cast<long long>(entries), gigabytes, limit);
-    FailWithDiagnostic(text);
 }
 
 // Adds f at the equations of an element's nodes.
@@ -70,16 +40,19 @@ template <int NodeCount> void AddElementLoad(const int* nodes, const double* f, 
 
 void LayOutSkyline(ModelStore& model)
 {
-    model.EquationCount = model.NPOIN * DofsPerNode;
+    // One equation per node and DOF; so many must fit 32 bits, as the skyline has at least one entry each.
+    const std::int64_t equations = std::int64_t(DofsPerNode) * model.NPOIN;
+    if (equations > SkylineLimit) {
+        AllocateSkyline(model, equations, ModelFileName);
+    }
+    model.EquationCount = static_cast<int>(equations);
     BuildSkylineProfile(model);
     const std::int64_t entries = SkylineEntries(model.ColumnHeight);
     Console().Text(messages::MemoryBegin).Number(static_cast<double>(entries) * GigabytesPerEntry);
     Console().Text(messages::MemoryEnd);
     EndConsoleLine();
-    CheckSkylineSize(entries);
-    model.SkylineSize = static_cast<int>(entries);
+    AllocateSkyline(model, entries, ModelFileName);
     model.DiagonalAddress = DiagonalAddresses(model.ColumnHeight);
-    model.GlobalStiffness.assign(entries, 0.0);
 }
 
 void AssembleStiffness(ModelStore& model)
@@ -159,7 +132,8 @@ void AssembleGlobalSystem(ModelStore& model)
     ApplyRestraints(model);
     const LoadSizes applied = SizesOfLoads(model);
     BalanceByInertiaRelief(model);
-    Warn(BalanceWarning(model, applied));
+    Warn(BalanceWarning(model, applied, ModelFileName));
+    Warn(SupportWarning(model, applied, ModelFileName));
 }
 
 } // namespace tarnvexo

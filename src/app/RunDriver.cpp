@@ -5,11 +5,13 @@
 #include "core/Failure.h"
 #include "core/Messages.h"
 #include "inertia/StructureCentroid.h"
+#include "input/ModelFileReader.h"
 #include "output/BeamSectionStress.h"
 #include "output/ContourFile.h"
 #include "output/DxfDrawing.h"
 #include "output/NodalAveraging.h"
 #include "output/NodalDisplacementFile.h"
+#include "output/ResultCheck.h"
 #include "output/ShellStressFiles.h"
 #include "output/ShellStressRecovery.h"
 #include "platform/Platform.h"
@@ -46,6 +48,7 @@ void WarnIfModelFileIsMissing()
 
 void SolveTimed(ModelStore& model)
 {
+    const std::vector<double> assembledDiagonal = StiffnessDiagonal(model);
     const std::int64_t frequency = platform::PerformanceFrequency();
     const std::int64_t start = platform::PerformanceCounter();
     PrintConsole("%s", messages::Solving);
@@ -54,7 +57,7 @@ void SolveTimed(ModelStore& model)
     PrintConsole(messages::SolutionTime,
                  (static_cast<double>(end) - static_cast<double>(start)) / static_cast<double>(frequency));
     FlushConsole();
-    Warn(PivotWarning(model));
+    Warn(PivotWarning(model, assembledDiagonal, ModelFileName));
 }
 
 void StartViewer()
@@ -87,6 +90,8 @@ int RunConsole()
     WriteAveragedShellStresses(model, AveragedShellStressFileName);
     RecoverBeamSectionStresses(model);
     WriteContourFile(model, ContourFileName);
+    Warn(ResultWarning(model));
+    Warn(ReadingReminder(model, ModelFileName)); // once more at the end, where it is seen
 
     ReleaseModel(model);
     StartViewer();

@@ -9,14 +9,15 @@ namespace {
 
 constexpr int UsageExitCode = 2;
 
-int PrintUsage(const char* firstArgument)
+int PrintUsage(const char* argument)
 {
-    std::fprintf(stderr,
-                 "tarnvexo: error: unknown argument \"%s\"\n"
-                 "  expected: no arguments\n"
-                 "  to do:    change to a folder that holds fem_solving.txt and start tarnvexo there:\n"
-                 "              cd examples/wing && ../../build/tarnvexo\n",
-                 firstArgument);
+    std::fprintf(stderr, "usage: tarnvexo takes no arguments (\"%s\" was given)\n", argument);
+    std::fputs("  It works in the current directory, on the model file fem_solving.txt, and writes its results there.\n"
+               "  Example:\n"
+               "      mkdir -p /tmp/first && cd /tmp/first\n"
+               "      cp ~/tarnvexo/examples/elements/fem_solving.txt .\n"
+               "      ~/tarnvexo/build/tarnvexo\n",
+               stderr);
     return UsageExitCode;
 }
 

@@ -31,7 +31,6 @@ struct BeamSectionModel {
     std::vector<double> displacements; // DofsPerNode per node
     std::vector<SectionPatch> patches;
     std::vector<SectionNodeStress> averaged; // per node; the first corner visited at a node decides its values
-    std::vector<char> averagedKnown;         // per node: averaged[] holds its values
 };
 
 } // namespace tarnvexo

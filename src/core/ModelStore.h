@@ -104,6 +104,7 @@ struct ModelStore {
     std::vector<ShellDistributedLoad> TriDistributedLoads;
     int NDL_B = 0;
     std::vector<BeamDistributedLoad> BeamDistributedLoads;
+    long long UnmatchedScans = 0; // places where the text was not what the format says; read by the run driver
 
     // Filled by the assembly driver (app/AssemblyDriver) from inertia/StructureCentroid.
     Vector3 StructureCentroid = {};

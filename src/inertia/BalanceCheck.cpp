@@ -31,22 +31,52 @@ LoadSizes SizesOfLoads(const ModelStore& model)
     return sizes;
 }
 
-std::string BalanceWarning(const ModelStore& model, const LoadSizes& applied)
+std::string BalanceWarning(const ModelStore& model, const LoadSizes& applied, const char* modelName)
 {
     const LoadResultant rest = ResultantOfLoads(model);
     const LoadSizes balanced = SizesOfLoads(model);
-    if (IsWithin(rest.force, BalanceTolerance * (applied.forces + balanced.forces)) &&
-        IsWithin(rest.moment, BalanceTolerance * (applied.moments + balanced.moments))) {
+    const double forceLimit = BalanceTolerance * (applied.forces + balanced.forces);
+    const double momentLimit = BalanceTolerance * (applied.moments + balanced.moments);
+    char text[700];
+    if (!std::isfinite(forceLimit + momentLimit)) {
+        std::snprintf(text, sizeof text,
+                      "%s: warning: the balanced loads are not numbers, and so are all results\n"
+                      "  expected: a mass that is not zero and not all on one line\n"
+                      "  to do:    enter densities; look for thicknesses, sections, lengths or areas of zero",
+                      modelName);
+        return text;
+    }
+    if (IsWithin(rest.force, forceLimit) && IsWithin(rest.moment, momentLimit)) {
         return "";
     }
-    char text[600];
+    std::snprintf(
+        text, sizeof text,
+        "%s: warning: the balanced loads keep a resultant, which the supports will carry\n"
+        "  remains:  force %.6g, %.6g, %.6g; moment about the centroid %.6g, %.6g, %.6g\n"
+        "  expected: zero within %g of the loads; beams and several densities leave one by design\n"
+        "  to do:    judge results near the supports with care; in a model of shells of one density look for\n"
+        "            crossed or strongly warped quadrilaterals",
+        modelName, rest.force[0], rest.force[1], rest.force[2], rest.moment[0], rest.moment[1], rest.moment[2],
+        BalanceTolerance);
+    return text;
+}
+
+std::string SupportWarning(const ModelStore& model, const LoadSizes& applied, const char* modelName)
+{
+    int restrained = 0;
+    for (const Restraint& restraint : model.Restraints) {
+        restrained += static_cast<int>(std::count(restraint.flags, restraint.flags + DofsPerNode, 1));
+    }
+    constexpr int rigidMotions = 6;
+    if (restrained <= rigidMotions || (applied.forces == 0.0 && applied.moments == 0.0)) {
+        return "";
+    }
+    char text[500];
     std::snprintf(text, sizeof text,
-                  "fem_solving.txt: warning: the balanced loads keep a resultant, which the supports will carry\n"
-                  "  remains:  force %.6g, %.6g, %.6g; moment about the centroid %.6g, %.6g, %.6g\n"
-                  "  expected: zero within %g of the loads; beams and several densities leave one by design\n"
-                  "  to do:    judge results near the supports with care; without mass in the model, enter densities",
-                  rest.force[0], rest.force[1], rest.force[2], rest.moment[0], rest.moment[1], rest.moment[2],
-                  BalanceTolerance);
+                  "%s: warning: %d directions are restrained, but the loads are balanced by inertia, not by supports\n"
+                  "  expected: a structure that floats, flies or hangs free, held in position by six directions\n"
+                  "  to do:    do not use these results for a structure that stands on its supports",
+                  modelName, restrained);
     return text;
 }
 

@@ -23,6 +23,11 @@ LoadSizes SizesOfLoads(const ModelStore& model);
 // Warning with the resultants that remain in GLOAD after BalanceByInertiaRelief, without a line end behind it; empty
 // when they vanish. applied = SizesOfLoads before balancing: loads that balance away entirely leave round-off of that
 // size.
-std::string BalanceWarning(const ModelStore& model, const LoadSizes& applied);
+std::string BalanceWarning(const ModelStore& model, const LoadSizes& applied, const char* modelName);
+
+// Warning when more directions are restrained than a rigid body has: the balanced loads leave such supports next to
+// nothing to carry, so a structure that stands on the ground comes out wrong. Empty without loads or with six
+// directions.
+std::string SupportWarning(const ModelStore& model, const LoadSizes& applied, const char* modelName);
 
 } // namespace tarnvexo

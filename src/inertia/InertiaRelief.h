@@ -4,7 +4,8 @@
 // GLOAD complete. Prints the balance before and after on the console.
 //
 // The translational acceleration is (Σ F)/M, the angular one solves (rotational mass)·α = Σ M.
-// Limits: the balance closes to round-off for one density and no beams. With several densities, the origin being the
+// Limits: the balance closes to round-off for shells of one density (distorted quadrilaterals: to the decimals of the
+// Gauss rule, inertia/ConsistentMass). With several densities, the origin being the
 // centroid of the volume, a force and a moment remain; with beams, whose torsional inertia stands at (x, x), a moment
 // about x. The supports carry them.
 #pragma once

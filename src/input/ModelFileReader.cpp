@@ -8,7 +8,9 @@
 #include "input/ModelFileFormats.h"
 #include "input/ScanDiagnostics.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
 namespace tarnvexo {
@@ -57,7 +59,7 @@ private:
     bool InTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user);
     template <std::size_t NodeCount>
     bool NodesInTable(const std::array<int, NodeCount>& nodes, const ScanResult& scan, const RecordName& user);
-    bool SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& nodes, const Vector3& orientation,
+    bool SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& ends, const Vector3& orientation,
                    int materialIndex, const BeamSectionRef& section, const ScanResult& scan, const RecordName& name);
     bool Fault(const ModelFault& found);
 
@@ -87,9 +89,13 @@ ModelReading ModelTextReader::Read()
 {
     ModelReading reading;
     double release = 0.0;
-    Scan({"release"}, formats::Release, release);
+    const ScanResult header = Scan({"release"}, formats::Release, release);
     if (release != formats::SupportedRelease) {
         reading.end = ModelReading::End::WrongRelease;
+        if (header.stored == 1) { // otherwise the scan's own warning says what stands there
+            Fault({header.fieldBegin[0], "the file is of another release than this program reads", "release=3.0",
+                   "write the model again with a pre-processor of that release"});
+        }
     } else {
         const bool complete =
             ReadMaterials() && ReadThicknesses() &&
@@ -103,6 +109,7 @@ ModelReading ModelTextReader::Read()
         reading.end = complete ? ModelReading::End::Complete : ModelReading::End::Fault;
     }
     reading.warnings = warnings.Lines(source);
+    model.UnmatchedScans = warnings.Count();
     reading.fault = fault;
     return reading;
 }
@@ -490,7 +497,7 @@ bool ReadWholeFile(const char* fileName, std::string& text)
         got = std::fread(text.data() + size, 1, chunk, file.get());
         text.resize(size + got);
     } while (got > 0);
-    return true;
+    return std::ferror(file.get()) == 0; // a directory can be opened, but not read
 }
 
 } // namespace
@@ -504,6 +511,10 @@ void ReadModelFile(ModelStore& model, const char* fileName)
 {
     std::string text;
     if (!ReadWholeFile(fileName, text)) {
+        Warn(std::string(fileName) + ": error: the model file cannot be read: " + std::strerror(errno) +
+             "\n"
+             "  expected: a readable file of this name in the current directory\n"
+             "  to do:    change to the directory of the model and start the program there");
         FailWithPause(messages::PreprocessorFileError);
     }
     const ModelReading reading = ReadModelText(model, text, fileName);
@@ -512,10 +523,23 @@ void ReadModelFile(ModelStore& model, const char* fileName)
     case ModelReading::End::Complete:
         return;
     case ModelReading::End::WrongRelease:
+        Warn(reading.fault);
         FailWithKey(messages::ReleaseError);
     case ModelReading::End::Fault:
         FailWithDiagnostic(reading.fault.c_str());
     }
+}
+
+std::string ReadingReminder(const ModelStore& model, const char* fileName)
+{
+    if (model.UnmatchedScans == 0) {
+        return "";
+    }
+    std::string text = fileName;
+    text += ": warning: " + std::to_string(model.UnmatchedScans) + " scans of this file did not match its text\n";
+    text += "  expected: none; what was not read kept its previous value or 0\n"
+            "  to do:    mend the first of the places named at the start of the run; do not use these results";
+    return text;
 }
 
 } // namespace tarnvexo

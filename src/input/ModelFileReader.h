@@ -23,7 +23,7 @@ struct ModelReading {
 
     End end = End::Complete;
     std::string warnings; // lines about scans that did not match, each with its line end
-    std::string fault;    // with End::Fault: the message, without a line end behind it
+    std::string fault;    // with End::Fault, and for a release that was read: the message, without a line end behind it
 };
 
 // Fills the model from a text in memory. Writes and ends nothing. After another end than Complete the model is filled
@@ -32,5 +32,8 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
 
 // Fills the model from a file. Warnings go to standard error; every other end than Complete ends the process.
 void ReadModelFile(ModelStore& model, const char* fileName);
+
+// Reminder for the end of a run that went on after warnings, without a line end behind it; empty without warnings.
+std::string ReadingReminder(const ModelStore& model, const char* fileName);
 
 } // namespace tarnvexo

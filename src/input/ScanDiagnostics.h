@@ -61,6 +61,8 @@ class ScanWarnings {
 public:
     void Add(const NamedText& source, const ScanResult& scan, const RecordName& record);
 
+    long long Count() const { return count; }
+
     // The lines shown and, where there were more, a last line with their number.
     std::string Lines(const NamedText& source) const;
 

@@ -75,6 +75,7 @@ public:
     }
 
     bool IsCandidate(int beam) const { return rank[beam] != NotCandidate; }
+    bool IsFirst(int beam) const { return rank[beam] == First; }
     int Rank(int beam) const { return rank[beam]; } // order of summation
 
 private:
@@ -98,6 +99,30 @@ private:
     std::vector<int> near;
 };
 
+// Corners of candidate beams at the places, in the order of summation: beam b itself, then by beam, patch, position.
+void CollectJoint(const CornerTable& table, const std::vector<int>& places, const CandidateBeams& candidates,
+                  std::vector<Corner>& joint)
+{
+    joint.clear();
+    for (int place : places) {
+        for (std::size_t c = table.first[place]; c < table.first[place + 1]; ++c) {
+            if (candidates.IsCandidate(table.corners[c].beam)) {
+                joint.push_back(table.corners[c]);
+            }
+        }
+    }
+    const auto before = [&](const Corner& left, const Corner& right) {
+        return std::array{candidates.Rank(left.beam), left.patch, left.position} <
+               std::array{candidates.Rank(right.beam), right.patch, right.position};
+    };
+    // Places come by beam and node, so corners mostly stand in order already once beam b's own are in front.
+    std::stable_partition(joint.begin(), joint.end(),
+                          [&](const Corner& corner) { return candidates.IsFirst(corner.beam); });
+    if (!std::is_sorted(joint.begin(), joint.end(), before)) {
+        std::sort(joint.begin(), joint.end(), before);
+    }
+}
+
 } // namespace
 
 void AverageBeamJoints(ModelStore& model)
@@ -106,34 +131,21 @@ void AverageBeamJoints(ModelStore& model)
     const CornerTable table = FindCorners(records);
     const PointGrid grid(table.places, JointTolerance);
     CandidateBeams candidates(model.BeamElements);
-    std::vector<int> near;
+    std::vector<int> places;
     std::vector<Corner> joint;
 
     for (std::size_t b = 0; b < records.size(); ++b) {
         BeamSectionModel& record = records[b];
-        record.averaged.resize(record.nodes.size());
-        record.averagedKnown.assign(record.nodes.size(), false);
+        record.averaged.assign(record.nodes.size(), {});
+        std::vector<bool> known(record.nodes.size(), false);
         candidates.Select(static_cast<int>(b));
         for (const SectionPatch& patch : record.patches) {
             for (int node : patch.nodes) {
-                if (record.averagedKnown[node]) {
-                    continue;
+                if (known[node]) {
+                    continue; // the first corner visited decides
                 }
-                // Corners of candidate beams at this place, in the order of summation.
-                joint.clear();
-                grid.FindNear(record.nodes[node], near);
-                for (int place : near) {
-                    for (std::size_t c = table.first[place]; c < table.first[place + 1]; ++c) {
-                        if (candidates.IsCandidate(table.corners[c].beam)) {
-                            joint.push_back(table.corners[c]);
-                        }
-                    }
-                }
-                std::sort(joint.begin(), joint.end(), [&](const Corner& left, const Corner& right) {
-                    return std::array{candidates.Rank(left.beam), left.patch, left.position} <
-                           std::array{candidates.Rank(right.beam), right.patch, right.position};
-                });
-
+                grid.FindNear(record.nodes[node], places);
+                CollectJoint(table, places, candidates, joint);
                 FaceStressMean mean;
                 for (const Corner& corner : joint) {
                     const SectionPatch& other = records[corner.beam].patches[corner.patch];
@@ -141,7 +153,7 @@ void AverageBeamJoints(ModelStore& model)
                              MatchFaces(patch.normal, patch.thickness, other.normal, other.thickness));
                 }
                 mean.Store(record.averaged[node].positiveFace, record.averaged[node].negativeFace);
-                record.averagedKnown[node] = true;
+                known[node] = true;
             }
         }
     }

@@ -1,5 +1,7 @@
 #include "output/BeamSectionOutline.h"
 
+#include "elements/BeamSection.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -19,17 +21,12 @@ SectionOutline WebOutline(const WebFlangeSection& section, double sectionOffset)
             h};
 }
 
-bool HasFlange(const WebFlangeSection& section)
-{
-    return section.Bf != 0.0 && section.Tf != 0.0;
-}
-
 } // namespace
 
 SectionOutline TOutline(const TBeamSection& section, double sectionOffset)
 {
     SectionOutline outline = WebOutline(section, sectionOffset);
-    if (HasFlange(section)) {
+    if (!IsRectangle(section)) {
         const double b = section.Bf, tf = section.Tf, top = section.Hw + sectionOffset;
         outline.points.insert(outline.points.end(), {{-b / 2, top}, {b / 2, top}});
         outline.segments.insert(outline.segments.end(), {{3, 4, tf}, {3, 5, tf}});
@@ -40,7 +37,7 @@ SectionOutline TOutline(const TBeamSection& section, double sectionOffset)
 SectionOutline LOutline(const LBeamSection& section, double sectionOffset, bool mirrored)
 {
     SectionOutline outline = WebOutline(section, sectionOffset);
-    if (HasFlange(section)) {
+    if (!IsRectangle(section)) {
         const double b = mirrored ? -section.Bf : section.Bf;
         const double tf = section.Tf, top = section.Hw + sectionOffset;
         outline.points.insert(outline.points.end(), {{b / 2, top}, {b, top}});

@@ -17,7 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <string>
+#include <cstdio>
 #include <utility>
 
 namespace tarnvexo {
@@ -31,6 +31,8 @@ constexpr double LinkTolerance = 0.001; // shorter links, in section heights or 
 
 // Prescribed displacements: diagonal 1e40, load u·1e20·1e20.
 constexpr double DisplacementPenalty = 1e20;
+
+constexpr double BytesToGigabytes = 1.0 / (1 << 30);
 
 // Outline points looked at for one that lies on the node line.
 constexpr int NearEndSearch = 6;
@@ -208,12 +210,31 @@ SectionOutline OutlineOfBeam(const ModelStore& model, const BeamSectionRef& ref)
     }
 }
 
+// Memory of a beam's section mesh as it is kept, and the entries of its skyline, as upper bounds.
+struct SectionSize {
+    double bytes;
+    double entries;
+};
+
+SectionSize SizeOfSection(const SectionOutline& outline, double slices)
+{
+    const double points = static_cast<double>(outline.points.size());
+    const double nodes = points * (slices + 1) + 2;
+    const double patches = slices * static_cast<double>(outline.segments.size());
+    SectionSize size;
+    size.bytes = patches * sizeof(SectionPatch) +
+                 nodes * (sizeof(Vector3) + sizeof(SectionNodeStress) + DofsPerNode * sizeof(double));
+    size.entries = DofsPerNode * nodes * DofsPerNode * 2 * (points + 1); // no column reaches beyond the ring before
+    return size;
+}
+
 // Refuses section meshes that cannot be held, before the first is built. Beams behind one of unknown type do not count:
 // the run ends at that beam with its own message.
 void CheckSectionSizes(const ModelStore& model)
 {
     const double available = static_cast<double>(platform::AvailableMemory());
     double bytes = 0.0;
+    char text[500];
     for (int b = 0; b < model.NELEM_B; ++b) {
         const BeamSectionRef& ref = model.BeamSectionRefs[b];
         if (ref.BeamSecType < TSection || ref.BeamSecType > CSection) {
@@ -221,19 +242,23 @@ void CheckSectionSizes(const ModelStore& model)
         }
         const SectionOutline outline = OutlineOfBeam(model, ref);
         const double slices = SliceCount(BeamLength(model.BeamElements[b]), outline);
-        const double points = static_cast<double>(outline.points.size());
-        const double equations = DofsPerNode * (points * (slices + 1) + 2);
-        const double entries = equations * DofsPerNode * 2 * (points + 1); // no column reaches beyond the ring before
-        bytes += slices * static_cast<double>(outline.segments.size()) * sizeof(SectionPatch) +
-                 equations / DofsPerNode * (sizeof(Vector3) + sizeof(SectionNodeStress)) + equations * sizeof(double);
-        const bool tooLarge = available > 0.0 && bytes + entries * sizeof(double) > available;
-        if (!(entries <= static_cast<double>(SkylineLimit)) || tooLarge) {
-            FailWithDiagnostic(
-                ("beam " + std::to_string(b) + ": error: its section mesh would need " + std::to_string(slices) +
-                 " slices along the beam, more than memory holds\n" +
-                 "  expected: a section whose longest wall segment is not tiny against the beam's length\n"
-                 "  to do:    correct the section's sizes (Hw, Bf or R), or divide the beam")
-                    .c_str());
+        const SectionSize size = SizeOfSection(outline, slices);
+        bytes += size.bytes;
+        if (size.entries > static_cast<double>(SkylineLimit)) {
+            std::snprintf(text, sizeof text,
+                          "beam %d: error: its section mesh would have %.0f slices along the beam, too many to solve\n"
+                          "  expected: a section whose longest wall segment is not tiny against the beam's length\n"
+                          "  to do:    correct the section's sizes (Hw, Bf or R), or divide the beam",
+                          b, slices);
+            FailWithDiagnostic(text);
+        }
+        if (available > 0.0 && bytes + size.entries * sizeof(double) > available) {
+            std::snprintf(text, sizeof text,
+                          "beams 0 to %d: error: their section meshes would take more than %.3g GB\n"
+                          "  expected: at most %.3g GB, the memory that is free now\n"
+                          "  to do:    close other programs, or leave out beams whose wall stresses are not needed",
+                          b, bytes * BytesToGigabytes, available * BytesToGigabytes);
+            FailWithDiagnostic(text);
         }
     }
 }
@@ -243,7 +268,7 @@ void CheckSectionSizes(const ModelStore& model)
 double SliceCount(double length, const SectionOutline& outline)
 {
     const double slices = std::floor(length / LongestSegment(outline));
-    return slices >= 1.0 ? slices : 1.0;
+    return slices >= 1.0 && std::isfinite(slices) ? slices : 1.0;
 }
 
 BeamSectionModel SolveBeamSection(const BeamElement& beam, const SectionOutline& outline,
@@ -278,6 +303,7 @@ BeamSectionModel SolveBeamSection(const BeamElement& beam, const SectionOutline&
 void RecoverBeamSectionStresses(ModelStore& model)
 {
     CheckSectionSizes(model);
+    model.BeamStressRecords.clear();
     model.BeamStressRecords.reserve(model.NELEM_B);
     for (int b = 0; b < model.NELEM_B; ++b) {
         const SectionOutline outline = OutlineOfBeam(model, model.BeamSectionRefs[b]);

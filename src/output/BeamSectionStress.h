@@ -13,9 +13,8 @@ namespace tarnvexo {
 
 void RecoverBeamSectionStresses(ModelStore& model);
 
-// Slices along the beam: its length in longest wall segments, rounded down, at least one; a length that is not a number
-// gives one. A quotient that is no sensible count (a section without size) is returned as it is for the caller to
-// refuse.
+// Slices along the beam: its length in longest wall segments, rounded down, at least one; one also where the quotient
+// is not finite (a section without size, a length that is not a number). May exceed what an int holds.
 double SliceCount(double length, const SectionOutline& outline);
 
 // One beam's model, solved, with raw corner stresses; endDisplacements [12] of node 1 and node 2, global axes.

@@ -80,9 +80,11 @@ void WriteStructureDrawing(const ModelStore& model)
 void WriteDeformedDrawing(const ModelStore& model, const char* fileName)
 {
     if (model.NPOIN < 1) {
-        FailWithDiagnostic("deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
-                           "  expected: NPOIN of 1 or more\n"
-                           "  to do:    add the nodes to the model file and run again");
+        FailWithDiagnostic(
+            "deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
+            "  expected: NPOIN of 1 or more\n"
+            "  to do:    add the nodes to the model file; if they are there, mend the first place that the\n"
+            "            warnings above name");
     }
     const double scale = DeformationScale(model);
     WriteDrawing(model, fileName, [&](int node) {

@@ -19,6 +19,11 @@ bool TextFile::Open(const char* fileName)
     name = fileName;
     file = std::fopen(fileName, "w");
     if (file == nullptr) {
+        std::fprintf(stderr,
+                     "%s: error: the file cannot be created: %s\n"
+                     "  expected: a directory that can be written, with no directory or protected file of this name\n"
+                     "  to do:    make room for it, or copy the model to another directory, then run again\n",
+                     fileName, std::strerror(errno));
         return false;
     }
     std::setvbuf(file, nullptr, _IONBF, 0); // the writer's buffer is the only one

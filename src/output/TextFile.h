@@ -6,9 +6,9 @@
 //     file.Text().Integer(7).Text(":").EndLine();
 //     file.Close();
 //
-// Errors: Open tells whether the file could be created and prints nothing, since every file has its own message for
-// that. A later failure (disk full, medium gone) is reported once on standard error and the run goes on: the other
-// files may still be good.
+// Errors are reported on standard error with the file's name and the system's reason. Open also returns false, since
+// every file has its own console message for that. After a later failure (disk full, medium gone), reported once, the
+// run goes on: the other files may still be good.
 #pragma once
 
 #include "core/TextWriter.h"

@@ -1,5 +1,6 @@
 #include "platform/Platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -113,6 +114,20 @@ std::string Utf8ToGbk(std::string_view text)
     return gbk;
 }
 
+// The number that a file of the kernel holds; false where there is no such file, or no number ("max") in it.
+bool ReadNumberFile(const char* path, std::uint64_t& number)
+{
+    std::FILE* file = std::fopen(path, "r");
+    if (file == nullptr) {
+        return false;
+    }
+    unsigned long long value = 0;
+    const bool found = std::fscanf(file, "%llu", &value) == 1;
+    std::fclose(file);
+    number = value;
+    return found;
+}
+
 // 'text' as one word of the shell: nothing inside single quotes has a meaning but the quote itself.
 std::string ShellQuoted(std::string_view text)
 {
@@ -192,20 +207,25 @@ void WriteStandardOutput(std::string_view text)
 
 std::uint64_t AvailableMemory()
 {
-    std::FILE* info = std::fopen("/proc/meminfo", "r");
-    if (info != nullptr) {
+    std::uint64_t available = 0;
+    if (std::FILE* info = std::fopen("/proc/meminfo", "r")) {
         char line[128];
         unsigned long long kibibytes = 0;
-        bool found = false;
-        while (!found && std::fgets(line, sizeof line, info) != nullptr) {
-            found = std::sscanf(line, "MemAvailable: %llu kB", &kibibytes) == 1;
+        while (available == 0 && std::fgets(line, sizeof line, info) != nullptr) {
+            if (std::sscanf(line, "MemAvailable: %llu kB", &kibibytes) == 1) {
+                available = kibibytes * 1024;
+            }
         }
         std::fclose(info);
-        if (found) {
-            return kibibytes * 1024;
-        }
     }
-    return 0;
+    // A container may get less than the machine has.
+    std::uint64_t limit = 0;
+    std::uint64_t used = 0;
+    if (available > 0 && ReadNumberFile("/sys/fs/cgroup/memory.max", limit) &&
+        ReadNumberFile("/sys/fs/cgroup/memory.current", used)) {
+        available = std::min(available, limit > used ? limit - used : 1);
+    }
+    return available;
 }
 
 } // namespace tarnvexo::platform

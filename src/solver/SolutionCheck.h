@@ -6,11 +6,19 @@
 #include "core/ModelStore.h"
 
 #include <string>
+#include <vector>
 
 namespace tarnvexo {
 
-// Warning about pivots that are zero, negative or not a number: how many, and the first one with node and direction.
-// Without a line end behind it; empty when all are positive. Call it after SolveSkyline.
-std::string PivotWarning(const ModelStore& model);
+// A pivot below this share of the assembled diagonal is round-off: the direction is free. Structures that are held have
+// 1e-5 and more, free ones 1e-12 and less of either sign.
+constexpr double PivotTolerance = 1e-10;
+
+// Diagonal of the assembled matrix, one value per equation; take it before SolveSkyline.
+std::vector<double> StiffnessDiagonal(const ModelStore& model);
+
+// Warning about pivots that are not positive or only round-off: how many, and the first one with node and direction.
+// Without a line end behind it; empty when there are none. Call it after SolveSkyline.
+std::string PivotWarning(const ModelStore& model, const std::vector<double>& assembledDiagonal, const char* modelName);
 
 } // namespace tarnvexo

@@ -690,7 +690,8 @@ TEST(ModelFileReader, ReadsTheCorpusOfTheFuzzer)
         std::ifstream file(entry.path(), std::ios::binary);
         const std::vector<char> text{std::istreambuf_iterator<char>(file), {}};
         const auto [model, reading] = ReadText({text.data(), text.size()});
-        EXPECT_EQ(reading.end == End::Fault, !reading.fault.empty()) << entry.path();
+        EXPECT_TRUE(reading.end != End::Complete || reading.fault.empty()) << entry.path();
+        EXPECT_TRUE(reading.end != End::Fault || !reading.fault.empty()) << entry.path();
         EXPECT_LE(LineCount(reading.warnings), 21u) << entry.path();
         ++files;
     }
@@ -727,7 +728,9 @@ TEST(ReadModelFile, EndsTheRunWithAPauseWhenTheFileCannotBeOpened)
     });
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "Preprocessor file read error!\nPress any key to continue . . . ");
-    EXPECT_EQ(run.error, "");
+    EXPECT_EQ(run.error, "fem_solving.txt: error: the model file cannot be read: No such file or directory\n"
+                         "  expected: a readable file of this name in the current directory\n"
+                         "  to do:    change to the directory of the model and start the program there\n");
 }
 
 TEST(ReadModelFile, EndsTheRunAfterAKeyWhenTheReleaseIsAnother)
@@ -740,7 +743,11 @@ TEST(ReadModelFile, EndsTheRunAfterAKeyWhenTheReleaseIsAnother)
     });
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "Release File Number error!\n");
-    EXPECT_EQ(run.error, "");
+    EXPECT_EQ(run.error, "fem_solving.txt:1:28: error: the file is of another release than this program reads\n"
+                         "  1 | ### Quor_Tarn+Vexo release=3.01 ###\n"
+                         "    |                            ^\n"
+                         "  expected: release=3.0\n"
+                         "  to do:    write the model again with a pre-processor of that release\n");
 }
 
 // The colon behind the label is missing; the scan of the nodes begins at the blank in its place and goes well.

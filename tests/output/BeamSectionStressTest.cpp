@@ -524,7 +524,7 @@ TEST(BeamSectionStress, OfASectionTypeOtherThanTLCEndsTheRunAfterAPause)
     }
 }
 
-TEST(BeamSectionStress, OfASectionWithoutSizeEndsTheRunWithADiagnostic)
+TEST(BeamSectionStress, WithTooManySlicesEndsTheRunWithADiagnostic)
 {
     ModelText text = Frame();
     text.CSection(1e-9, 1e-10);
@@ -537,8 +537,32 @@ TEST(BeamSectionStress, OfASectionWithoutSizeEndsTheRunWithADiagnostic)
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "");
     // 1.3928 long, segments of 5.176e-10: 2.69e9 slices.
-    EXPECT_EQ(run.error.substr(0, 46), "beam 3: error: its section mesh would need 269");
+    EXPECT_EQ(run.error.substr(0, 46), "beam 3: error: its section mesh would have 269");
     EXPECT_NE(run.error.find("\n  expected: a section whose longest wall segment is not tiny"), std::string::npos);
+}
+
+// Degenerate geometry goes on with numbers that are not finite.
+TEST(BeamSectionStress, OfASectionWithoutSizeTakesOneSlice)
+{
+    EXPECT_EQ(SliceCount(2.0, TubeOutline({0.0, 0.01}, 0.0)), 1.0);
+    EXPECT_EQ(SliceCount(std::numeric_limits<double>::quiet_NaN(), TubeOutline({0.1, 0.01}, 0.0)), 1.0);
+    EXPECT_EQ(SliceCount(2.0, TubeOutline({std::numeric_limits<double>::quiet_NaN(), 0.01}, 0.0)), 1.0);
+    ModelText text = Frame();
+    text.CSection(0.0, 0.01);
+    text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, CSection, 1);
+    ModelStore model = MovedFrame(text);
+    RecoverBeamSectionStresses(model);
+    ASSERT_EQ(model.BeamStressRecords.size(), 4u);
+    EXPECT_EQ(model.BeamStressRecords[3].patches.size(), 12u);
+}
+
+// Stages fill the store, they do not add to it.
+TEST(BeamSectionStress, RecoveredTwiceGivesOneRecordABeam)
+{
+    ModelStore model = MovedFrame(Frame());
+    RecoverBeamSectionStresses(model);
+    RecoverBeamSectionStresses(model);
+    EXPECT_EQ(model.BeamStressRecords.size(), std::size_t(model.NELEM_B));
 }
 
 } // namespace

@@ -190,9 +190,11 @@ TEST(DeformedDrawing, OfAModelWithoutNodesEndsTheRunWithADiagnostic)
     const ChildResult run = RunInChild([] { WriteDeformedDrawing(ModelStore(), "deformation.dxf"); });
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "");
-    EXPECT_EQ(run.error, "deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
-                         "  expected: NPOIN of 1 or more\n"
-                         "  to do:    add the nodes to the model file and run again\n");
+    EXPECT_EQ(run.error,
+              "deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
+              "  expected: NPOIN of 1 or more\n"
+              "  to do:    add the nodes to the model file; if they are there, mend the first place that the\n"
+              "            warnings above name\n");
 }
 
 TEST(Drawing, ThatCannotBeOpenedEndsTheRunAfterOneKey)

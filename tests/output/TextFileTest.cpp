@@ -59,7 +59,7 @@ TEST(TextFile, IsCompleteWhenTheObjectIsDestroyed)
     EXPECT_EQ(FileText("result.txt"), "rest");
 }
 
-TEST(TextFile, OpenTellsWithoutAWordThatAFileCannotBeCreated)
+TEST(TextFile, OpenTellsWhyAFileCannotBeCreated)
 {
     const auto run = RunInChild([] {
         const TemporaryDirectory directory;
@@ -72,7 +72,8 @@ TEST(TextFile, OpenTellsWithoutAWordThatAFileCannotBeCreated)
         file.Close();
     });
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.error, "");
+    EXPECT_EQ(run.error.find("missing/result.txt: error: the file cannot be created: No such file or directory\n"), 0u);
+    EXPECT_NE(run.error.find("\ntaken: error: the file cannot be created: Is a directory\n"), std::string::npos);
 }
 
 TEST(TextFile, ReportsAFullDiskOnceAndTheRunGoesOn)
