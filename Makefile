@@ -71,7 +71,11 @@ run: build
 	    esac; \
 	    printf '    run/midship/%-40s %8s kB  %s\n' "$$file" "$$(($$(wc -c <"$$file") / 1024))" "$$what"; \
 	done
-	@echo 'Begin with Node_Dis.txt, then load structure.dxf and deformation.dxf on top of each other.'
+	@printf '%s\n' 'Begin with the console text and Node_Dis.txt:' \
+	    "    iconv -f GBK -t UTF-8 run/midship/console.txt | tr -d '\\b' | less" \
+	    'A picture, in about 20 s (needs the packages python3-numpy and python3-matplotlib):' \
+	    '    /usr/bin/python3 tools/draw_results.py run/midship/Tarn+Vexo_AverageStrs.txt --unit 1e6 --label MPa \' \
+	    '        --view -40,27 --limit 100 --scale 0.04 --out run/midship/picture.png'
 
 test: build/build.ninja build-sanitize/build.ninja
 	cmake --build build -j $(JOBS)

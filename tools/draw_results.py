@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Draws a PNG of a solved model from its contour file (Tarn+Vexo_AverageStrs.txt).
 
-    draw_results.py examples/midship/Tarn+Vexo_AverageStrs.txt --out midship.png --label "MPa" --unit 1e6
+    draw_results.py run/midship/Tarn+Vexo_AverageStrs.txt --out midship.png --unit 1e6 --label MPa
 
 Shells and the section walls of beams are drawn in their deformed shape, coloured by a stress of the corners, linear
 over each wall, in bands between round numbers. Parallel projection, hidden surfaces removed pixel by pixel.
@@ -9,15 +9,20 @@ Needs python3-numpy and python3-matplotlib. The file is described in docs/format
 """
 import argparse
 import math
+import os
 import sys
 
-import matplotlib
+try:
+    import matplotlib
 
-matplotlib.use("Agg")
-import matplotlib.pyplot as plt
-import numpy as np
-from matplotlib.colors import BoundaryNorm
-from matplotlib.ticker import MaxNLocator
+    matplotlib.use("Agg")
+    import matplotlib.pyplot as plt
+    import numpy as np
+    from matplotlib.colors import BoundaryNorm
+    from matplotlib.ticker import MaxNLocator
+except ImportError as missing:
+    sys.exit(f"draw_results.py: error: {missing}, in {sys.executable}\n"
+             "  to do:    apt-get install python3-numpy python3-matplotlib, and start it with /usr/bin/python3")
 
 FIELDS = ["SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"]
 OVERSAMPLING = 2          # pixels per image pixel in each direction, for smooth outlines
@@ -50,34 +55,65 @@ class ContourFile:
     """The file as a list of lines that is read from front to back."""
 
     def __init__(self, path):
-        with open(path, encoding="ascii") as file:
-            self.lines = file.read().splitlines()
+        try:
+            with open(path, encoding="ascii") as file:
+                self.lines = file.read().splitlines()
+        except OSError as error:
+            sys.exit(f"{path}: error: {error.strerror}\n"
+                     "  expected: Tarn+Vexo_AverageStrs.txt, which tarnvexo writes where it is started")
+        except UnicodeDecodeError:
+            sys.exit(f"{path}: error: this is no contour file, it holds more than ASCII\n"
+                     "  expected: Tarn+Vexo_AverageStrs.txt of a run")
         self.path = path
         self.next = 0
+        if not self.lines or not self.lines[0].startswith("NPOIN="):
+            sys.exit(f"{path}: error: this is no contour file, it does not begin with NPOIN=\n"
+                     "  expected: Tarn+Vexo_AverageStrs.txt of a run")
+
+    def fail(self, expected):
+        found = self.lines[self.next - 1]
+        found = found if len(found) <= 60 else found[:60] + "..."
+        sys.exit(f"{self.path}:{self.next}: error: found \"{found}\"\n  expected: {expected}")
 
     def line(self):
         if self.next == len(self.lines):
-            sys.exit(f"{self.path}: error: the file ends early\n  to do:    run tarnvexo again")
+            sys.exit(f"{self.path}: error: the file ends early, after line {self.next}\n"
+                     "  to do:    run tarnvexo again and look at its messages (disk full?)")
         self.next += 1
         return self.lines[self.next - 1]
 
     def count(self, key):
-        line = self.line()
-        if not line.startswith(key + "="):
-            sys.exit(f"{self.path}:{self.next}: error: found \"{line}\"\n  expected: {key}=")
-        return int(line[len(key) + 1:])
+        name, _, number = self.line().partition("=")
+        if name != key or not number.isdigit():
+            self.fail(f"{key}= and a number")
+        return int(number)
 
-    def numbers(self, rows):
-        return np.array([[float(value) for value in self.line().split(",")] for _ in range(rows)])
+    def numbers(self, rows, columns):
+        table = []
+        for _ in range(rows):
+            try:
+                table.append([float(value) for value in self.line().split(",")])
+            except ValueError:
+                table.append([])
+            if len(table[-1]) != columns:
+                self.fail(f"{columns} numbers with commas between")
+        return np.array(table).reshape(rows, columns)
 
     def nodes(self):
         count = self.count("NPOIN")
-        return self.numbers(count).reshape(-1, 3), self.numbers(count).reshape(-1, 6)[:, :3]
+        return self.numbers(count, 3), self.numbers(count, 6)[:, :3]
+
+    def corners(self, number, node_count):
+        words = self.line().split(",")
+        if len(words) != number or not all(word.isdigit() and int(word) < node_count for word in words):
+            self.fail(f"{number} node numbers from 0 to {node_count - 1}")
+        return [int(word) for word in words]
 
     def walls(self, key, nodes, translations, field, walls):
+        corner_count = 3 if key == "NELEM_S_3ND" else 4
         for _ in range(self.count(key)):
-            corners = [int(node) for node in self.line().split(",")]
-            stresses = self.numbers(2 * len(corners))[:, field]
+            corners = self.corners(corner_count, len(nodes))
+            stresses = self.numbers(2 * corner_count, len(FIELDS))[:, field]
             walls.add(nodes, translations, corners, stresses.reshape(-1, 2), key == "NELEM")
 
 
@@ -93,6 +129,11 @@ def read_walls(path, field):
             file.line()
         section_nodes, section_translations = file.nodes()
         file.walls("NELEM", section_nodes, section_translations, field, walls)
+    if not walls.positions:
+        sys.exit(f"{path}: error: the model has no shells and no beams to draw")
+    if not all(np.isfinite(table).all() for table in walls.positions + walls.translations + walls.values):
+        sys.exit(f"{path}: error: coordinates, displacements or stresses are not finite, so there is nothing to draw\n"
+                 "  to do:    look at the messages of the run: is a part held by nothing, an element without area?")
     extent = float(np.max(np.ptp(nodes, axis=0)))
     translation = float(np.max(np.abs(translations)))
     return walls, extent, translation
@@ -211,8 +252,10 @@ def legend_levels(values, largest, bands):
     return levels[levels <= high * (1 + 1e-9)] if largest is not None else levels
 
 
-def write_picture(canvas, levels, arguments):
+def write_picture(canvas, levels, magnification, arguments):
     seen = canvas.value[~np.isnan(canvas.value)]
+    if seen.size == 0:
+        sys.exit(f"{arguments.file}: error: every wall is seen from its edge\n  to do:    choose another --view")
     beyond = {(False, False): "neither", (True, False): "min", (False, True): "max", (True, True): "both"}[
         bool(seen.min() < levels[0]), bool(seen.max() > levels[-1])]
     colours = plt.get_cmap(arguments.colours)
@@ -233,25 +276,65 @@ def write_picture(canvas, levels, arguments):
     bar.ax.set_yticklabels([f"{level:g}" for level in levels])
     title = arguments.field + (f", {arguments.label}" if arguments.label else "")
     figure.text(left, 0.9, title, fontsize=13)
-    figure.savefig(arguments.out, dpi=100, pil_kwargs={"optimize": True})
+    shape = f"deformed\n×{magnification:.3g}" if magnification else "undeformed"
+    figure.text(left, 0.11, shape, fontsize=10, verticalalignment="top")
+    try:
+        figure.savefig(arguments.out, dpi=100, pil_kwargs={"optimize": True})
+    except OSError as error:
+        sys.exit(f"{arguments.out}: error: {error.strerror}\n  expected: a file that can be written")
+
+
+def picture_name(text):
+    folder = os.path.dirname(text) or "."
+    if not text.endswith(".png"):
+        raise argparse.ArgumentTypeError(f"\"{text}\": expected a name that ends in .png")
+    if not os.path.isdir(folder):
+        raise argparse.ArgumentTypeError(f"\"{text}\": there is no folder \"{folder}\"")
+    return text
+
+
+def two_angles(text):
+    try:
+        azimuth, elevation = (float(angle) for angle in text.split(","))
+    except ValueError:
+        raise argparse.ArgumentTypeError(f"\"{text}\": expected two angles, for example -55,28")
+    return azimuth, elevation
+
+
+def picture_size(text):
+    words = text.split(",")
+    if len(words) != 2 or not all(word.isdigit() and 200 <= int(word) <= 10000 for word in words):
+        raise argparse.ArgumentTypeError(f"\"{text}\": expected two lengths from 200 to 10000, for example 1400,900")
+    return [int(word) for word in words]
+
+
+def positive(text):
+    try:
+        number = float(text)
+    except ValueError:
+        number = 0.0
+    if not 0 < number < math.inf:
+        raise argparse.ArgumentTypeError(f"\"{text}\": expected a number above 0")
+    return number
 
 
 def parse_arguments():
     parser = argparse.ArgumentParser(description="Draws a PNG of a solved model from its contour file.")
     parser.add_argument("file", help="Tarn+Vexo_AverageStrs.txt of a run")
-    parser.add_argument("--out", default="results.png", help="picture to write")
+    parser.add_argument("--out", default="results.png", type=picture_name, help="PNG to write (results.png)")
     parser.add_argument("--field", default="SE", choices=FIELDS, help="stress component; SE is the equivalent stress")
     parser.add_argument("--faces", default="max", choices=["max", "positive", "negative"],
                         help="face of larger magnitude, or one face of every wall")
-    parser.add_argument("--view", default="-55,28", help="azimuth,elevation of the viewer in degrees")
+    parser.add_argument("--view", default="-55,28", type=two_angles, help="azimuth,elevation of the viewer in degrees")
     parser.add_argument("--scale", type=float, default=0.05,
                         help="largest translation as a share of the largest extent; 0 draws the undeformed shape")
-    parser.add_argument("--size", default="1400,900", help="width,height in pixels")
-    parser.add_argument("--unit", type=float, default=1.0, help="stresses are divided by this before they are drawn")
+    parser.add_argument("--size", default="1400,900", type=picture_size, help="width,height in pixels")
+    parser.add_argument("--unit", type=positive, default=1.0, help="stresses are divided by this before they are drawn")
     parser.add_argument("--label", default="", help="name of that unit for the legend")
-    parser.add_argument("--limit", type=float, help="largest number of the legend; default: what few corners exceed")
-    parser.add_argument("--bands", type=int, default=10, help="about this many colours")
-    parser.add_argument("--colours", default="viridis", help="matplotlib colour map")
+    parser.add_argument("--limit", type=positive, help="largest number of the legend; default: what few corners exceed")
+    parser.add_argument("--bands", type=int, default=10, choices=range(2, 51), metavar="2..50", help="about this many colours")
+    parser.add_argument("--colours", default="viridis", choices=plt.colormaps(), metavar="NAME",
+                        help="matplotlib colour map")
     # "--view -55,28": a value that begins with a minus sign is no option.
     words = sys.argv[1:]
     for i in range(len(words) - 1):
@@ -263,16 +346,14 @@ def parse_arguments():
 def main():
     arguments = parse_arguments()
     walls, extent, translation = read_walls(arguments.file, FIELDS.index(arguments.field))
-    if not walls.positions:
-        sys.exit(f"{arguments.file}: error: the file has no shells and no beams to draw")
     magnification = arguments.scale * extent / translation if translation > 0 else 0.0
     polygons = [p + magnification * d for p, d in zip(walls.positions, walls.translations)]
     values = [corner_values(v, arguments.faces) / arguments.unit for v in walls.values]
-    size = [int(length) for length in arguments.size.split(",")]
-    azimuth, elevation = (float(angle) for angle in arguments.view.split(","))
 
-    canvas = draw_walls(polygons, values, walls.of_beams, view_axes(azimuth, elevation), size, margin=(20, LEGEND_WIDTH + 30, 20, 20))
-    write_picture(canvas, legend_levels(np.concatenate(values), arguments.limit, arguments.bands), arguments)
+    levels = legend_levels(np.concatenate(values), arguments.limit, arguments.bands)
+    canvas = draw_walls(polygons, values, walls.of_beams, view_axes(*arguments.view), arguments.size,
+                        margin=(20, LEGEND_WIDTH + 30, 20, 20))
+    write_picture(canvas, levels, magnification, arguments)
     largest = max(float(v.max()) for v in values)
     print(f"{arguments.out}: {len(polygons)} walls, displacements x {magnification:g}, "
           f"largest {arguments.field} {largest:g} {arguments.label}".rstrip())

@@ -71,7 +71,9 @@ struct BeamDistributedLoad {
 };
 
 struct ModelStore {
-    // Filled by input/ModelFileReader; each count is the size of the table beside it.
+    // Filled by input/ModelFileReader; each count is the size of the table beside it. Materials and thicknesses are
+    // read by the reader alone (every element keeps its own), sections by it and by output/BeamSectionStress, nodes and
+    // elements by all stages, restraints and loads by the assembly driver.
     int NMT = 0;
     std::vector<Material> Materials;
     int NTK = 0;
@@ -106,11 +108,11 @@ struct ModelStore {
     std::vector<BeamDistributedLoad> BeamDistributedLoads;
     long long UnmatchedScans = 0; // places where the text was not what the format says; read by the run driver
 
-    // Filled by the assembly driver (app/AssemblyDriver) from inertia/StructureCentroid.
+    // Filled by the assembly driver (app/AssemblyDriver) from inertia/StructureCentroid; read by both drivers.
     Vector3 StructureCentroid = {};
 
     // Skyline system, laid out by solver/SkylineProfile, filled by the assembly driver and inertia/InertiaRelief,
-    // solved in place by solver/SkylineSolver.
+    // solved in place by solver/SkylineSolver; the solution is read by output/.
     int EquationCount = 0;            // DofsPerNode * NPOIN: supports remove no equation
     int SkylineSize = 0;              // entries of GlobalStiffness
     std::vector<int> ColumnHeight;    // entries of column j, its diagonal included
@@ -119,7 +121,7 @@ struct ModelStore {
     std::vector<double> GLOAD;              // load vector; reduced in place by the solver
     std::vector<double> GlobalDisplacement; // solution
 
-    // Filled by output/BeamSectionStress, one per beam.
+    // Filled by output/BeamSectionStress, one per beam; read by output/ContourFile.
     std::vector<BeamSectionModel> BeamStressRecords;
 };
 
