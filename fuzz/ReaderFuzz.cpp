@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     ModelStore model;
     const ModelReading reading = ReadModelText(model, {reinterpret_cast<const char*>(data), size}, "fem_solving.txt");
-    Require((reading.end == ModelReading::End::Fault) == !reading.fault.empty());
+    Require(reading.end != ModelReading::End::Fault || !reading.fault.empty());
+    Require(reading.end != ModelReading::End::Complete || reading.fault.empty());
     Require(reading.warnings.empty() || reading.warnings.back() == '\n');
     if (reading.end != ModelReading::End::Complete) {
         return 0;

@@ -196,20 +196,6 @@ void RecoverPatchStresses(const BeamElement& beam, BeamSectionModel& section)
     }
 }
 
-SectionOutline OutlineOfBeam(const ModelStore& model, const BeamSectionRef& ref)
-{
-    switch (ref.BeamSecType) {
-    case TSection:
-        return TOutline(model.TBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
-    case LSection:
-        return LOutline(model.LBeamSections[ref.BeamSecIndex], ref.BeamSecOz, ref.BeamSecMirrored);
-    case CSection:
-        return TubeOutline(model.CBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
-    default:
-        FailWithPause(messages::BeamSectionTypeError);
-    }
-}
-
 // Memory of a beam's section mesh as it is kept, and the entries of its skyline, as upper bounds.
 struct SectionSize {
     double bytes;
@@ -240,7 +226,7 @@ void CheckSectionSizes(const ModelStore& model)
         if (ref.BeamSecType < TSection || ref.BeamSecType > CSection) {
             return;
         }
-        const SectionOutline outline = OutlineOfBeam(model, ref);
+        const SectionOutline outline = OutlineOfBeam(model, b);
         const double slices = SliceCount(BeamLength(model.BeamElements[b]), outline);
         const SectionSize size = SizeOfSection(outline, slices);
         bytes += size.bytes;
@@ -264,6 +250,21 @@ void CheckSectionSizes(const ModelStore& model)
 }
 
 } // namespace
+
+SectionOutline OutlineOfBeam(const ModelStore& model, int b)
+{
+    const BeamSectionRef& ref = model.BeamSectionRefs[b];
+    switch (ref.BeamSecType) {
+    case TSection:
+        return TOutline(model.TBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
+    case LSection:
+        return LOutline(model.LBeamSections[ref.BeamSecIndex], ref.BeamSecOz, ref.BeamSecMirrored);
+    case CSection:
+        return TubeOutline(model.CBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
+    default:
+        FailWithPause(messages::BeamSectionTypeError);
+    }
+}
 
 double SliceCount(double length, const SectionOutline& outline)
 {
@@ -306,7 +307,7 @@ void RecoverBeamSectionStresses(ModelStore& model)
     model.BeamStressRecords.clear();
     model.BeamStressRecords.reserve(model.NELEM_B);
     for (int b = 0; b < model.NELEM_B; ++b) {
-        const SectionOutline outline = OutlineOfBeam(model, model.BeamSectionRefs[b]);
+        const SectionOutline outline = OutlineOfBeam(model, b);
         double d[BeamDofCount];
         GatherDisplacements<BeamNodeCount>(model.BeamConnectivity[b].data(), model.GlobalDisplacement, d);
         model.BeamStressRecords.push_back(SolveBeamSection(model.BeamElements[b], outline, d));

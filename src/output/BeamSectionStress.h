@@ -13,6 +13,9 @@ namespace tarnvexo {
 
 void RecoverBeamSectionStresses(ModelStore& model);
 
+// Outline of the section of beam b. A section type other than T, L, C ends the run.
+SectionOutline OutlineOfBeam(const ModelStore& model, int b);
+
 // Slices along the beam: its length in longest wall segments, rounded down, at least one; one also where the quotient
 // is not finite (a section without size, a length that is not a number). May exceed what an int holds.
 double SliceCount(double length, const SectionOutline& outline);

@@ -45,9 +45,9 @@ void CopyColumns(const SkylineView& matrix, int end, LaneGroup& group)
     for (int lane = 0; lane < group.laneCount; ++lane) {
         const int column = group.column[lane];
         const int firstRow = FirstRow(matrix, column);
-        const double* from = matrix.values + matrix.diagonalAddress[column] + 1; // upwards, as the storage runs
-        double* to = group.rows + static_cast<std::size_t>(column - 1 - group.topRow) * LaneCount + lane;
-        for (int row = column - 1; row >= firstRow; --row, to -= LaneCount) { *to = *from++; }
+        const double* diagonal = matrix.values + matrix.diagonalAddress[column];
+        double* to = group.rows + static_cast<std::size_t>(firstRow - group.topRow) * LaneCount + lane;
+        for (int row = firstRow; row < column; ++row, to += LaneCount) { *to = diagonal[column - row]; }
     }
 }
 

@@ -23,6 +23,7 @@ using test::ChildOutput;
 using test::ChildResult;
 using test::RunInChild;
 using test::TemporaryDirectory;
+using test::TerminalsAreAvailable;
 
 // Shows what of standard input is still there.
 void EchoRestOfInput()
@@ -164,6 +165,9 @@ TEST(StandardOutput, ReplacesWhatGbkLacksByAQuestionMark)
 
 TEST(StandardOutput, IsUtf8OnATerminalWhoseCharacterSetIsUtf8)
 {
+    if (!TerminalsAreAvailable()) {
+        GTEST_SKIP() << "this system has no pseudo-terminals (/dev/pts is not there)";
+    }
     const ChildResult run = RunInChild(
         [] {
             setenv("LC_ALL", "C.UTF-8", 1);
@@ -175,6 +179,9 @@ TEST(StandardOutput, IsUtf8OnATerminalWhoseCharacterSetIsUtf8)
 
 TEST(StandardOutput, IsGbkOnATerminalOfAnotherCharacterSet)
 {
+    if (!TerminalsAreAvailable()) {
+        GTEST_SKIP() << "this system has no pseudo-terminals (/dev/pts is not there)";
+    }
     const ChildResult run = RunInChild(
         [] {
             setenv("LC_ALL", "C", 1);

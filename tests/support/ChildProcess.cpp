@@ -93,4 +93,15 @@ ChildResult RunInChild(const std::function<void()>& action, const std::string& i
     return result;
 }
 
+bool TerminalsAreAvailable()
+{
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    if (terminal < 0) {
+        return false;
+    }
+    const bool usable = grantpt(terminal) == 0 && unlockpt(terminal) == 0 && access(ptsname(terminal), R_OK) == 0;
+    close(terminal);
+    return usable;
+}
+
 } // namespace tarnvexo::test

@@ -21,4 +21,7 @@ enum class ChildOutput { Pipe, Terminal };
 ChildResult RunInChild(const std::function<void()>& action, const std::string& input = {},
                        ChildOutput output = ChildOutput::Pipe);
 
+// False where the system has no pseudo-terminals (some containers): tests of ChildOutput::Terminal are skipped there.
+bool TerminalsAreAvailable();
+
 } // namespace tarnvexo::test
