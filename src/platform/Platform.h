@@ -3,6 +3,7 @@
 // PlatformPosix.cpp, PlatformWindows.cpp. All text is UTF-8 on this side of the border.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -36,5 +37,9 @@ void WriteStandardOutput(std::string_view text);
 
 // Memory that can still be had without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
+
+// Asks for large pages behind an array of `bytes` that has been allocated but not yet written: gigabytes are then ready
+// in a fraction of the time and need fewer address translations. A hint; systems that do not know it ignore it.
+void PreferLargePages(void* array, std::size_t bytes);
 
 } // namespace tarnvexo::platform

@@ -12,6 +12,7 @@
 #include <poll.h>
 #include <ratio>
 #include <string>
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace tarnvexo::platform {
@@ -226,6 +227,21 @@ std::uint64_t AvailableMemory()
         available = std::min(available, limit > used ? limit - used : 1);
     }
     return available;
+}
+
+void PreferLargePages(void* array, std::size_t bytes)
+{
+#ifdef MADV_HUGEPAGE
+    // The call wants whole pages; the first and last partial ones stay small.
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto begin = (reinterpret_cast<std::uintptr_t>(array) + page - 1) / page * page;
+    const auto end = (reinterpret_cast<std::uintptr_t>(array) + bytes) / page * page;
+    if (begin < end) {
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+    }
+#else
+    (void)array, (void)bytes;
+#endif
 }
 
 } // namespace tarnvexo::platform

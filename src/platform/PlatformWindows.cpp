@@ -102,4 +102,7 @@ std::uint64_t AvailableMemory()
     return GlobalMemoryStatusEx(&status) ? status.ullAvailPhys : 0;
 }
 
+// Large pages need a privilege that users do not have.
+void PreferLargePages(void*, std::size_t) {}
+
 } // namespace tarnvexo::platform

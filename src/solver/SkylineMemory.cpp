@@ -38,7 +38,10 @@ void AllocateSkyline(ModelStore& model, std::int64_t entries, const char* modelN
         Refuse(entries, limit, modelName);
     }
     try {
-        model.GlobalStiffness.assign(static_cast<std::size_t>(entries), 0.0);
+        const auto size = static_cast<std::size_t>(entries);
+        model.GlobalStiffness.reserve(size);
+        platform::PreferLargePages(model.GlobalStiffness.data(), size * sizeof(double));
+        model.GlobalStiffness.assign(size, 0.0);
     } catch (const std::bad_alloc&) {
         Refuse(entries, "what the system gives this program", modelName);
     }

@@ -3,7 +3,9 @@
 #include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -15,6 +17,7 @@
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace tarnvexo::platform {
 namespace {
@@ -249,6 +252,18 @@ TEST(AvailableMemory, IsPositiveAndNotMoreThanTheMachineHas)
     const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGE_SIZE));
     EXPECT_GT(AvailableMemory(), 0u);
     EXPECT_LE(AvailableMemory(), pages * pageSize);
+}
+
+// Any address and size will do: the hint concerns whole pages inside the array only.
+TEST(PreferLargePages, LeavesArraysOfAnySizeUsable)
+{
+    for (const std::size_t size : {std::size_t(0), std::size_t(7), std::size_t(5000), std::size_t(3) << 20}) {
+        std::vector<double> array;
+        array.reserve(size);
+        PreferLargePages(array.data(), size * sizeof(double));
+        array.assign(size, 1.5);
+        EXPECT_EQ(std::count(array.begin(), array.end(), 1.5), std::ptrdiff_t(size));
+    }
 }
 
 } // namespace
