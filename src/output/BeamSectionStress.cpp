@@ -18,6 +18,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <string>
 #include <utility>
 
 namespace tarnvexo {
@@ -262,6 +263,10 @@ SectionOutline OutlineOfBeam(const ModelStore& model, int b)
     case CSection:
         return TubeOutline(model.CBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
     default:
+        Warn("beam " + std::to_string(b) + ": error: section type " + std::to_string(ref.BeamSecType) +
+             "\n"
+             "  expected: BeamSecType=0 (T), 1 (L) or 2 (tube)\n"
+             "  to do:    correct the record of this beam in the model file, then run again");
         FailWithPause(messages::BeamSectionTypeError);
     }
 }

@@ -519,7 +519,10 @@ TEST(BeamSectionStress, OfASectionTypeOtherThanTLCEndsTheRunAfterAPause)
             "k");
         EXPECT_EQ(run.output, "\xC1\xBA\xBD\xD8\xC3\xE6\xC0\xE0\xD0\xCD\xCA\xFD\xD7\xD6\xB4\xED\xCE\xF3!\n"
                               "Press any key to continue . . . ");
-        EXPECT_EQ(run.error, "");
+        EXPECT_EQ(run.error, "beam 3: error: section type " + std::to_string(type) +
+                                 "\n"
+                                 "  expected: BeamSecType=0 (T), 1 (L) or 2 (tube)\n"
+                                 "  to do:    correct the record of this beam in the model file, then run again\n");
         EXPECT_EQ(run.exitCode, 1) << "type " << type;
     }
 }
