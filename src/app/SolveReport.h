@@ -1,0 +1,126 @@
+// app/SolveReport.h
+// What `tarnvexo solve` and `tarnvexo info` know at their end, as plain data: the command line prints it as text and as
+// JSON. Units are those of the model file unless a name says otherwise; nodes and elements by their numbers there.
+#pragma once
+
+#include "core/Dofs.h"
+#include "core/Vector3.h"
+#include "inertia/BalanceSheet.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarnvexo {
+
+struct ModelCounts {
+    int nodes = 0;
+    int quads = 0;
+    int tris = 0;
+    int beams = 0;
+    int materials = 0;
+    int thicknesses = 0;
+    int beamSections = 0;
+    int restrainedDofs = 0;
+    int nodalForces = 0;
+    int distributedLoads = 0;
+    std::int64_t equations = 0;
+    Vector3 boxMin = {}, boxMax = {}; // bounding box of the nodes
+};
+
+struct NodeDof {
+    int node = 0;
+    Dof dof = DX;
+};
+
+// One connected part of the structure.
+struct PartReport {
+    int nodes = 0;
+    int elements = 0;
+    int firstNode = 0;
+    int restrainedDofs = 0;
+    int freeMotions = 0;         // rigid motions that the supports leave, 0 ... 6
+    std::vector<NodeDof> holds;  // held while solving, one per free motion
+    bool massOrthogonal = false; // the displacement given is orthogonal to the free motions
+};
+
+// How the equations were or would be solved.
+struct SolverReport {
+    std::string engine;   // "CHOLMOD 5.1 (supernodal LLᵀ)", "skyline LDLᵀ"
+    std::string ordering; // "METIS on nodes", "AMD on nodes", "natural"
+    std::string kernels;  // "OpenBLAS 0.3.21 SkylakeX", "Highway AVX3"
+    int threads = 1;
+    std::int64_t factorEntries = 0;
+    double factorGigabytes = 0.0;
+    double factorOperations = 0.0;   // additions and multiplications
+    double smallestPivotRatio = 0.0; // smallest pivot against the diagonal of the stiffness at the same place
+    NodeDof smallestPivot;
+    double conditionEstimate = 0.0; // 1-norm
+    double relativeResidual = 0.0;  // |f − K·u| / (|K|·|u| + |f|), infinity norm
+};
+
+struct SupportReaction {
+    NodeDof at;
+    double value = 0.0;
+    bool hold = false; // an additional hold, not a support of the model file
+};
+
+struct ExtremeValue {
+    double value = 0.0;
+    int node = -1;
+    int element = -1; // with kind "quad", "tri", "beam" where an element is meant
+    std::string kind;
+    Vector3 place = {};
+};
+
+struct StageTime {
+    std::string name; // "read", "order", "assemble", ...
+    double seconds = 0.0;
+    double memoryGigabytes = 0.0; // resident at its end
+};
+
+struct ResultFile {
+    std::string path;
+    std::uint64_t bytes = 0;
+};
+
+struct SolveReport {
+    std::string modelFile;
+    ModelCounts counts;
+    std::vector<PartReport> parts;
+    BalanceSheet balance;
+    SolverReport solver;
+    std::vector<SupportReaction> reactions; // of restrained and held directions
+    double largestReaction = 0.0;           // forces only; against balance.forceSize it must vanish
+    double strainEnergy = 0.0;
+    double externalWork = 0.0;
+    ExtremeValue largestDisplacement;
+    ExtremeValue largestRotation;
+    ExtremeValue largestShellStress; // equivalent, raw corner value
+    ExtremeValue largestBeamStress;  // equivalent, on the section walls
+    std::vector<ResultFile> files;
+    std::vector<StageTime> stages;
+    double seconds = 0.0; // whole run
+    double peakMemoryGigabytes = 0.0;
+    std::vector<std::string> warnings; // each a text of one or several lines, without a line end behind it
+};
+
+// What `tarnvexo info` tells without solving.
+struct InfoReport {
+    std::string modelFile;
+    ModelCounts counts;
+    std::vector<PartReport> parts;
+    BalanceSheet balance;
+    SolverReport solver;             // factor size and operations of the sparse engine
+    std::int64_t skylineEntries = 0; // of the console run's matrix, in the file's numbering
+    double skylineGigabytes = 0.0;
+    double skylineOperations = 0.0;
+    double expectedSeconds = 0.0;         // of `tarnvexo solve` on this machine
+    double expectedSkylineSeconds = 0.0;  // of the console run
+    double expectedMemoryGigabytes = 0.0; // of `tarnvexo solve`
+    double availableMemoryGigabytes = 0.0;
+    std::vector<std::string> warnings;
+};
+
+} // namespace tarnvexo
