@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace tarnvexo::platform {
@@ -41,5 +42,14 @@ std::uint64_t AvailableMemory();
 // Asks for large pages behind an array of `bytes` that has been allocated but not yet written: gigabytes are then ready
 // in a fraction of the time and need fewer address translations. A hint; systems that do not know it ignore it.
 void PreferLargePages(void* array, std::size_t bytes);
+
+// Sets a variable of the process's environment unless it is set already.
+void SetEnvironmentDefault(const char* name, const char* value);
+
+// Loads a library of the program's own, found beside it or where it was installed; nullptr, and the system's reason,
+// when that fails. It stays loaded. PluginSymbol: address of one of its functions, nullptr when it has none of that
+// name.
+void* LoadPlugin(const char* fileName, std::string& reason);
+void* PluginSymbol(void* library, const char* name);
 
 } // namespace tarnvexo::platform

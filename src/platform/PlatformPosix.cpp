@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
 #include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
@@ -242,6 +243,25 @@ void PreferLargePages(void* array, std::size_t bytes)
 #else
     (void)array, (void)bytes;
 #endif
+}
+
+void SetEnvironmentDefault(const char* name, const char* value)
+{
+    setenv(name, value, 0);
+}
+
+void* LoadPlugin(const char* fileName, std::string& reason)
+{
+    void* const library = dlopen(fileName, RTLD_NOW | RTLD_LOCAL); // searched for along the program's own run path
+    if (library == nullptr) {
+        reason = dlerror();
+    }
+    return library;
+}
+
+void* PluginSymbol(void* library, const char* name)
+{
+    return dlsym(library, name);
 }
 
 } // namespace tarnvexo::platform

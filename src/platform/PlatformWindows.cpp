@@ -105,4 +105,25 @@ std::uint64_t AvailableMemory()
 // Large pages need a privilege that users do not have.
 void PreferLargePages(void*, std::size_t) {}
 
+void SetEnvironmentDefault(const char* name, const char* value)
+{
+    if (std::getenv(name) == nullptr) {
+        _putenv_s(name, value);
+    }
+}
+
+void* LoadPlugin(const char* fileName, std::string& reason)
+{
+    const HMODULE library = LoadLibraryA(fileName);
+    if (library == nullptr) {
+        reason = std::string(fileName) + ": system error " + std::to_string(GetLastError());
+    }
+    return reinterpret_cast<void*>(library);
+}
+
+void* PluginSymbol(void* library, const char* name)
+{
+    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
+}
+
 } // namespace tarnvexo::platform

@@ -216,6 +216,11 @@ void FactorisePanel(const SkylineView& matrix, SkylinePanel& panel)
     }
 }
 
+const char* VectorUnit()
+{
+    return hwy::TargetName(HWY_TARGET);
+}
+
 } // namespace HWY_NAMESPACE
 } // namespace tarnvexo
 HWY_AFTER_NAMESPACE();
@@ -229,6 +234,12 @@ HWY_AFTER_NAMESPACE();
 namespace tarnvexo {
 
 HWY_EXPORT(FactorisePanel);
+HWY_EXPORT(VectorUnit);
+
+std::string SkylineVectorUnit()
+{
+    return HWY_DYNAMIC_DISPATCH(VectorUnit)();
+}
 
 void FactoriseSkyline(const SkylineView& matrix, const ColumnDone& columnDone)
 {

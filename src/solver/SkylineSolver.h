@@ -28,6 +28,9 @@ using ColumnDone = std::function<void(int column)>;
 // In place. Pivots are not tested: a zero pivot gives non-finite numbers. Cost: Σ h²/2 multiply-subtracts.
 void FactoriseSkyline(const SkylineView& matrix, const ColumnDone& columnDone = {});
 
+// Name of the vector unit that the factorisation uses on this processor, "AVX3" for example.
+std::string SkylineVectorUnit();
+
 // R [n] becomes the reduced load, u [n] the solution; the matrix must be factorised.
 void ForwardReduce(const SkylineView& factor, double* R);
 void BackSubstitute(const SkylineView& factor, const double* R, double* u);

@@ -1,0 +1,65 @@
+#include "solver/NodeOrdering.h"
+
+#include "core/Parallel.h"
+
+#include <amd.h>
+#include <metis.h>
+#include <new>
+#include <numeric>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+namespace tarnvexo {
+
+static_assert(std::is_same_v<idx_t, int>, "METIS is expected with 32-bit indices");
+
+EliminationOrder OrderByMetis(const NodeGraph& graph)
+{
+    idx_t size = graph.Size();
+    EliminationOrder order;
+    order.nodeAt.resize(graph.first.size() - 1);
+    order.positionOf.resize(graph.first.size() - 1);
+    if (graph.neighbours.empty()) { // METIS wants at least one edge
+        std::iota(order.nodeAt.begin(), order.nodeAt.end(), 0);
+        return OrderFromSequence(std::move(order.nodeAt));
+    }
+    std::vector<int> first = graph.first, neighbours = graph.neighbours; // METIS renumbers them while it works
+    const int status = METIS_NodeND(&size, first.data(), neighbours.data(), nullptr, nullptr, order.nodeAt.data(),
+                                    order.positionOf.data());
+    if (status == METIS_ERROR_MEMORY) {
+        throw std::bad_alloc();
+    }
+    if (status != METIS_OK) {
+        throw std::runtime_error("METIS_NodeND returned " + std::to_string(status));
+    }
+    return order;
+}
+
+EliminationOrder OrderByAmd(const NodeGraph& graph)
+{
+    std::vector<int> nodeAt(graph.first.size() - 1);
+    const int status =
+        amd_order(graph.Size(), graph.first.data(), graph.neighbours.data(), nodeAt.data(), nullptr, nullptr);
+    if (status == AMD_OUT_OF_MEMORY) {
+        throw std::bad_alloc();
+    }
+    if (status != AMD_OK) {
+        throw std::runtime_error("amd_order returned " + std::to_string(status));
+    }
+    return OrderFromSequence(std::move(nodeAt));
+}
+
+ChosenOrder OrderNodes(const NodeGraph& graph)
+{
+    constexpr int methods = 2;
+    ChosenOrder tried[methods];
+    ParallelFor(methods, 1, [&](std::size_t method, std::size_t) {
+        PostorderedTree found = BuildEliminationTree(graph, method == 0 ? OrderByMetis(graph) : OrderByAmd(graph));
+        const FactorCost cost = CostOfFactor(found.tree);
+        tried[method] = {method == 0 ? "METIS" : "AMD", std::move(found.order), std::move(found.tree), cost};
+    });
+    return std::move(tried[tried[1].cost.operations < tried[0].cost.operations ? 1 : 0]);
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,65 @@
+#include "solver/SparseEngine.h"
+
+#include "platform/Platform.h"
+#include "solver/SkylineEngine.h"
+
+namespace tarnvexo {
+
+namespace {
+
+using MakeEngine = SparseEngine* (*)(int threads);
+
+// OpenBLAS's name for the kernels that suit this processor; empty where its own choice is as good.
+const char* BlasCoreName()
+{
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
+        __builtin_cpu_supports("avx512bw")) {
+        return "SkylakeX";
+    }
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) {
+        return "Haswell";
+    }
+#endif
+    return "";
+}
+
+// CHOLMOD stands in a library of its own that is loaded when it is first wanted: a run that does without starts in a
+// millisecond, and the libraries behind it read their settings from the environment only while they are loaded.
+MakeEngine LoadCholmod()
+{
+    // OpenBLAS takes the oldest kernels for processors it does not know by name; they reach a fifth of the speed. So it
+    // is told by what the processor can do. A name that the user has set is kept.
+    if (*BlasCoreName() != '\0') {
+        platform::SetEnvironmentDefault("OPENBLAS_CORETYPE", BlasCoreName());
+    }
+    // CHOLMOD starts four OpenMP threads in its own small loops whatever is set; beside the threads of OpenBLAS they
+    // only get into the way.
+    platform::SetEnvironmentDefault("OMP_THREAD_LIMIT", "1");
+
+    std::string reason;
+    void* const library = platform::LoadPlugin("libtarnvexo_cholmod.so", reason);
+    void* const symbol = library == nullptr ? nullptr : platform::PluginSymbol(library, "MakeCholmodEngine");
+    if (symbol == nullptr) {
+        throw EngineMissing(
+            "the sparse solver cannot be loaded: " + reason +
+            "\n"
+            "  expected: libtarnvexo_cholmod.so beside the program or in ../lib/tarnvexo, with libcholmod and\n"
+            "            libopenblas on the system\n"
+            "  to do:    install the packages libcholmod3 and libopenblas0-pthread, or use --solver skyline");
+    }
+    return reinterpret_cast<MakeEngine>(symbol);
+}
+
+} // namespace
+
+std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads)
+{
+    if (kind == EngineKind::Skyline) {
+        return std::make_unique<SkylineEngine>();
+    }
+    static const MakeEngine makeCholmodEngine = LoadCholmod();
+    return std::unique_ptr<SparseEngine>(makeCholmodEngine(threads));
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,58 @@
+// solver/SparseEngine.h
+// The one interface to what factorises and solves K·u = f for a matrix of node blocks:
+//
+//     std::unique_ptr<SparseEngine> engine = MakeSparseEngine(EngineKind::Cholmod, threads);
+//     FactorSize size = engine->Analyse(pattern);      // memory needed, before any number is computed
+//     engine->Factorise(matrix);                       // the pattern that was analysed
+//     engine->Solve(u, count);                         // right-hand sides become solutions
+//
+// Vectors are in elimination order, [6·columns] each, one right-hand side behind the other.
+#pragma once
+
+#include "solver/BlockMatrix.h"
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace tarnvexo {
+
+struct FactorSize {
+    std::int64_t entries = 0; // as stored, zeros for wider kernels included
+    double operations = 0.0;  // additions and multiplications
+    double bytes = 0.0;       // factor and workspace while factorising, without the matrix itself
+};
+
+// What the factorisation met. pivots [6·columns]: the diagonal of D in K = L·D·Lᵀ with unit L (squares of L's diagonal
+// for K = L·Lᵀ). Where a factorisation stops at a pivot that is not positive, failedAt is its equation and the pivots
+// from there on are zero.
+struct PivotReport {
+    std::vector<double> pivots;
+    std::int64_t failedAt = -1;
+
+    bool Complete() const { return failedAt < 0; }
+};
+
+class SparseEngine {
+public:
+    virtual ~SparseEngine() = default;
+
+    virtual std::string Name() const = 0;    // of the engine, with its version
+    virtual std::string Kernels() const = 0; // of the dense kernels in use
+
+    virtual FactorSize Analyse(const BlockPattern& pattern) = 0;
+    virtual PivotReport Factorise(const BlockMatrix& matrix) = 0;
+    virtual void Solve(double* vectors, int count) = 0;
+};
+
+enum class EngineKind { Cholmod, Skyline };
+
+// Errors: throws EngineMissing when the engine cannot be loaded; the text says which library and what to do.
+struct EngineMissing : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads);
+
+} // namespace tarnvexo
