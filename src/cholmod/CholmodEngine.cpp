@@ -4,6 +4,7 @@
 // The matrix comes in elimination order and is taken as it is. The symbolic analysis runs on the graph of node blocks
 // and is then spread to equations: six times smaller, seven times as fast, and every supernode is a multiple of six
 // columns wide.
+#include "core/Parallel.h"
 #include "solver/SparseEngine.h"
 
 #include <cassert>
@@ -57,7 +58,8 @@ private:
 
 CholmodEngine::CholmodEngine(int threads)
 {
-    openblas_set_num_threads(threads);
+    SetThreadCount(threads); // of this library's copy of core/Parallel
+    openblas_set_num_threads(1);
     SuiteSparse_config.malloc_func = AllocateLarge;
     cholmod_l_start(&common);
     common.print = 0;
