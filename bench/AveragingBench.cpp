@@ -123,8 +123,8 @@ void ShellAveraging(benchmark::State& state)
     CompareStages(
         state, model.NELEM_S_4ND, [&] { AverageShellStresses(model); },
         [&] {
-            WriteAveragedShellStresses(model, directory.File("average.txt").c_str());
-            WriteContourFile(model, directory.File("contour.txt").c_str());
+            WriteAveragedShellStresses(model, directory.File("average.txt"));
+            WriteContourFile(model, directory.File("contour.txt"));
         });
 }
 BENCHMARK(ShellAveraging)
@@ -206,7 +206,7 @@ void BeamAveraging(benchmark::State& state)
     const ScratchDirectory directory;
     CompareStages(
         state, model.NELEM_B, [&] { AverageBeamJoints(model); },
-        [&] { WriteContourFile(model, directory.File("contour.txt").c_str()); });
+        [&] { WriteContourFile(model, directory.File("contour.txt")); });
     state.counters["patches"] = static_cast<double>(patches);
 }
 BENCHMARK(BeamAveraging)

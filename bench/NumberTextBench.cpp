@@ -113,7 +113,7 @@ void NumberText_FileTextFile(benchmark::State& state)
     const std::string name = ScratchFile();
     for (auto _ : state) {
         tarnvexo::TextFile out;
-        out.Open(name.c_str());
+        out.Open(name);
         WriteRows(out.Text());
     }
     std::filesystem::remove(name);

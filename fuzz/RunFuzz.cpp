@@ -66,14 +66,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     model.StructureCentroid = StructureCentroid(model);
     ShiftOrigin(model, -model.StructureCentroid);
     LayOutSkyline(model);
-    WriteStructureDrawing(model);
+    WriteStructureDrawing(model, StructureDrawingFileName);
     AssembleStiffness(model);
     AssembleLoads(model);
     ApplyRestraints(model);
     BalanceByInertiaRelief(model);
     SolveSkyline(model);
     ShiftOrigin(model, model.StructureCentroid);
-    WriteNodalDisplacements(model);
+    WriteNodalDisplacements(model, NodalDisplacementFileName);
     WriteDeformedDrawing(model, DeformationDrawingFileName);
     RecoverShellStresses(model);
     WriteShellStresses(model, ShellStressFileName);

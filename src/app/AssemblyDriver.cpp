@@ -124,7 +124,7 @@ void AssembleGlobalSystem(ModelStore& model)
     ShiftOrigin(model, -model.StructureCentroid);
 
     LayOutSkyline(model);
-    WriteStructureDrawing(model);
+    RequireCreated(WriteStructureDrawing(model, StructureDrawingFileName), messages::DxfFileError);
 
     PrintConsoleLine(messages::Assembling);
     AssembleStiffness(model);

@@ -60,6 +60,18 @@ void SolveTimed(ModelStore& model)
     Warn(PivotWarning(model, assembledDiagonal, ModelFileName));
 }
 
+// Every file behind the displacements needs a node.
+void RequireNodes(const ModelStore& model)
+{
+    if (model.NPOIN < 1) {
+        FailWithDiagnostic(
+            "deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
+            "  expected: NPOIN of 1 or more\n"
+            "  to do:    add the nodes to the model file; if they are there, mend the first place that the\n"
+            "            warnings above name");
+    }
+}
+
 void StartViewer()
 {
     if (platform::FileExists(ViewerFileName)) {
@@ -82,14 +94,15 @@ int RunConsole()
 
     // Results carry the model file's coordinates.
     ShiftOrigin(model, model.StructureCentroid);
-    WriteNodalDisplacements(model);
-    WriteDeformedDrawing(model, DeformationDrawingFileName);
+    RequireCreated(WriteNodalDisplacements(model, NodalDisplacementFileName), messages::DisplacementFileError);
+    RequireNodes(model);
+    RequireCreated(WriteDeformedDrawing(model, DeformationDrawingFileName), messages::DxfFileError);
     RecoverShellStresses(model);
-    WriteShellStresses(model, ShellStressFileName);
+    RequireCreated(WriteShellStresses(model, ShellStressFileName), messages::ShellStressFileError);
     AverageShellStresses(model);
-    WriteAveragedShellStresses(model, AveragedShellStressFileName);
+    RequireCreated(WriteAveragedShellStresses(model, AveragedShellStressFileName), messages::ShellStressFileError);
     RecoverBeamSectionStresses(model);
-    WriteContourFile(model, ContourFileName);
+    RequireCreated(WriteContourFile(model, ContourFileName), messages::ContourFileError);
     Warn(ResultWarning(model));
     Warn(ReadingReminder(model, ModelFileName)); // once more at the end, where it is seen
 

@@ -1,9 +1,6 @@
 #include "output/ContourFile.h"
 
-#include "core/Failure.h"
-#include "core/Messages.h"
 #include "elements/ShellNodeStress.h"
-#include "output/TextFile.h"
 
 #include <cstddef>
 
@@ -82,11 +79,11 @@ void WriteSectionModel(TextWriter& text, const BeamSectionModel& section)
 
 } // namespace
 
-void WriteContourFile(const ModelStore& model, const char* fileName)
+FileResult WriteContourFile(const ModelStore& model, const std::string& path)
 {
     TextFile file;
-    if (!file.Open(fileName)) {
-        FailWithKey(messages::ContourFileError);
+    if (!file.Open(path)) {
+        return file.Close();
     }
     TextWriter& text = file.Text();
     WriteNodes(text, model.NodeCoordinates, model.GlobalDisplacement);
@@ -99,7 +96,7 @@ void WriteContourFile(const ModelStore& model, const char* fileName)
         WriteBeamEnd(text, "END", model.NodeCoordinates[model.BeamConnectivity[b][1]]);
         WriteSectionModel(text, model.BeamStressRecords[b]);
     }
-    file.Close();
+    return file.Close();
 }
 
 } // namespace tarnvexo

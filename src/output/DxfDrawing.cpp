@@ -1,9 +1,5 @@
 #include "output/DxfDrawing.h"
 
-#include "core/Failure.h"
-#include "core/Messages.h"
-#include "output/TextFile.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -23,11 +19,11 @@ void WriteLine(TextWriter& text, const Vector3& from, const Vector3& to)
 }
 
 // Every edge of every shell; position(node) gives the point to draw.
-template <class Position> void WriteDrawing(const ModelStore& model, const char* fileName, Position position)
+template <class Position> FileResult WriteDrawing(const ModelStore& model, const std::string& path, Position position)
 {
     TextFile file;
-    if (!file.Open(fileName)) {
-        FailWithKey(messages::DxfFileError);
+    if (!file.Open(path)) {
+        return file.Close();
     }
     TextWriter& text = file.Text();
     const auto writeEdges = [&](const auto& nodes) {
@@ -39,7 +35,7 @@ template <class Position> void WriteDrawing(const ModelStore& model, const char*
     for (const auto& nodes : model.QuadConnectivity) { writeEdges(nodes); }
     for (const auto& nodes : model.TriConnectivity) { writeEdges(nodes); }
     text.Text("ENDSEC\n  0\nEOF\n");
-    file.Close();
+    return file.Close();
 }
 
 // Largest side of the box around all nodes.
@@ -72,22 +68,15 @@ double DeformationScale(const ModelStore& model)
     return LargestExtent(model) / largest * 0.05;
 }
 
-void WriteStructureDrawing(const ModelStore& model)
+FileResult WriteStructureDrawing(const ModelStore& model, const std::string& path)
 {
-    WriteDrawing(model, StructureDrawingFileName, [&](int node) { return model.NodeCoordinates[node]; });
+    return WriteDrawing(model, path, [&](int node) { return model.NodeCoordinates[node]; });
 }
 
-void WriteDeformedDrawing(const ModelStore& model, const char* fileName)
+FileResult WriteDeformedDrawing(const ModelStore& model, const std::string& path)
 {
-    if (model.NPOIN < 1) {
-        FailWithDiagnostic(
-            "deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
-            "  expected: NPOIN of 1 or more\n"
-            "  to do:    add the nodes to the model file; if they are there, mend the first place that the\n"
-            "            warnings above name");
-    }
-    const double scale = DeformationScale(model);
-    WriteDrawing(model, fileName, [&](int node) {
+    const double scale = model.NPOIN > 0 ? DeformationScale(model) : 0.0;
+    return WriteDrawing(model, path, [&](int node) {
         const double* d = Translation(model, node);
         return model.NodeCoordinates[node] + Vector3{scale * d[DX], scale * d[DY], scale * d[DZ]};
     });

@@ -1,9 +1,12 @@
 // output/DxfDrawing.h
 // Wire-frame drawings of the shell mesh: DXF text with one LINE per element edge on layer 0; beams are not drawn.
-// Errors: a file that cannot be opened ends the run with a message, after one key.
+// Errors: reported on standard error (output/TextFile.h) and told in the result.
 #pragma once
 
 #include "core/ModelStore.h"
+#include "output/TextFile.h"
+
+#include <string>
 
 namespace tarnvexo {
 
@@ -13,11 +16,11 @@ constexpr const char* DeformationDrawingFileName = "deformation.dxf";
 // The mesh where NodeCoordinates stand when this is called.
 // Deliberate: the run calls it while the origin is at the structure's centroid, so this drawing is offset from the
 // deformed one by the centroid.
-void WriteStructureDrawing(const ModelStore& model);
+FileResult WriteStructureDrawing(const ModelStore& model, const std::string& path);
 
 // The mesh displaced by the solution, magnified so that the largest translation is 5 % of the largest extent of the
-// nodes. Without any translation the scale, and so the drawing, is not finite.
-void WriteDeformedDrawing(const ModelStore& model, const char* fileName);
+// nodes. Without any translation the scale, and so the drawing, is not finite; without nodes it holds no line.
+FileResult WriteDeformedDrawing(const ModelStore& model, const std::string& path);
 
 // Factor of that magnification: extent / largest |dx|, |dy|, |dz| · 0.05. Needs at least one node.
 double DeformationScale(const ModelStore& model);

@@ -1,19 +1,15 @@
 #include "output/NodalDisplacementFile.h"
 
-#include "core/Failure.h"
-#include "core/Messages.h"
-#include "output/TextFile.h"
-
 #include <cstddef>
 
 namespace tarnvexo {
 
-void WriteNodalDisplacements(const ModelStore& model)
+FileResult WriteNodalDisplacements(const ModelStore& model, const std::string& path)
 {
     constexpr int width = 15;
     TextFile file;
-    if (!file.Open(NodalDisplacementFileName)) {
-        FailWithKey(messages::DisplacementFileError);
+    if (!file.Open(path)) {
+        return file.Close();
     }
     TextWriter& text = file.Text();
     for (const char* label : {"Node", "dx", "dy", "dz", "rx", "ry", "rz"}) { text.Text(label, width); }
@@ -25,7 +21,7 @@ void WriteNodalDisplacements(const ModelStore& model)
         }
         text.EndLine();
     }
-    file.Close();
+    return file.Close();
 }
 
 } // namespace tarnvexo

@@ -1,14 +1,17 @@
 // output/NodalDisplacementFile.h
 // Node_Dis.txt: one line per node, its number and six displacements, in columns 15 characters wide.
-// Errors: a file that cannot be opened ends the run with a message, after one key.
+// Errors: reported on standard error (output/TextFile.h) and told in the result.
 #pragma once
 
 #include "core/ModelStore.h"
+#include "output/TextFile.h"
+
+#include <string>
 
 namespace tarnvexo {
 
 constexpr const char* NodalDisplacementFileName = "Node_Dis.txt";
 
-void WriteNodalDisplacements(const ModelStore& model);
+FileResult WriteNodalDisplacements(const ModelStore& model, const std::string& path);
 
 } // namespace tarnvexo

@@ -1,9 +1,6 @@
 #include "output/ShellStressFiles.h"
 
-#include "core/Failure.h"
-#include "core/Messages.h"
 #include "elements/ShellNodeStress.h"
-#include "output/TextFile.h"
 
 #include <cstddef>
 
@@ -38,29 +35,29 @@ void WriteElements(TextWriter& text, const char* title, const Elements& elements
 }
 
 template <class Faces>
-void WriteStressFile(const ModelStore& model, const char* fileName, const char* quadTitle, const char* triTitle,
-                     Faces faces)
+FileResult WriteStressFile(const ModelStore& model, const std::string& path, const char* quadTitle,
+                           const char* triTitle, Faces faces)
 {
     TextFile file;
-    if (!file.Open(fileName)) {
-        FailWithKey(messages::ShellStressFileError);
+    if (!file.Open(path)) {
+        return file.Close();
     }
     WriteElements(file.Text(), quadTitle, model.QuadElements, model.QuadConnectivity, faces);
     WriteElements(file.Text(), triTitle, model.TriElements, model.TriConnectivity, faces);
-    file.Close();
+    return file.Close();
 }
 
 } // namespace
 
-void WriteShellStresses(const ModelStore& model, const char* fileName)
+FileResult WriteShellStresses(const ModelStore& model, const std::string& path)
 {
-    WriteStressFile(model, fileName, "Four-nodes shell element:", "Three-nodes shell element:",
-                    [](const auto& element) { return std::pair(element.positiveFace, element.negativeFace); });
+    return WriteStressFile(model, path, "Four-nodes shell element:", "Three-nodes shell element:",
+                           [](const auto& element) { return std::pair(element.positiveFace, element.negativeFace); });
 }
 
-void WriteAveragedShellStresses(const ModelStore& model, const char* fileName)
+FileResult WriteAveragedShellStresses(const ModelStore& model, const std::string& path)
 {
-    WriteStressFile(model, fileName, "Four-nodes element:", "Three-nodes element:", [](const auto& element) {
+    return WriteStressFile(model, path, "Four-nodes element:", "Three-nodes element:", [](const auto& element) {
         return std::pair(element.averagedPositiveFace, element.averagedNegativeFace);
     });
 }

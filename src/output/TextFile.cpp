@@ -1,9 +1,18 @@
 #include "output/TextFile.h"
 
+#include "core/Failure.h"
+
 #include <cerrno>
 #include <cstring>
 
 namespace tarnvexo {
+
+void RequireCreated(const FileResult& file, const char* message)
+{
+    if (file.outcome == FileOutcome::NotCreated) {
+        FailWithKey(message);
+    }
+}
 
 TextFile::TextFile() : writer([this](std::string_view text) { Write(text); }) {}
 
@@ -12,25 +21,26 @@ TextFile::~TextFile()
     Close();
 }
 
-bool TextFile::Open(const char* fileName)
+bool TextFile::Open(const std::string& path)
 {
     Close();
-    failed = false;
-    name = fileName;
-    file = std::fopen(fileName, "w");
+    result = {};
+    name = path;
+    file = std::fopen(path.c_str(), "w");
     if (file == nullptr) {
+        result.outcome = FileOutcome::NotCreated;
         std::fprintf(stderr,
                      "%s: error: the file cannot be created: %s\n"
                      "  expected: a directory that can be written, with no directory or protected file of this name\n"
                      "  to do:    make room for it, or copy the model to another directory, then run again\n",
-                     fileName, std::strerror(errno));
+                     name.c_str(), std::strerror(errno));
         return false;
     }
     std::setvbuf(file, nullptr, _IONBF, 0); // the writer's buffer is the only one
     return true;
 }
 
-bool TextFile::Close()
+FileResult TextFile::Close()
 {
     writer.Flush();
     if (file != nullptr) {
@@ -41,23 +51,25 @@ bool TextFile::Close()
             ReportFailure(errno);
         }
     }
-    return !failed;
+    return result;
 }
 
 void TextFile::Write(std::string_view text)
 {
-    if (file == nullptr || failed) {
+    if (file == nullptr || result.outcome != FileOutcome::Written) {
         return;
     }
-    if (std::fwrite(text.data(), 1, text.size(), file) != text.size()) {
+    const std::size_t taken = std::fwrite(text.data(), 1, text.size(), file);
+    result.bytes += taken;
+    if (taken != text.size()) {
         ReportFailure(errno);
     }
 }
 
 void TextFile::ReportFailure(int error)
 {
-    if (!failed) {
-        failed = true;
+    if (result.outcome == FileOutcome::Written) {
+        result.outcome = FileOutcome::Incomplete;
         std::fprintf(stderr,
                      "%s: error: the file could not be written to its end: %s\n"
                      "  expected: room for the whole file where it is written\n"

@@ -6,18 +6,34 @@
 //     file.Text().Integer(7).Text(":").EndLine();
 //     file.Close();
 //
-// Errors are reported on standard error with the file's name and the system's reason. Open also returns false, since
-// every file has its own console message for that. After a later failure (disk full, medium gone), reported once, the
-// run goes on: the other files may still be good.
+// Errors are reported on standard error with the file's name and the system's reason, once per file; nothing ends the
+// process. Every procedure that writes a result file hands its outcome on to the caller.
 #pragma once
 
 #include "core/TextWriter.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
 
 namespace tarnvexo {
+
+enum class FileOutcome {
+    Written,    // every byte has been taken by the system
+    NotCreated, // no file, or another one of this name that stays as it was
+    Incomplete  // a file that ends early: disk full, medium gone
+};
+
+// What became of a result file.
+struct FileResult {
+    FileOutcome outcome = FileOutcome::Written;
+    std::uint64_t bytes = 0; // taken by the system, a line end counted as one
+};
+
+// For the console run: a file that could not be created ends the run after `message` and one key. After an incomplete
+// one the run goes on, since the other files may still be good.
+void RequireCreated(const FileResult& file, const char* message);
 
 class TextFile {
 public:
@@ -28,13 +44,13 @@ public:
     TextFile& operator=(const TextFile&) = delete;
 
     // False when the file cannot be created; text written then goes nowhere.
-    bool Open(const char* name);
+    bool Open(const std::string& path);
 
     // The file's text. What is written before Open or after Close goes nowhere.
     TextWriter& Text() { return writer; }
 
-    // True when every byte since Open has been taken by the system.
-    bool Close();
+    // What became of the file that was opened last.
+    FileResult Close();
 
 private:
     void Write(std::string_view text);
@@ -42,7 +58,7 @@ private:
 
     std::string name;
     std::FILE* file = nullptr;
-    bool failed = false;
+    FileResult result;
     TextWriter writer;
 };
 

@@ -407,6 +407,19 @@ TEST(ConsoleRun, ReportsAFullDiskOnStandardErrorAndWritesTheOtherFiles)
     }
 }
 
+TEST(ConsoleRun, OfAModelWithoutNodesEndsWithADiagnosticBehindTheDisplacementFile)
+{
+    const ProgramRun run = RunProgram(Start(ModelText()));
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(EndsWith(
+        run.error, "deformation.dxf: error: the model has no nodes, so there is nothing to draw\n"
+                   "  expected: NPOIN of 1 or more\n"
+                   "  to do:    add the nodes to the model file; if they are there, mend the first place that the\n"
+                   "            warnings above name\n"))
+        << run.error;
+    EXPECT_EQ(WrittenResults(run), (std::vector<std::string>{"structure.dxf", "Node_Dis.txt"}));
+}
+
 TEST(ConsoleRun, OfAnUnknownSectionTypeEndsAfterAPauseWhenTheOtherFilesAreWritten)
 {
     ModelText model = test::OneOfEachKind();

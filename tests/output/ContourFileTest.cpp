@@ -124,14 +124,23 @@ TEST(ContourFile, NumbersItsBeamsFromZero)
     EXPECT_EQ(text.substr(text.size() - secondBeam.size()), secondBeam);
 }
 
-TEST(ContourFile, ThatCannotBeOpenedEndsTheRunAfterOneKey)
+TEST(ContourFile, TellsItsSize)
 {
     const TemporaryDirectory directory;
-    std::filesystem::create_directory(ContourFileName);
-    const ChildResult run = RunInChild([] { WriteContourFile(ModelStore(), ContourFileName); }, "k");
-    EXPECT_EQ(run.output, "\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n");
-    EXPECT_EQ(run.error.find("Tarn+Vexo_AverageStrs.txt: error: the file cannot be created: Is a directory\n"), 0u);
-    EXPECT_EQ(run.exitCode, 1);
+    const FileResult file = WriteContourFile(StressedModel(), "a.txt");
+    EXPECT_EQ(file.outcome, FileOutcome::Written);
+    EXPECT_EQ(file.bytes, std::filesystem::file_size("a.txt"));
+}
+
+TEST(ContourFile, ThatCannotBeCreatedIsReportedAndToldToTheCaller)
+{
+    const TemporaryDirectory directory;
+    std::filesystem::create_directory("a.txt");
+    const ChildResult run =
+        RunInChild([] { std::exit(static_cast<int>(WriteContourFile(ModelStore(), "a.txt").outcome)); });
+    EXPECT_EQ(run.exitCode, static_cast<int>(FileOutcome::NotCreated));
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.error.find("a.txt: error: the file cannot be created: Is a directory\n"), 0u);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -30,7 +31,7 @@ ModelStore Nodes(int count, std::vector<double> displacements)
 
 std::string Written(const ModelStore& model)
 {
-    return WrittenFile("Node_Dis.txt", [&] { WriteNodalDisplacements(model); });
+    return WrittenFile("Node_Dis.txt", [&] { WriteNodalDisplacements(model, "Node_Dis.txt"); });
 }
 
 TEST(NodalDisplacementFile, OfOneNodeHasTwoLines)
@@ -79,7 +80,7 @@ TEST(NodalDisplacementFile, ShowsTheTinyDisplacementOfRestrainedDirections)
             AssembleLoads(model);
             ApplyRestraints(model);
             SolveSkyline(model);
-            WriteNodalDisplacements(model);
+            WriteNodalDisplacements(model, "Node_Dis.txt");
         });
     });
     double dx = 0.0, dy = 0.0, dz = 0.0;
@@ -94,19 +95,29 @@ TEST(NodalDisplacementFile, ReplacesAnOlderFile)
 {
     const std::string text = WrittenFile("Node_Dis.txt", [] {
         std::ofstream("Node_Dis.txt") << std::string(1000, 'x');
-        WriteNodalDisplacements(Nodes(0, {}));
+        WriteNodalDisplacements(Nodes(0, {}), "Node_Dis.txt");
     });
     EXPECT_EQ(text.size(), 106u);
 }
 
-TEST(NodalDisplacementFile, ThatCannotBeOpenedEndsTheRunAfterOneKey)
+TEST(NodalDisplacementFile, TellsItsSize)
+{
+    const TemporaryDirectory directory;
+    const FileResult file = WriteNodalDisplacements(Nodes(1, {1.0, -2.5, 0.125, 1e-7, 1234567.0, 3.0}), "any name.txt");
+    EXPECT_EQ(file.outcome, FileOutcome::Written);
+    EXPECT_EQ(file.bytes, 2 * 106u);
+    EXPECT_EQ(std::filesystem::file_size("any name.txt"), file.bytes);
+}
+
+TEST(NodalDisplacementFile, ThatCannotBeCreatedIsReportedAndToldToTheCaller)
 {
     const TemporaryDirectory directory;
     std::filesystem::create_directory("Node_Dis.txt");
-    const ChildResult run = RunInChild([] { WriteNodalDisplacements(Nodes(0, {})); }, "k");
-    EXPECT_EQ(run.output, "\xBD\xDA\xB5\xE3\xCE\xBB\xD2\xC6\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n");
+    const ChildResult run =
+        RunInChild([] { std::exit(static_cast<int>(WriteNodalDisplacements(Nodes(0, {}), "Node_Dis.txt").outcome)); });
+    EXPECT_EQ(run.exitCode, static_cast<int>(FileOutcome::NotCreated));
+    EXPECT_EQ(run.output, "");
     EXPECT_EQ(run.error.find("Node_Dis.txt: error: the file cannot be created: Is a directory\n"), 0u);
-    EXPECT_EQ(run.exitCode, 1);
 }
 
 } // namespace

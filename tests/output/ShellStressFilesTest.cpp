@@ -176,21 +176,31 @@ TEST(ShellStressFiles, OfAModelWithOnlyBeamsAreEmpty)
     EXPECT_EQ(std::filesystem::file_size(AveragedShellStressFileName), 0u);
 }
 
-TEST(ShellStressFiles, ThatCannotBeOpenedEndTheRunAfterOneKey)
+TEST(ShellStressFiles, TellTheirSize)
 {
     const TemporaryDirectory directory;
-    std::filesystem::create_directory(ShellStressFileName);
-    std::filesystem::create_directory(AveragedShellStressFileName);
+    const FileResult raw = WriteShellStresses(StressedModel(), "a.txt");
+    EXPECT_EQ(raw.outcome, FileOutcome::Written);
+    EXPECT_EQ(raw.bytes, std::filesystem::file_size("a.txt"));
+    const FileResult averaged = WriteAveragedShellStresses(StressedModel(), "b.txt");
+    EXPECT_EQ(averaged.outcome, FileOutcome::Written);
+    EXPECT_EQ(averaged.bytes, std::filesystem::file_size("b.txt"));
+}
+
+TEST(ShellStressFiles, ThatCannotBeCreatedAreReportedAndToldToTheCaller)
+{
+    const TemporaryDirectory directory;
+    std::filesystem::create_directory("a.txt");
     const ModelStore model = StressedModel();
-    const std::string message = "\xB5\xA5\xD4\xAA\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6"
-                                "\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n";
-    const ChildResult raw = RunInChild([&] { WriteShellStresses(model, ShellStressFileName); }, "k");
-    EXPECT_EQ(raw.output, message);
-    EXPECT_EQ(raw.exitCode, 1);
+    const std::string error = "a.txt: error: the file cannot be created: Is a directory\n";
+    const ChildResult raw =
+        RunInChild([&] { std::exit(static_cast<int>(WriteShellStresses(model, "a.txt").outcome)); });
+    EXPECT_EQ(raw.exitCode, static_cast<int>(FileOutcome::NotCreated));
+    EXPECT_EQ(raw.error.find(error), 0u);
     const ChildResult averaged =
-        RunInChild([&] { WriteAveragedShellStresses(model, AveragedShellStressFileName); }, "k");
-    EXPECT_EQ(averaged.output, message);
-    EXPECT_EQ(averaged.exitCode, 1);
+        RunInChild([&] { std::exit(static_cast<int>(WriteAveragedShellStresses(model, "a.txt").outcome)); });
+    EXPECT_EQ(averaged.exitCode, static_cast<int>(FileOutcome::NotCreated));
+    EXPECT_EQ(averaged.error.find(error), 0u);
 }
 
 } // namespace

@@ -33,7 +33,7 @@ TEST(TextFile, HoldsWhatWasWritten)
         expected += std::string(15 - std::to_string(i).size(), ' ') + std::to_string(i) + ":";
         expected += std::to_string(i / 2) + (i % 2 == 0 ? "\n" : ".5\n");
     }
-    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(file.Close().outcome, FileOutcome::Written);
     EXPECT_TRUE(FileText("result.txt") == expected);
 }
 
@@ -44,7 +44,7 @@ TEST(TextFile, ReplacesAnOlderFile)
     TextFile file;
     ASSERT_TRUE(file.Open("result.txt"));
     file.Text().Text("new");
-    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(file.Close().outcome, FileOutcome::Written);
     EXPECT_EQ(FileText("result.txt"), "new");
 }
 
@@ -69,7 +69,10 @@ TEST(TextFile, OpenTellsWhyAFileCannotBeCreated)
             std::exit(2);
         }
         file.Text().Text("goes nowhere");
-        file.Close();
+        const FileResult result = file.Close();
+        if (result.outcome != FileOutcome::NotCreated || result.bytes != 0) {
+            std::exit(3);
+        }
     });
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.error.find("missing/result.txt: error: the file cannot be created: No such file or directory\n"), 0u);
@@ -84,7 +87,7 @@ TEST(TextFile, ReportsAFullDiskOnceAndTheRunGoesOn)
             std::exit(2);
         }
         for (int i = 0; i < 1000000; ++i) { file.Text().Integer(i).EndLine(); }
-        if (file.Close()) {
+        if (file.Close().outcome != FileOutcome::Incomplete) {
             std::exit(3);
         }
     });
@@ -112,7 +115,7 @@ TEST(TextFile, CanBeUsedForOneFileAfterAnother)
     file.Text().Text("first");
     ASSERT_TRUE(file.Open("second.txt"));
     file.Text().Text("second");
-    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(file.Close().outcome, FileOutcome::Written);
     EXPECT_EQ(FileText("first.txt"), "first");
     EXPECT_EQ(FileText("second.txt"), "second");
 }
