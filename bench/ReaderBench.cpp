@@ -4,8 +4,8 @@
 //                       all iterations in ms, and their ratio.
 //   ReadModel           the whole reader, element set-up included.
 // Run:  tarnvexo_bench --benchmark_filter=Reader
+#include "core/ModelFileFormats.h"
 #include "input/FormatScanner.h"
-#include "input/ModelFileFormats.h"
 #include "input/ModelFileReader.h"
 
 #include <algorithm>

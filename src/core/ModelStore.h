@@ -42,6 +42,17 @@ struct CBeamSection {
 
 enum BeamSectionType { TSection = 0, LSection = 1, CSection = 2 };
 
+// Positions in the tables of the model file of what an element is made of.
+struct ShellPropertyRef {
+    int material = 0;
+    int thickness = 0;
+};
+
+struct BeamPropertyRef {
+    int material = 0;
+    Vector3 orientation = {}; // from the first node towards the top of the section
+};
+
 struct BeamSectionRef {
     int BeamSecType = 0;  // BeamSectionType; any other number stops the run when beam stresses are recovered
     int BeamSecIndex = 0; // row in the table of that type
@@ -71,9 +82,10 @@ struct BeamDistributedLoad {
 };
 
 struct ModelStore {
-    // Filled by input/ModelFileReader; each count is the size of the table beside it. Materials and thicknesses are
-    // read by the reader alone (every element keeps its own), sections by it and by output/BeamSectionStress, nodes and
-    // elements by all stages, restraints and loads by the assembly driver.
+    // Filled by input/ModelFileReader and refine/; each count is the size of the table beside it. Materials,
+    // thicknesses and the property references are read by those that set up elements (every element keeps its own
+    // values) and by output/ModelFileWriter, sections by these and by output/BeamSectionStress, nodes and elements by
+    // all stages, restraints and loads by the assembly driver.
     int NMT = 0;
     std::vector<Material> Materials;
     int NTK = 0;
@@ -89,12 +101,15 @@ struct ModelStore {
     int NELEM_S_4ND = 0;
     std::vector<QuadShellElement> QuadElements;
     std::vector<std::array<int, QuadNodeCount>> QuadConnectivity;
+    std::vector<ShellPropertyRef> QuadProperties;
     int NELEM_S_3ND = 0;
     std::vector<TriShellElement> TriElements;
     std::vector<std::array<int, TriNodeCount>> TriConnectivity;
+    std::vector<ShellPropertyRef> TriProperties;
     int NELEM_B = 0;
     std::vector<BeamElement> BeamElements;
     std::vector<std::array<int, BeamNodeCount>> BeamConnectivity;
+    std::vector<BeamPropertyRef> BeamProperties;
     std::vector<BeamSectionRef> BeamSectionRefs;
     int NRN = 0;
     std::vector<Restraint> Restraints;

@@ -2,10 +2,10 @@
 
 #include "core/Failure.h"
 #include "core/Messages.h"
+#include "core/ModelFileFormats.h"
 #include "elements/BeamSection.h"
 #include "elements/ShellSetUp.h"
 #include "input/FormatScanner.h"
-#include "input/ModelFileFormats.h"
 #include "input/ScanDiagnostics.h"
 
 #include <cerrno>
@@ -203,6 +203,7 @@ bool ModelTextReader::ReadQuads()
     }
     model.QuadElements.assign(std::size_t(model.NELEM_S_4ND), {});
     model.QuadConnectivity.assign(std::size_t(model.NELEM_S_4ND), {});
+    model.QuadProperties.assign(std::size_t(model.NELEM_S_4ND), {});
     int label = 0, materialIndex = 0, thicknessIndex = 0;
     for (int e = 0; e < model.NELEM_S_4ND; ++e) {
         const RecordName name = {quads.record, e};
@@ -214,6 +215,7 @@ bool ModelTextReader::ReadQuads()
             !InTable(thicknessIndex, thicknesses, scan, QuadNodeCount + 1, name)) {
             return false;
         }
+        model.QuadProperties[std::size_t(e)] = {materialIndex, thicknessIndex};
         Vector3 coordinates[QuadNodeCount];
         for (int i = 0; i < QuadNodeCount; ++i) {
             coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
@@ -232,6 +234,7 @@ bool ModelTextReader::ReadTris()
     }
     model.TriElements.assign(std::size_t(model.NELEM_S_3ND), {});
     model.TriConnectivity.assign(std::size_t(model.NELEM_S_3ND), {});
+    model.TriProperties.assign(std::size_t(model.NELEM_S_3ND), {});
     int label = 0, materialIndex = 0, thicknessIndex = 0;
     for (int e = 0; e < model.NELEM_S_3ND; ++e) {
         const RecordName name = {tris.record, e};
@@ -243,6 +246,7 @@ bool ModelTextReader::ReadTris()
             !InTable(thicknessIndex, thicknesses, scan, TriNodeCount + 1, name)) {
             return false;
         }
+        model.TriProperties[std::size_t(e)] = {materialIndex, thicknessIndex};
         Vector3 coordinates[TriNodeCount];
         for (int i = 0; i < TriNodeCount; ++i) {
             coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
@@ -275,6 +279,7 @@ bool ModelTextReader::ReadBeams()
     }
     model.BeamElements.assign(std::size_t(model.NELEM_B), {});
     model.BeamConnectivity.assign(std::size_t(model.NELEM_B), {});
+    model.BeamProperties.assign(std::size_t(model.NELEM_B), {});
     model.BeamSectionRefs.assign(std::size_t(model.NELEM_B), {});
     int label = 0, materialIndex = 0, mirrored = 0;
     Vector3 orientation = {};
@@ -287,6 +292,7 @@ bool ModelTextReader::ReadBeams()
             Scan(name, formats::Beam, ends[0], ends[1], orientation[0], orientation[1], orientation[2], materialIndex,
                  section.BeamSecType, section.BeamSecIndex, section.BeamSecOz, mirrored);
         section.BeamSecMirrored = mirrored != 0;
+        model.BeamProperties[std::size_t(e)] = {materialIndex, orientation};
         if (!NodesInTable(ends, scan, name) ||
             !SetUpBeam(model.BeamElements[std::size_t(e)], ends, orientation, materialIndex, section, scan, name)) {
             return false;

@@ -1,6 +1,6 @@
 // input/ModelFileReader.h
 // Reads the model file into the store and sets up every element on the way. The grammar is in
-// input/ModelFileFormats.h; sections come in one fixed order, text after the last one is not looked at.
+// core/ModelFileFormats.h; sections come in one fixed order, text after the last one is not looked at.
 //
 // A scan that does not match stops there, its remaining destinations keep what they had (a field never stored is 0),
 // the next scan goes on from that place, and a warning is written. Material, thickness, orientation and mirrored flag

@@ -1,6 +1,6 @@
 #include "input/FormatScanner.h"
 
-#include "input/ModelFileFormats.h"
+#include "core/ModelFileFormats.h"
 #include "support/ModelText.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
-// input/ModelFileFormats.h
+// core/ModelFileFormats.h
 // Grammar of the model file, release 3.0: its sections in file order, each a count followed by that many records, each
-// record one or several scans. Whoever reads model files takes the formats from here.
+// record one or several scans. input/ModelFileReader scans with these formats, output/ModelFileWriter prints with them.
 // The language of the formats is explained in input/FormatScanner.h.
 #pragma once
 
@@ -9,6 +9,7 @@
 namespace tarnvexo::formats {
 
 constexpr double SupportedRelease = 3.0;
+constexpr const char* SupportedReleaseText = "3.0"; // as it is written
 constexpr const char* Release = "### Quor_Tarn+Vexo release=%lf ###\n";
 
 constexpr const char* MaterialCount = "Number of materials:NMT=%d\n";
