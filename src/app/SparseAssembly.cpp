@@ -2,7 +2,7 @@
 
 #include "core/Parallel.h"
 #include "elements/BeamStiffness.h"
-#include "elements/ShellStiffness.h"
+#include "elements/ShellStiffnessBatch.h"
 
 #include <algorithm>
 #include <array>
@@ -106,6 +106,23 @@ void ScatterBlocks(const double* K, const std::array<int, Nodes>& nodes, const s
     }
 }
 
+// The shells of one kind that touch a chunk, ShellBatch at a time; scatter(K, nodes) adds one of their matrices.
+template <std::size_t Nodes, class Stiffness, class Scatter>
+void AssembleShells(const std::vector<ShellElement<Nodes>>& shells,
+                    const std::vector<std::array<int, Nodes>>& connectivity, const ElementsOfChunks& map,
+                    std::size_t chunk, Stiffness stiffness, Scatter scatter)
+{
+    constexpr int order = static_cast<int>(Nodes) * DofsPerNode;
+    double K[ShellBatch][order][order];
+    const ShellElement<Nodes>* batch[ShellBatch];
+    for (std::size_t k = map.first[chunk]; k < map.first[chunk + 1]; k += ShellBatch) {
+        const std::size_t count = std::min<std::size_t>(ShellBatch, map.first[chunk + 1] - k);
+        for (std::size_t i = 0; i < count; ++i) { batch[i] = &shells[map.elements[k + i]]; }
+        stiffness(batch, static_cast<int>(count), K);
+        for (std::size_t i = 0; i < count; ++i) { scatter(&K[i][0][0], connectivity[map.elements[k + i]]); }
+    }
+}
+
 } // namespace
 
 void AssembleBlockMatrix(const ModelStore& model, const EliminationOrder& order, BlockMatrix& matrix)
@@ -119,25 +136,20 @@ void AssembleBlockMatrix(const ModelStore& model, const EliminationOrder& order,
 
     ParallelFor(static_cast<std::size_t>(chunks.Count()), 1, [&](std::size_t chunk, std::size_t) {
         const int begin = chunks.begin[chunk], end = chunks.begin[chunk + 1];
+        const auto scatter = [&](const double* K, const auto& nodes) {
+            ScatterBlocks(K, nodes, order.positionOf, begin, end, matrix);
+        };
         std::fill(matrix.Column(begin),
                   matrix.Column(begin) + BlockEntries * (pattern.first[end] - pattern.first[begin]), 0.0);
-        for (std::size_t k = quads.first[chunk]; k < quads.first[chunk + 1]; ++k) {
-            const int e = quads.elements[k];
-            double K[QuadDofCount][QuadDofCount];
-            QuadShellStiffness(model.QuadElements[e], K);
-            ScatterBlocks(&K[0][0], model.QuadConnectivity[e], order.positionOf, begin, end, matrix);
-        }
-        for (std::size_t k = tris.first[chunk]; k < tris.first[chunk + 1]; ++k) {
-            const int e = tris.elements[k];
-            double K[TriDofCount][TriDofCount];
-            TriShellStiffness(model.TriElements[e], K);
-            ScatterBlocks(&K[0][0], model.TriConnectivity[e], order.positionOf, begin, end, matrix);
-        }
+        AssembleShells<QuadNodeCount>(model.QuadElements, model.QuadConnectivity, quads, chunk, QuadShellStiffnessBatch,
+                                      scatter);
+        AssembleShells<TriNodeCount>(model.TriElements, model.TriConnectivity, tris, chunk, TriShellStiffnessBatch,
+                                     scatter);
         for (std::size_t k = beams.first[chunk]; k < beams.first[chunk + 1]; ++k) {
             const int e = beams.elements[k];
             double K[BeamDofCount][BeamDofCount];
             BeamStiffness(model.BeamElements[e], K);
-            ScatterBlocks(&K[0][0], model.BeamConnectivity[e], order.positionOf, begin, end, matrix);
+            scatter(&K[0][0], model.BeamConnectivity[e]);
         }
     });
 }

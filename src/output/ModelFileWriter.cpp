@@ -197,13 +197,12 @@ void WriteModelText(const ModelStore& model, TextWriter& text)
     PrintBeamLoads(text, model);
 }
 
-bool WriteModelFile(const ModelStore& model, const char* fileName)
+FileResult WriteModelFile(const ModelStore& model, const std::string& path)
 {
     TextFile file;
-    if (!file.Open(fileName)) {
-        return false;
+    if (file.Open(path)) {
+        WriteModelText(model, file.Text());
     }
-    WriteModelText(model, file.Text());
     return file.Close();
 }
 

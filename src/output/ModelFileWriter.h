@@ -8,12 +8,15 @@
 
 #include "core/ModelStore.h"
 #include "core/TextWriter.h"
+#include "output/TextFile.h"
+
+#include <string>
 
 namespace tarnvexo {
 
 void WriteModelText(const ModelStore& model, TextWriter& text);
 
-// False when the file could not be created or written to its end; standard error tells why.
-bool WriteModelFile(const ModelStore& model, const char* fileName);
+// Standard error tells why a file could not be created or written to its end.
+FileResult WriteModelFile(const ModelStore& model, const std::string& path);
 
 } // namespace tarnvexo

@@ -39,6 +39,10 @@ void WriteStandardOutput(std::string_view text);
 // Memory that can still be had without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
 
+// Memory of this process, in bytes: what it holds now, and the most it has held; 0 when the system does not tell.
+std::uint64_t ResidentMemory();
+std::uint64_t PeakMemory();
+
 // Asks for large pages behind an array of `bytes` that has been allocated but not yet written: gigabytes are then ready
 // in a fraction of the time and need fewer address translations. A hint; systems that do not know it ignore it.
 void PreferLargePages(void* array, std::size_t bytes);

@@ -8,12 +8,14 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <iconv.h>
+#include <inttypes.h>
 #include <langinfo.h>
 #include <locale.h>
 #include <poll.h>
 #include <ratio>
 #include <string>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace tarnvexo::platform {
@@ -228,6 +230,24 @@ std::uint64_t AvailableMemory()
         available = std::min(available, limit > used ? limit - used : 1);
     }
     return available;
+}
+
+std::uint64_t ResidentMemory()
+{
+    std::uint64_t pages = 0, resident = 0;
+    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(file, "%" SCNu64 " %" SCNu64, &pages, &resident) != 2) {
+            resident = 0;
+        }
+        std::fclose(file);
+    }
+    return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+std::uint64_t PeakMemory()
+{
+    rusage usage;
+    return getrusage(RUSAGE_SELF, &usage) == 0 ? static_cast<std::uint64_t>(usage.ru_maxrss) * 1024 : 0;
 }
 
 void PreferLargePages(void* array, std::size_t bytes)

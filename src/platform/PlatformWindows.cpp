@@ -9,6 +9,8 @@
 #include <io.h>
 #include <string>
 #include <windows.h>
+// After windows.h, which it needs.
+#include <psapi.h>
 
 namespace tarnvexo::platform {
 
@@ -103,6 +105,18 @@ std::uint64_t AvailableMemory()
 }
 
 // Large pages need a privilege that users do not have.
+std::uint64_t ResidentMemory()
+{
+    PROCESS_MEMORY_COUNTERS counters;
+    return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize : 0;
+}
+
+std::uint64_t PeakMemory()
+{
+    PROCESS_MEMORY_COUNTERS counters;
+    return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.PeakWorkingSetSize : 0;
+}
+
 void PreferLargePages(void*, std::size_t) {}
 
 void SetEnvironmentDefault(const char* name, const char* value)
