@@ -47,6 +47,20 @@ std::uint64_t PeakMemory();
 // in a fraction of the time and need fewer address translations. A hint; systems that do not know it ignore it.
 void PreferLargePages(void* array, std::size_t bytes);
 
+// While it lives, an interruption of the program (Ctrl-C, a request to end) removes the file before the process ends
+// with exit code 130. One at a time.
+class RemovedOnInterrupt {
+public:
+    explicit RemovedOnInterrupt(const std::string& path);
+    ~RemovedOnInterrupt();
+
+    RemovedOnInterrupt(const RemovedOnInterrupt&) = delete;
+    RemovedOnInterrupt& operator=(const RemovedOnInterrupt&) = delete;
+};
+
+// From now on an interruption ends the process with exit code 130. On a terminal the line in progress is ended.
+void ExitOnInterrupt();
+
 // Sets a variable of the process's environment unless it is set already.
 void SetEnvironmentDefault(const char* name, const char* value);
 

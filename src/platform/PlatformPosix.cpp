@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -263,6 +264,48 @@ void PreferLargePages(void* array, std::size_t bytes)
 #else
     (void)array, (void)bytes;
 #endif
+}
+
+namespace {
+
+constexpr int InterruptExitCode = 130;
+
+// What the signal handler may touch: a path that is complete when the flag is up.
+char unfinishedPath[4096];
+volatile std::sig_atomic_t hasUnfinishedFile = 0;
+
+extern "C" void EndInterrupted(int)
+{
+    if (hasUnfinishedFile != 0) {
+        unlink(unfinishedPath);
+    }
+    if (isatty(STDERR_FILENO) != 0) {
+        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "\n", 1);
+    }
+    _exit(InterruptExitCode);
+}
+
+} // namespace
+
+RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path)
+{
+    if (path.size() < sizeof unfinishedPath) {
+        std::memcpy(unfinishedPath, path.c_str(), path.size() + 1);
+        hasUnfinishedFile = 1;
+    }
+}
+
+RemovedOnInterrupt::~RemovedOnInterrupt()
+{
+    hasUnfinishedFile = 0;
+}
+
+void ExitOnInterrupt()
+{
+    struct sigaction action = {};
+    action.sa_handler = EndInterrupted;
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
 }
 
 void SetEnvironmentDefault(const char* name, const char* value)

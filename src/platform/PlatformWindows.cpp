@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <io.h>
+#include <mutex>
 #include <string>
 #include <windows.h>
 // After windows.h, which it needs.
@@ -118,6 +119,41 @@ std::uint64_t PeakMemory()
 }
 
 void PreferLargePages(void*, std::size_t) {}
+
+namespace {
+
+constexpr UINT InterruptExitCode = 130;
+
+std::mutex unfinishedMutex;
+std::string unfinishedPath;
+
+BOOL WINAPI EndInterrupted(DWORD)
+{
+    const std::lock_guard lock(unfinishedMutex);
+    if (!unfinishedPath.empty()) {
+        DeleteFileW(Utf8ToWide(unfinishedPath).c_str());
+    }
+    ExitProcess(InterruptExitCode);
+}
+
+} // namespace
+
+RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path)
+{
+    const std::lock_guard lock(unfinishedMutex);
+    unfinishedPath = path;
+}
+
+RemovedOnInterrupt::~RemovedOnInterrupt()
+{
+    const std::lock_guard lock(unfinishedMutex);
+    unfinishedPath.clear();
+}
+
+void ExitOnInterrupt()
+{
+    SetConsoleCtrlHandler(EndInterrupted, TRUE);
+}
 
 void SetEnvironmentDefault(const char* name, const char* value)
 {

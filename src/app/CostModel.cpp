@@ -1,0 +1,86 @@
+#include "app/CostModel.h"
+
+#include <cmath>
+
+namespace tarnvexo {
+
+namespace {
+
+// Seconds per unit of work.
+constexpr double PerFileByte = 4e-9;
+constexpr double PerNodeAndDoubling = 4e-7; // nested dissection: n·log2(n)
+constexpr double PerAssembledElement = 8e-7;
+constexpr double PerFactorEntry = 6e-9;  // assembly of fronts, first touch of memory
+constexpr double PerOperation = 1.6e-11; // dense kernels
+constexpr double PerEntrySolved = 1.2e-9;
+constexpr double PerShellStress = 6e-7;
+constexpr double PerBeamSection = 3e-4;
+constexpr double PerShellWritten = 4e-6;
+constexpr double PerNodeWritten = 4e-7;
+constexpr double PerBeamWritten = 1e-4;
+constexpr double PerSkylineOperation = 1.2e-10;
+
+double Shells(const ModelStore& model)
+{
+    return static_cast<double>(model.QuadElements.size()) + static_cast<double>(model.TriElements.size());
+}
+
+double Beams(const ModelStore& model)
+{
+    return static_cast<double>(model.BeamElements.size());
+}
+
+} // namespace
+
+double ReadingSeconds(std::size_t fileBytes)
+{
+    return PerFileByte * static_cast<double>(fileBytes);
+}
+
+double OrderingSeconds(std::size_t nodes)
+{
+    return PerNodeAndDoubling * static_cast<double>(nodes) * std::log2(static_cast<double>(nodes) + 2.0);
+}
+
+double AssemblySeconds(const ModelStore& model)
+{
+    return PerAssembledElement * (Shells(model) + Beams(model));
+}
+
+double FactorisationSeconds(const FactorSize& size)
+{
+    return PerFactorEntry * static_cast<double>(size.entries) + PerOperation * size.operations;
+}
+
+double SolutionSeconds(const FactorSize& size)
+{
+    return PerEntrySolved * static_cast<double>(size.entries);
+}
+
+double StressSeconds(const ModelStore& model)
+{
+    return PerShellStress * Shells(model);
+}
+
+double BeamSectionSeconds(const ModelStore& model)
+{
+    return PerBeamSection * Beams(model);
+}
+
+double WritingSeconds(const ModelStore& model)
+{
+    return PerShellWritten * Shells(model) + PerBeamWritten * Beams(model) +
+           PerNodeWritten * static_cast<double>(model.NodeCoordinates.size());
+}
+
+double SkylineSeconds(double operations)
+{
+    return PerSkylineOperation * operations;
+}
+
+double FactorisationBytes(const FactorSize& size, const BlockPattern& pattern)
+{
+    return size.bytes + static_cast<double>(pattern.rows.size()) * BlockEntries * sizeof(double);
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,27 @@
+// app/CostModel.h
+// What a run will take, from its sizes: for the progress display, `tarnvexo info`, and the refusal of models that
+// memory does not hold. Rates are those of two cores of a 2.3 GHz server processor with AVX-512; other machines differ
+// by a factor of two or three, which is good enough to decide whether to wait or to fetch a coffee.
+#pragma once
+
+#include "core/ModelStore.h"
+#include "solver/SparseEngine.h"
+
+namespace tarnvexo {
+
+// Seconds per stage.
+double ReadingSeconds(std::size_t fileBytes);
+double OrderingSeconds(std::size_t nodes);
+double AssemblySeconds(const ModelStore& model);
+double FactorisationSeconds(const FactorSize& size);
+double SolutionSeconds(const FactorSize& size);
+double StressSeconds(const ModelStore& model);
+double BeamSectionSeconds(const ModelStore& model);
+double WritingSeconds(const ModelStore& model);
+double SkylineSeconds(double operations); // of the console run's solution
+
+// Bytes at the peak of `tarnvexo solve`, the factorisation, beyond what the process holds already: factor with its
+// workspace and the matrix.
+double FactorisationBytes(const FactorSize& size, const BlockPattern& pattern);
+
+} // namespace tarnvexo

@@ -1,0 +1,20 @@
+// app/ResultExtremes.h
+// Largest values of a solved model and where they are. In parallel; of equal values the first one counts.
+#pragma once
+
+#include "app/SolveReport.h"
+#include "core/ModelStore.h"
+
+namespace tarnvexo {
+
+// Length of the translation and of the rotation vector of a node.
+ExtremeValue LargestTranslation(const ModelStore& model);
+ExtremeValue LargestRotation(const ModelStore& model);
+
+// Equivalent stress of an element alone, at its nodes, on both faces; kind "quad" or "tri".
+ExtremeValue LargestShellStress(const ModelStore& model);
+
+// The same on the section walls of the beams; kind "beam", node -1, place on the wall.
+ExtremeValue LargestBeamStress(const ModelStore& model);
+
+} // namespace tarnvexo
