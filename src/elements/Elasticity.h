@@ -1,5 +1,6 @@
 // elements/Elasticity.h
-// Isotropic material matrices of thin walls.
+// Isotropic material matrices of thin walls. Real: double, or as many numbers as a vector has lanes, one element in
+// each.
 #pragma once
 
 namespace tarnvexo {
@@ -47,6 +48,34 @@ inline double PlateShearRigidity(double E, double Mu, double t)
 inline double DrillingPenalty(double E, double Mu, double t)
 {
     return 10.0 * ShearModulus(E, Mu) * t;
+}
+
+// The entries of an isotropic matrix [D11 D12 0; D12 D11 0; 0 0 D33]: all that the stiffness kernels read of it.
+template <class Real> struct IsotropicPlane {
+    Real D11;
+    Real D12;
+    Real D33;
+};
+
+// What the stiffness of a shell depends on besides its shape.
+template <class Real> struct ShellRigidity {
+    Real thickness;
+    IsotropicPlane<Real> membrane; // PlaneStressMatrix
+    IsotropicPlane<Real> bending;  // PlateRigidity
+    Real shear;                    // PlateShearRigidity
+    Real drilling;                 // DrillingPenalty
+};
+
+inline ShellRigidity<double> ShellRigidityOf(double E, double Mu, double t)
+{
+    double D[3][3], Db[3][3];
+    PlaneStressMatrix(E, Mu, D);
+    PlateRigidity(E, Mu, t, Db);
+    return {t,
+            {D[0][0], D[0][1], D[2][2]},
+            {Db[0][0], Db[0][1], Db[2][2]},
+            PlateShearRigidity(E, Mu, t),
+            DrillingPenalty(E, Mu, t)};
 }
 
 } // namespace tarnvexo

@@ -13,17 +13,12 @@ constexpr int PlaneDofsPerNode = 2;
 // Plate: node n owns 3n, 3n+1, 3n+2. Rotations are right-handed about the local axes.
 enum PlateDof { PlateW, PlateRX, PlateRY, PlateDofsPerNode };
 
-// Adds a plane stress stiffness [2·Nodes][2·Nodes] at the u, v of a membrane matrix Km [3·Nodes][3·Nodes].
-template <int Nodes> void AddPlaneStiffness(const double* plane, double* Km)
+static_assert(int(MembraneDofsPerNode) == int(PlateDofsPerNode));
+
+// First DOF of the node that membrane or plate DOF i belongs to.
+constexpr int FirstOfNode(int i)
 {
-    constexpr int planeDofs = PlaneDofsPerNode * Nodes;
-    constexpr int membraneDofs = MembraneDofsPerNode * Nodes;
-    const auto membraneDof = [](int i) { return i / PlaneDofsPerNode * MembraneDofsPerNode + i % PlaneDofsPerNode; };
-    for (int i = 0; i < planeDofs; ++i) {
-        for (int j = 0; j < planeDofs; ++j) {
-            Km[membraneDof(i) * membraneDofs + membraneDof(j)] += plane[i * planeDofs + j];
-        }
-    }
+    return i - i % MembraneDofsPerNode;
 }
 
 } // namespace tarnvexo

@@ -1,18 +1,125 @@
-#include "elements/ShellStiffnessBatch.h"
+// The kernels of elements/ShellStiffness-inl.h with one element in each lane of a vector. Compiled once for each kind
+// of vector unit; the best one that the processor has is chosen when the program runs. Every lane does the arithmetic
+// of the scalar kernel in the same order, products and sums rounded separately, so it gives the same bits.
 
-#include "elements/ShellStiffness.h"
+// These would give the same instructions as their smaller neighbours.
+#define HWY_DISABLED_TARGETS (HWY_AVX3_DL | HWY_SSE4)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "elements/ShellStiffnessBatch.cpp"
+#include "hwy/foreach_target.h"
+// Behind foreach_target.h.
+#include "elements/ShellStiffness-inl.h"
+#include "elements/ShellStiffnessBatch.h"
+#include "hwy/highway.h"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+
+HWY_BEFORE_NAMESPACE();
+namespace tarnvexo {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Tag = hn::CappedTag<double, ShellBatch>;
+constexpr int LaneCount = static_cast<int>(hn::MaxLanes(Tag()));
+
+// One number of each of LaneCount elements; a double stands for the same number in all of them.
+struct Lanes {
+    hn::Vec<Tag> v;
+
+    Lanes() = default;
+    HWY_INLINE Lanes(double value) : v(hn::Set(Tag(), value)) {}
+    HWY_INLINE explicit Lanes(hn::Vec<Tag> vector) : v(vector) {}
+
+    HWY_INLINE Lanes& operator+=(const Lanes& b) { return *this = *this + b; }
+    HWY_INLINE Lanes& operator-=(const Lanes& b) { return *this = *this - b; }
+
+    friend HWY_INLINE Lanes operator-(const Lanes& a) { return Lanes(hn::Neg(a.v)); }
+    friend HWY_INLINE Lanes operator+(const Lanes& a, const Lanes& b) { return Lanes(hn::Add(a.v, b.v)); }
+    friend HWY_INLINE Lanes operator-(const Lanes& a, const Lanes& b) { return Lanes(hn::Sub(a.v, b.v)); }
+    friend HWY_INLINE Lanes operator*(const Lanes& a, const Lanes& b) { return Lanes(hn::Mul(a.v, b.v)); }
+    friend HWY_INLINE Lanes operator/(const Lanes& a, const Lanes& b) { return Lanes(hn::Div(a.v, b.v)); }
+    friend HWY_INLINE Lanes sqrt(const Lanes& a) { return Lanes(hn::Sqrt(a.v)); }
+    friend HWY_INLINE Lanes fabs(const Lanes& a) { return Lanes(hn::Abs(a.v)); }
+};
+
+// Element e of elements in lane e; lanes from count on repeat the last element.
+template <int Nodes> LocalShell<Lanes, Nodes> GatherShells(const ShellElement<Nodes>* const* elements, int count)
+{
+    using Scalar = LocalShell<double, Nodes>;
+    using Vector = LocalShell<Lanes, Nodes>;
+    constexpr int numbers = sizeof(Scalar) / sizeof(double); // both are nothing but numbers, in the same order
+    static_assert(sizeof(Vector) == numbers * sizeof(Lanes));
+    static_assert(std::is_trivially_copyable_v<Scalar> && std::is_trivially_copyable_v<Vector>);
+
+    alignas(64) double table[numbers][LaneCount];
+    for (int lane = 0; lane < LaneCount; ++lane) {
+        const Scalar shell = LocalShellOf(*elements[std::min(lane, count - 1)]);
+        double number[numbers];
+        std::memcpy(number, &shell, sizeof shell);
+        for (int i = 0; i < numbers; ++i) { table[i][lane] = number[i]; }
+    }
+    Vector shells;
+    std::memcpy(&shells, table, sizeof table);
+    return shells;
+}
+
+// Element matrices from the upper triangle of the matrix of lanes.
+template <int n> void ScatterMatrices(const Lanes upper[n][n], int count, double (*K)[n][n])
+{
+    for (int i = 0; i < n; ++i) {
+        for (int j = i; j < n; ++j) {
+            alignas(64) double entry[LaneCount];
+            hn::Store(upper[i][j].v, Tag(), entry);
+            for (int e = 0; e < count; ++e) { K[e][i][j] = K[e][j][i] = entry[e]; }
+        }
+    }
+}
+
+void QuadBatch(const QuadShellElement* const* elements, int count, double (*K)[QuadDofCount][QuadDofCount])
+{
+    for (int first = 0; first < count; first += LaneCount) {
+        const int inLanes = std::min(LaneCount, count - first);
+        Lanes upper[QuadDofCount][QuadDofCount];
+        QuadShellStiffness<Lanes>(GatherShells(elements + first, inLanes), upper);
+        ScatterMatrices<QuadDofCount>(upper, inLanes, K + first);
+    }
+}
+
+void TriBatch(const TriShellElement* const* elements, int count, double (*K)[TriDofCount][TriDofCount])
+{
+    for (int first = 0; first < count; first += LaneCount) {
+        const int inLanes = std::min(LaneCount, count - first);
+        Lanes upper[TriDofCount][TriDofCount];
+        TriShellStiffness<Lanes>(GatherShells(elements + first, inLanes), upper);
+        ScatterMatrices<TriDofCount>(upper, inLanes, K + first);
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace tarnvexo
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
 
 namespace tarnvexo {
+
+HWY_EXPORT(QuadBatch);
+HWY_EXPORT(TriBatch);
 
 void QuadShellStiffnessBatch(const QuadShellElement* const* elements, int count,
                              double (*K)[QuadDofCount][QuadDofCount])
 {
-    for (int e = 0; e < count; ++e) { QuadShellStiffness(*elements[e], K[e]); }
+    HWY_DYNAMIC_DISPATCH(QuadBatch)(elements, count, K);
 }
 
 void TriShellStiffnessBatch(const TriShellElement* const* elements, int count, double (*K)[TriDofCount][TriDofCount])
 {
-    for (int e = 0; e < count; ++e) { TriShellStiffness(*elements[e], K[e]); }
+    HWY_DYNAMIC_DISPATCH(TriBatch)(elements, count, K);
 }
 
 } // namespace tarnvexo
+
+#endif // HWY_ONCE

@@ -49,4 +49,12 @@ template <int Rows, int Columns> void TripleProduct(double* out, const double* B
     MatMultiply(out, BtD, B, Columns, Rows, Columns);
 }
 
+// The lower triangle from the upper one.
+template <int n> void MirrorUpperTriangle(double K[n][n])
+{
+    for (int i = 0; i < n; ++i) {
+        for (int j = i + 1; j < n; ++j) { K[j][i] = K[i][j]; }
+    }
+}
+
 } // namespace tarnvexo

@@ -1,9 +1,11 @@
 #include "elements/ShellTransform.h"
 
+#include "elements/ShellTransform-inl.h"
 #include "support/ElementTools.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace tarnvexo {
 namespace {
@@ -11,6 +13,31 @@ namespace {
 using namespace test;
 
 const Frame Lambda = SkewFrame();
+
+// Symmetric matrices without two equal entries.
+void FillParts(double Km[9][9], double Kb[9][9])
+{
+    for (int i = 0; i < 9; ++i) {
+        for (int j = i; j < 9; ++j) {
+            Km[i][j] = Km[j][i] = 1.0 + 9 * i + j;
+            Kb[i][j] = Kb[j][i] = 1000.0 + 9 * i + j;
+        }
+    }
+}
+
+// The local matrix of a triangle, u, v, w, θx, θy, θz of each node.
+std::vector<double> Joined(const double Km[9][9], const double Kb[9][9])
+{
+    const int membrane[9] = {0, 1, 5, 6, 7, 11, 12, 13, 17}, plate[9] = {2, 3, 4, 8, 9, 10, 14, 15, 16};
+    std::vector<double> K(18 * 18);
+    for (int i = 0; i < 9; ++i) {
+        for (int j = 0; j < 9; ++j) {
+            K[membrane[i] * 18 + membrane[j]] = Km[i][j];
+            K[plate[i] * 18 + plate[j]] = Kb[i][j];
+        }
+    }
+    return K;
+}
 
 TEST(ShellTransform, LocalCoordinatesAreProductsWithTheAxesFromTheGlobalOrigin)
 {
@@ -59,23 +86,32 @@ TEST(ShellTransform, MatrixToGlobalKeepsTheEnergyOfEveryMotion)
     EXPECT_NEAR(StrainEnergy(global.data(), turned, 18), energy, 1e-14 * energy);
 }
 
-TEST(ShellTransform, MembraneGoesToUVAndRotationZAndPlateToWAndRotationsXY)
+// Rows u, v, θz of the membrane and w, θx, θy of the plate among the six of a node.
+TEST(ShellToGlobal, MembraneGoesToUVAndRotationZAndPlateToWAndRotationsXY)
 {
-    double Km[81], Kb[81], K[18 * 18];
-    for (int i = 0; i < 81; ++i) {
-        Km[i] = 1.0 + i;
-        Kb[i] = 1000.0 + i;
+    const double identity[3][3] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
+    double Km[9][9], Kb[9][9], K[18][18];
+    FillParts(Km, Kb);
+    HWY_NAMESPACE::ShellToGlobal<double, 3>(identity, Km, Kb, K);
+    const std::vector<double> expected = Joined(Km, Kb);
+    for (int i = 0; i < 18; ++i) {
+        for (int j = i; j < 18; ++j) { EXPECT_EQ(K[i][j], expected[i * 18 + j]) << i << "," << j; }
     }
-    JoinMembraneAndPlate<3>(Km, Kb, K);
-    const int membrane[9] = {0, 1, 5, 6, 7, 11, 12, 13, 17}, plate[9] = {2, 3, 4, 8, 9, 10, 14, 15, 16};
-    double expected[18 * 18] = {};
-    for (int i = 0; i < 9; ++i) {
-        for (int j = 0; j < 9; ++j) {
-            expected[membrane[i] * 18 + membrane[j]] = Km[i * 9 + j];
-            expected[plate[i] * 18 + plate[j]] = Kb[i * 9 + j];
-        }
+}
+
+TEST(ShellToGlobal, IsTheFullProductWithTheZerosLeftOut)
+{
+    double lambda[3][3], Km[9][9], Kb[9][9], K[18][18];
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) { lambda[i][j] = Lambda[i][j]; }
     }
-    for (int i = 0; i < 18 * 18; ++i) { EXPECT_EQ(K[i], expected[i]) << i / 18 << "," << i % 18; }
+    FillParts(Km, Kb);
+    HWY_NAMESPACE::ShellToGlobal<double, 3>(lambda, Km, Kb, K);
+    std::vector<double> expected = Joined(Km, Kb);
+    MatrixToGlobal<3>(Lambda.data(), expected.data());
+    for (int i = 0; i < 18; ++i) {
+        for (int j = i; j < 18; ++j) { EXPECT_EQ(K[i][j], expected[i * 18 + j]) << i << "," << j; }
+    }
 }
 
 } // namespace
