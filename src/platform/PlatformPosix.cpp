@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
@@ -13,6 +14,7 @@
 #include <ratio>
 #include <string>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tarnvexo::platform {
@@ -183,6 +185,31 @@ std::int64_t PerformanceCounter()
 bool FileExists(const char* path)
 {
     return access(path, F_OK) == 0;
+}
+
+MappedFile::MappedFile(const char* path)
+{
+    struct stat file = {};
+    if (stat(path, &file) != 0 || !S_ISREG(file.st_mode) || file.st_size == 0) {
+        return; // a pipe is not even opened: whoever writes into it would take the first reader's end for the last
+    }
+    const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return;
+    }
+    const auto size = static_cast<std::size_t>(file.st_size);
+    void* const begin = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    close(descriptor); // the mapping stays
+    if (begin != MAP_FAILED) {
+        bytes = {static_cast<const char*>(begin), size};
+    }
+}
+
+MappedFile::~MappedFile()
+{
+    if (!bytes.empty()) {
+        munmap(const_cast<char*>(bytes.data()), bytes.size());
+    }
 }
 
 void RunProgram(const char* fileName)
