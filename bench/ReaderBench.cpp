@@ -2,7 +2,8 @@
 //   ScanAgainstFscanf   the same formats on the same text, both ways in turn within one run: node and shell records are
 //                       scanned into the same kind of tables, nothing else is done. Counters: least time of each over
 //                       all iterations in ms, and their ratio.
-//   ReadModel           the whole reader, element set-up included.
+//   ReadModel           the whole reader, element set-up included, from memory; ns of each number in the text.
+//   ReadModelFile       the same from a file that the system holds in its cache.
 // Run:  tarnvexo_bench --benchmark_filter=Reader
 #include "core/ModelFileFormats.h"
 #include "input/FormatScanner.h"
@@ -16,6 +17,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 #include <memory>
 #include <string>
@@ -89,11 +92,11 @@ void ScanWithFormatScanner(std::string_view text, Records& r)
 {
     FormatScanner scanner(text);
     scanner.Scan(formats::NodeCount, r.nodeCount);
-    for (auto& n : r.nodes) { scanner.Scan(formats::Node, r.label, n[0], n[1], n[2]); }
+    for (auto& n : r.nodes) { scanner.Scan<formats::Node>(r.label, n[0], n[1], n[2]); }
     scanner.Scan(formats::QuadCount, r.quadCount);
     for (auto& q : r.quads) {
-        scanner.Scan(formats::ElementLabel, r.label);
-        scanner.Scan(formats::Quad, q[0], q[1], q[2], q[3], q[4], q[5]);
+        scanner.Scan<formats::ElementLabel>(r.label);
+        scanner.Scan<formats::Quad>(q[0], q[1], q[2], q[3], q[4], q[5]);
     }
 }
 
@@ -144,6 +147,16 @@ void ReaderScanAgainstFscanf(benchmark::State& state)
 }
 BENCHMARK(ReaderScanAgainstFscanf)->Iterations(10)->Unit(benchmark::kMillisecond);
 
+void CountReading(benchmark::State& state)
+{
+    constexpr double numbers = RecordCount * (4.0 + 7.0); // of a node and of a shell
+    state.SetBytesProcessed(state.iterations() * std::int64_t(TorusModel().size()));
+    state.counters["numbers"] =
+        benchmark::Counter(numbers, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    state.counters["nodes"] = RecordCount;
+    state.counters["quads"] = RecordCount;
+}
+
 void ReaderReadModel(benchmark::State& state)
 {
     const std::string& text = TorusModel();
@@ -153,10 +166,22 @@ void ReaderReadModel(benchmark::State& state)
         Require(reading.end == ModelReading::End::Complete && reading.warnings.empty());
         benchmark::DoNotOptimize(model.QuadElements.data());
     }
-    state.SetBytesProcessed(state.iterations() * std::int64_t(text.size()));
-    state.counters["nodes"] = RecordCount;
-    state.counters["quads"] = RecordCount;
+    CountReading(state);
 }
 BENCHMARK(ReaderReadModel)->Unit(benchmark::kMillisecond);
+
+void ReaderReadModelFile(benchmark::State& state)
+{
+    const std::string name = (std::filesystem::temp_directory_path() / "tarnvexo_reader_bench.txt").string();
+    std::ofstream(name, std::ios::binary) << TorusModel();
+    for (auto _ : state) {
+        ModelStore model;
+        ReadModelFile(model, name.c_str());
+        benchmark::DoNotOptimize(model.QuadElements.data());
+    }
+    std::filesystem::remove(name);
+    CountReading(state);
+}
+BENCHMARK(ReaderReadModelFile)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -41,6 +41,34 @@ struct IntegerPowers {
 };
 constexpr IntegerPowers Powers;
 
+// 10^scale = significand·2^exponent, the significand cut off to 64 bits, its highest bit set.
+struct BinaryPower {
+    std::uint64_t significand;
+    int exponent;
+};
+
+// By exponent - LowestExponent: 10^(5 - exponent), which brings a value of that decimal exponent to six digits before
+// the point.
+struct ScalingPowers {
+    BinaryPower of[HighestExponent - LowestExponent + 1] = {};
+
+    constexpr ScalingPowers()
+    {
+        for (int exponent = LowestExponent; exponent <= HighestExponent; ++exponent) {
+            const int scale = SignificantDigits - 1 - exponent;
+            // 5^scale, or the 128 highest bits of 2^127 / 5^-scale
+            Integer128 five = scale >= 0 ? Integer128(1) : Integer128(1) << 127;
+            for (int i = 0; i < scale; ++i) { five *= 5; }
+            for (int i = 0; i > scale; --i) { five /= 5; }
+            int binary = scale >= 0 ? scale : scale - 127;
+            for (; five >> 64 != 0; five >>= 1) { ++binary; }
+            for (; five >> 63 == 0; five <<= 1) { --binary; }
+            of[exponent - LowestExponent] = {static_cast<std::uint64_t>(five), binary};
+        }
+    }
+};
+constexpr ScalingPowers Scaling;
+
 // "00" "01" ... "99"
 struct DigitPairs {
     char text[200] = {};
@@ -55,16 +83,20 @@ struct DigitPairs {
 };
 constexpr DigitPairs Pairs;
 
+constexpr std::uint64_t MantissaOf(std::uint64_t bits)
+{
+    return (bits & ((std::uint64_t(1) << FractionBits) - 1)) | std::uint64_t(1) << FractionBits;
+}
+
 // value / 10^(exponent - 5), rounded to the nearest integer, ties to even, for PowersOfTen[exponent] <= value:
 // from DigitsBegin to DigitsEnd, DigitsEnd when the rounding carries into a seventh digit.
-std::uint64_t LeadingDigits(double value, int exponent)
+std::uint64_t LeadingDigitsExactly(double value, int exponent)
 {
     const int scale = SignificantDigits - 1 - exponent;
     if (scale >= 0) {
         // value·10^scale = mantissa·5^scale / 2^shift; the product has at most 53 + 63 bits, so it is exact.
         const auto bits = std::bit_cast<std::uint64_t>(value);
-        const std::uint64_t mantissa = (bits & ((std::uint64_t(1) << FractionBits) - 1)) | std::uint64_t(1)
-                                                                                               << FractionBits;
+        const std::uint64_t mantissa = MantissaOf(bits);
         const int shift = FractionBits + ExponentBias - static_cast<int>(bits >> FractionBits) - scale;
         const Integer128 product = Integer128(mantissa) * Powers.of5[scale];
         const auto digits = static_cast<std::uint64_t>(product >> shift);
@@ -82,58 +114,123 @@ std::uint64_t LeadingDigits(double value, int exponent)
     return digits + (remainder > half || (remainder == half && (hasFraction || digits % 2 == 1)));
 }
 
-// d1.d2d3d4d5d6 · 10^exponent in general notation: no trailing zeros, a power of ten below 10^-4 and from 10^6 on.
-char* WriteDigits(char* out, std::uint64_t digits, int exponent)
+// The same from one product of two 64-bit numbers. It is cut off by less than two units of its last place, which
+// leaves the rounding open only for values that close to a tie.
+std::uint64_t LeadingDigits(double value, int exponent)
 {
-    char text[SignificantDigits];
-    std::memcpy(text, Pairs.text + 2 * (digits / 10000), 2);
-    std::memcpy(text + 2, Pairs.text + 2 * (digits / 100 % 100), 2);
-    std::memcpy(text + 4, Pairs.text + 2 * (digits % 100), 2);
-    int count = SignificantDigits;
-    while (text[count - 1] == '0') { --count; }
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const int binaryExponent = static_cast<int>(bits >> FractionBits) - ExponentBias;
+    const std::uint64_t significand = MantissaOf(bits) << (63 - FractionBits); // value = significand·2^(binary - 63)
+    const BinaryPower& power = Scaling.of[exponent - LowestExponent];
+    const auto product = static_cast<std::uint64_t>((Integer128(significand) * power.significand) >> 64);
+    const int shift = -(binaryExponent - 63 + power.exponent + 64); // value·10^scale = product / 2^shift
+    const std::uint64_t fraction = product & ((std::uint64_t(1) << shift) - 1);
+    const std::uint64_t half = std::uint64_t(1) << (shift - 1);
+    if (fraction - (half - 1) <= 1) {
+        return LeadingDigitsExactly(value, exponent);
+    }
+    return (product >> shift) + (fraction > half);
+}
 
-    if (exponent < -4 || exponent >= SignificantDigits) {
-        *out++ = text[0];
-        if (count > 1) {
-            *out++ = '.';
-            std::memcpy(out, text + 1, SignificantDigits - 1);
-            out += count - 1;
+// How six digits stand in general notation: a power of ten below 10^-4 and from 10^6 on.
+//     0.000123457   lead 5 ("0.000"), no point among the digits
+//     123.457       whole 3
+//     1.23457e-05   whole 1, tail "e-05"
+struct Layout {
+    std::uint8_t lead;  // characters of "0.000" before the first digit
+    std::uint8_t whole; // digits before the point; all of them where there is no point among them
+    std::uint8_t least; // digits written even if they are zeros
+    std::uint8_t tail;  // characters behind the digits
+    char tailText[4];
+};
+
+struct Layouts {
+    // By exponent - LowestExponent; one more, since rounding may carry into the next.
+    Layout of[HighestExponent - LowestExponent + 2] = {};
+
+    constexpr Layouts()
+    {
+        for (int exponent = LowestExponent; exponent <= HighestExponent + 1; ++exponent) {
+            Layout& layout = of[exponent - LowestExponent];
+            const int size = exponent < 0 ? -exponent : exponent;
+            if (exponent < -4 || exponent >= SignificantDigits) {
+                layout = {0,
+                          1,
+                          1,
+                          4,
+                          {'e', exponent < 0 ? '-' : '+', static_cast<char>('0' + size / 10),
+                           static_cast<char>('0' + size % 10)}};
+            } else if (exponent < 0) {
+                layout = {static_cast<std::uint8_t>(1 + size), SignificantDigits, 1, 0, {}};
+            } else {
+                layout = {0, static_cast<std::uint8_t>(exponent + 1), static_cast<std::uint8_t>(exponent + 1), 0, {}};
+            }
         }
-        *out++ = 'e';
-        *out++ = exponent < 0 ? '-' : '+';
-        std::memcpy(out, Pairs.text + 2 * (exponent < 0 ? -exponent : exponent), 2);
-        return out + 2;
     }
-    if (exponent < 0) {
-        std::memcpy(out, "0.000", 5);
-        out += 1 - exponent;
-        std::memcpy(out, text, SignificantDigits);
-        return out + count;
+};
+constexpr Layouts LayoutTable;
+
+// Six digits as characters, the first in the lowest byte.
+std::uint64_t DigitCharacters(std::uint64_t digits)
+{
+    static_assert(std::endian::native == std::endian::little, "the first character is the lowest byte");
+    std::uint64_t text = 0;
+    char* const characters = reinterpret_cast<char*>(&text);
+    std::memcpy(characters, Pairs.text + 2 * (digits / 10000), 2);
+    std::memcpy(characters + 2, Pairs.text + 2 * (digits / 100 % 100), 2);
+    std::memcpy(characters + 4, Pairs.text + 2 * (digits % 100), 2);
+    return text;
+}
+
+void WriteEight(char* out, std::uint64_t characters)
+{
+    std::memcpy(out, &characters, sizeof characters);
+}
+
+// `count` blanks; up to 16 characters are written in any case.
+void WriteBlanks(char* out, int count)
+{
+    constexpr std::uint64_t blanks = 0x2020202020202020u;
+    WriteEight(out, blanks);
+    WriteEight(out + 8, blanks);
+    if (count > 16) {
+        std::memset(out + 16, ' ', static_cast<std::size_t>(count - 16));
     }
-    const int wholeDigits = exponent + 1;
-    std::memcpy(out, text, SignificantDigits);
-    if (count <= wholeDigits) {
-        return out + wholeDigits;
+}
+
+// Moves a text of `length` characters at out to the right end of a field, blanks in front. Returns the field's end.
+char* AlignRight(char* out, int length, int width)
+{
+    if (length >= width) {
+        return out + length;
     }
-    out[wholeDigits] = '.';
-    std::memcpy(out + wholeDigits + 1, text + wholeDigits, static_cast<std::size_t>(count - wholeDigits));
-    return out + count + 1;
+    std::memmove(out + (width - length), out, static_cast<std::size_t>(length));
+    std::memset(out, ' ', static_cast<std::size_t>(width - length));
+    return out + width;
+}
+
+// Values beyond the range of the tables.
+char* WriteRareNumber(char* out, double value, int width)
+{
+    const auto end = std::to_chars(out, out + NumberTextCapacity, value, std::chars_format::general, SignificantDigits);
+    return AlignRight(out, static_cast<int>(end.ptr - out), width);
 }
 
 } // namespace
 
-char* WriteNumber(char* out, double value)
+// Every store below has a fixed size, whatever the number; the characters that are too many are overwritten by what
+// follows. Numbers of mixed kinds then cost no mispredicted branch.
+char* WriteNumber(char* out, double value, int width)
 {
     const double magnitude = value < 0.0 ? -value : value;
     if (!(magnitude >= PowersOfTen[0] && magnitude < PowersOfTen[HighestExponent + 1 - LowestExponent])) {
         if (std::bit_cast<std::uint64_t>(value) == 0) {
-            *out++ = '0';
-            return out;
+            const int blanks = width > 1 ? width - 1 : 0;
+            WriteBlanks(out, blanks);
+            out[blanks] = '0';
+            return out + blanks + 1;
         }
-        return std::to_chars(out, out + NumberTextCapacity, value, std::chars_format::general, SignificantDigits).ptr;
-    }
-    if (value < 0.0) {
-        *out++ = '-';
+        return WriteRareNumber(out, value, width);
     }
 
     // floor(log10(2^e)) from the binary exponent e is the decimal exponent or one less: 78913 / 2^18 is log10(2) to
@@ -148,12 +245,34 @@ char* WriteNumber(char* out, double value)
         digits = DigitsBegin;
         ++exponent;
     }
-    return WriteDigits(out, digits, exponent);
+
+    constexpr std::uint64_t zeroCharacters = 0x303030303030u;
+    const std::uint64_t characters = DigitCharacters(digits);
+    const int significant = 8 - std::countl_zero(characters ^ zeroCharacters) / 8; // without trailing zeros
+    const Layout& layout = LayoutTable.of[exponent - LowestExponent];
+    const int written = significant > layout.least ? significant : layout.least;
+    const int digitsEnd = layout.lead + written + (significant > layout.whole);
+    const int negative = value < 0.0;
+    const int length = negative + digitsEnd + layout.tail;
+
+    const int blanks = width > length ? width - length : 0;
+    WriteBlanks(out, blanks);
+    out += blanks;
+    *out = '-';
+    out += negative;
+    std::memcpy(out, "0.000000", 8);
+    const int pointAt = 8 * layout.whole; // in bits
+    const std::uint64_t wholeMask = (std::uint64_t(1) << pointAt) - 1;
+    WriteEight(out + layout.lead,
+               (characters & wholeMask) | std::uint64_t('.') << pointAt | (characters & ~wholeMask) << 8);
+    std::memcpy(out + digitsEnd, layout.tailText, sizeof layout.tailText);
+    return out + digitsEnd + layout.tail;
 }
 
-char* WriteInteger(char* out, long long value)
+char* WriteInteger(char* out, long long value, int width)
 {
-    return std::to_chars(out, out + NumberTextCapacity, value).ptr;
+    const char* const end = std::to_chars(out, out + NumberTextCapacity, value).ptr;
+    return AlignRight(out, static_cast<int>(end - out), width);
 }
 
 } // namespace tarnvexo

@@ -11,8 +11,9 @@ namespace tarnvexo {
 // Room that a number needs at most: "-1.23457e-308" and "-9223372036854775808" with some to spare.
 constexpr std::size_t NumberTextCapacity = 32;
 
-// Writes the text at out and returns the position behind its last character; no terminating zero.
-char* WriteNumber(char* out, double value);
-char* WriteInteger(char* out, long long value);
+// Writes the text at out, right-aligned in a field of `width` characters and never cut, and returns the position behind
+// its last character; no terminating zero. Characters up to out + width + NumberTextCapacity may be overwritten.
+char* WriteNumber(char* out, double value, int width = 0);
+char* WriteInteger(char* out, long long value, int width = 0);
 
 } // namespace tarnvexo

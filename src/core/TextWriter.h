@@ -6,8 +6,8 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 namespace tarnvexo {
 
@@ -34,10 +34,12 @@ public:
 
 private:
     void Reserve(std::size_t size);
+    bool HasRoomFor(int width);
     TextWriter& Padded(const char* begin, std::size_t size, int width);
 
     Destination destination;
-    std::vector<char> buffer;
+    std::size_t capacity;
+    std::unique_ptr<char[]> buffer;
     std::size_t used = 0;
 };
 

@@ -22,10 +22,6 @@ struct Rest {
 };
 
 // The character classes of the "C" locale, whatever locale the process runs in.
-bool IsSpace(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 bool IsDigit(char c)
 {
     return unsigned(c) - '0' < 10;
@@ -37,11 +33,6 @@ char Lower(char c)
 bool IsHexDigit(char c)
 {
     return IsDigit(c) || (Lower(c) >= 'a' && Lower(c) <= 'f');
-}
-
-void SkipSpace(Rest& text)
-{
-    while (!text.Empty() && IsSpace(*text.at)) { ++text.at; }
 }
 
 // True when there was a sign and it was a minus.
@@ -232,7 +223,7 @@ ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
             const ScanTarget& target = targets[result.stored];
             assert(target.conversion == *f);
             if (*f != 'c') {
-                SkipSpace(text);
+                text.at = SkipSpace(text.at, text.end);
             }
             const char* fieldBegin = text.at;
             bool stored = false;
@@ -252,7 +243,7 @@ ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
             }
             result.fieldBegin[result.stored++] = std::size_t(fieldBegin - begin);
         } else if (IsSpace(*f)) {
-            SkipSpace(text);
+            text.at = SkipSpace(text.at, text.end);
         } else if (!text.Empty() && *text.at == *f) {
             ++text.at;
         } else {

@@ -7,6 +7,7 @@
 #include "elements/ShellSetUp.h"
 #include "input/FormatScanner.h"
 #include "input/ScanDiagnostics.h"
+#include "platform/Platform.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -25,6 +26,14 @@ struct Table {
     int count = 0;
     std::size_t countPosition = 0;
 };
+
+// Room for `count` records that are then appended one by one: each is written once, into pages that are ready.
+template <class Record> void Reserve(std::vector<Record>& table, int count)
+{
+    table.clear();
+    table.reserve(std::size_t(count));
+    platform::PreferLargePages(table.data(), sizeof(Record) * std::size_t(count));
+}
 
 class ModelTextReader {
 public:
@@ -52,11 +61,18 @@ private:
                         std::vector<ShellDistributedLoad>& records);
     bool ReadBeamLoads();
 
+    // A scan, with a warning when it did not match; the first with a format that the compiler knows.
+    template <const auto& Format, class... Destinations>
+    ScanResult Scan(const RecordName& record, Destinations&... destinations);
     template <class... Destinations>
     ScanResult Scan(const RecordName& record, const char* format, Destinations&... destinations);
     void SkipLabelLine(const RecordName& record);
     bool ReadCount(const char* format, std::size_t shortestRecord, Table& table, int& count);
-    bool InTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user);
+    bool InTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user)
+    {
+        return (index >= 0 && index < table.count) || OutsideTable(index, table, scan, field, user);
+    }
+    bool OutsideTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user);
     template <std::size_t NodeCount>
     bool NodesInTable(const std::array<int, NodeCount>& nodes, const ScanResult& scan, const RecordName& user);
     bool SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& ends, const Vector3& orientation,
@@ -187,11 +203,11 @@ bool ModelTextReader::ReadNodes()
     if (!ReadCount(formats::NodeCount, formats::ShortestNode, nodes, model.NPOIN)) {
         return false;
     }
-    model.NodeCoordinates.assign(std::size_t(model.NPOIN), {});
+    Reserve(model.NodeCoordinates, model.NPOIN);
     int label = 0;
     for (int n = 0; n < model.NPOIN; ++n) {
-        Vector3& node = model.NodeCoordinates[std::size_t(n)];
-        Scan({nodes.record, n}, formats::Node, label, node[0], node[1], node[2]);
+        Vector3& node = model.NodeCoordinates.emplace_back();
+        Scan<formats::Node>({nodes.record, n}, label, node[0], node[1], node[2]);
     }
     return true;
 }
@@ -201,27 +217,27 @@ bool ModelTextReader::ReadQuads()
     if (!ReadCount(formats::QuadCount, formats::ShortestQuad, quads, model.NELEM_S_4ND)) {
         return false;
     }
-    model.QuadElements.assign(std::size_t(model.NELEM_S_4ND), {});
-    model.QuadConnectivity.assign(std::size_t(model.NELEM_S_4ND), {});
-    model.QuadProperties.assign(std::size_t(model.NELEM_S_4ND), {});
+    Reserve(model.QuadElements, model.NELEM_S_4ND);
+    Reserve(model.QuadConnectivity, model.NELEM_S_4ND);
+    Reserve(model.QuadProperties, model.NELEM_S_4ND);
     int label = 0, materialIndex = 0, thicknessIndex = 0;
     for (int e = 0; e < model.NELEM_S_4ND; ++e) {
         const RecordName name = {quads.record, e};
-        std::array<int, QuadNodeCount>& corners = model.QuadConnectivity[std::size_t(e)];
-        Scan(name, formats::ElementLabel, label);
+        std::array<int, QuadNodeCount>& corners = model.QuadConnectivity.emplace_back();
+        Scan<formats::ElementLabel>(name, label);
         const ScanResult scan =
-            Scan(name, formats::Quad, corners[0], corners[1], corners[2], corners[3], materialIndex, thicknessIndex);
+            Scan<formats::Quad>(name, corners[0], corners[1], corners[2], corners[3], materialIndex, thicknessIndex);
         if (!NodesInTable(corners, scan, name) || !InTable(materialIndex, materials, scan, QuadNodeCount, name) ||
             !InTable(thicknessIndex, thicknesses, scan, QuadNodeCount + 1, name)) {
             return false;
         }
-        model.QuadProperties[std::size_t(e)] = {materialIndex, thicknessIndex};
+        model.QuadProperties.push_back({materialIndex, thicknessIndex});
         Vector3 coordinates[QuadNodeCount];
         for (int i = 0; i < QuadNodeCount; ++i) {
             coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
         }
         const Material& material = model.Materials[std::size_t(materialIndex)];
-        QuadShellSetUp(model.QuadElements[std::size_t(e)], coordinates, QuadNodeCount, material.E, material.Mu,
+        QuadShellSetUp(model.QuadElements.emplace_back(), coordinates, QuadNodeCount, material.E, material.Mu,
                        material.Density, model.Thicknesses[std::size_t(thicknessIndex)]);
     }
     return true;
@@ -232,27 +248,27 @@ bool ModelTextReader::ReadTris()
     if (!ReadCount(formats::TriCount, formats::ShortestTri, tris, model.NELEM_S_3ND)) {
         return false;
     }
-    model.TriElements.assign(std::size_t(model.NELEM_S_3ND), {});
-    model.TriConnectivity.assign(std::size_t(model.NELEM_S_3ND), {});
-    model.TriProperties.assign(std::size_t(model.NELEM_S_3ND), {});
+    Reserve(model.TriElements, model.NELEM_S_3ND);
+    Reserve(model.TriConnectivity, model.NELEM_S_3ND);
+    Reserve(model.TriProperties, model.NELEM_S_3ND);
     int label = 0, materialIndex = 0, thicknessIndex = 0;
     for (int e = 0; e < model.NELEM_S_3ND; ++e) {
         const RecordName name = {tris.record, e};
-        std::array<int, TriNodeCount>& corners = model.TriConnectivity[std::size_t(e)];
-        Scan(name, formats::ElementLabel, label);
+        std::array<int, TriNodeCount>& corners = model.TriConnectivity.emplace_back();
+        Scan<formats::ElementLabel>(name, label);
         const ScanResult scan =
-            Scan(name, formats::Tri, corners[0], corners[1], corners[2], materialIndex, thicknessIndex);
+            Scan<formats::Tri>(name, corners[0], corners[1], corners[2], materialIndex, thicknessIndex);
         if (!NodesInTable(corners, scan, name) || !InTable(materialIndex, materials, scan, TriNodeCount, name) ||
             !InTable(thicknessIndex, thicknesses, scan, TriNodeCount + 1, name)) {
             return false;
         }
-        model.TriProperties[std::size_t(e)] = {materialIndex, thicknessIndex};
+        model.TriProperties.push_back({materialIndex, thicknessIndex});
         Vector3 coordinates[TriNodeCount];
         for (int i = 0; i < TriNodeCount; ++i) {
             coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
         }
         const Material& material = model.Materials[std::size_t(materialIndex)];
-        TriShellSetUp(model.TriElements[std::size_t(e)], coordinates, TriNodeCount, material.E, material.Mu,
+        TriShellSetUp(model.TriElements.emplace_back(), coordinates, TriNodeCount, material.E, material.Mu,
                       model.Thicknesses[std::size_t(thicknessIndex)], material.Density);
     }
     return true;
@@ -277,24 +293,24 @@ bool ModelTextReader::ReadBeams()
     if (!ReadCount(formats::BeamCount, formats::ShortestBeam, beams, model.NELEM_B)) {
         return false;
     }
-    model.BeamElements.assign(std::size_t(model.NELEM_B), {});
-    model.BeamConnectivity.assign(std::size_t(model.NELEM_B), {});
-    model.BeamProperties.assign(std::size_t(model.NELEM_B), {});
-    model.BeamSectionRefs.assign(std::size_t(model.NELEM_B), {});
+    Reserve(model.BeamElements, model.NELEM_B);
+    Reserve(model.BeamConnectivity, model.NELEM_B);
+    Reserve(model.BeamSectionRefs, model.NELEM_B);
+    Reserve(model.BeamProperties, model.NELEM_B);
     int label = 0, materialIndex = 0, mirrored = 0;
     Vector3 orientation = {};
     for (int e = 0; e < model.NELEM_B; ++e) {
         const RecordName name = {beams.record, e};
-        std::array<int, BeamNodeCount>& ends = model.BeamConnectivity[std::size_t(e)];
-        BeamSectionRef& section = model.BeamSectionRefs[std::size_t(e)];
-        Scan(name, formats::ElementLabel, label);
+        std::array<int, BeamNodeCount>& ends = model.BeamConnectivity.emplace_back();
+        BeamSectionRef& section = model.BeamSectionRefs.emplace_back();
+        Scan<formats::ElementLabel>(name, label);
         const ScanResult scan =
-            Scan(name, formats::Beam, ends[0], ends[1], orientation[0], orientation[1], orientation[2], materialIndex,
-                 section.BeamSecType, section.BeamSecIndex, section.BeamSecOz, mirrored);
+            Scan<formats::Beam>(name, ends[0], ends[1], orientation[0], orientation[1], orientation[2], materialIndex,
+                                section.BeamSecType, section.BeamSecIndex, section.BeamSecOz, mirrored);
         section.BeamSecMirrored = mirrored != 0;
-        model.BeamProperties[std::size_t(e)] = {materialIndex, orientation};
+        model.BeamProperties.push_back({materialIndex, orientation});
         if (!NodesInTable(ends, scan, name) ||
-            !SetUpBeam(model.BeamElements[std::size_t(e)], ends, orientation, materialIndex, section, scan, name)) {
+            !SetUpBeam(model.BeamElements.emplace_back(), ends, orientation, materialIndex, section, scan, name)) {
             return false;
         }
     }
@@ -358,12 +374,12 @@ bool ModelTextReader::ReadForces()
     for (int f = 0; f < model.NFOR; ++f) {
         const RecordName name = {forces.record, f};
         NodalForce& force = model.NodalForces[std::size_t(f)];
-        const ScanResult scan = Scan(name, formats::ForceNode, force.node);
+        const ScanResult scan = Scan<formats::ForceNode>(name, force.node);
         if (!InTable(force.node, nodes, scan, 0, name)) {
             return false;
         }
-        for (int k = DX; k < RZ; ++k) { Scan(name, formats::ForceComponent, force.components[k]); }
-        Scan(name, formats::LastForceComponent, force.components[RZ]);
+        for (int k = DX; k < RZ; ++k) { Scan<formats::ForceComponent>(name, force.components[k]); }
+        Scan<formats::LastForceComponent>(name, force.components[RZ]);
     }
     return true;
 }
@@ -379,7 +395,7 @@ bool ModelTextReader::ReadShellLoads(const char* countFormat, Table& loads, int&
         const RecordName name = {loads.record, l};
         ShellDistributedLoad& load = records[std::size_t(l)];
         const ScanResult scan =
-            Scan(name, formats::ShellLoad, load.element, load.pressure[0], load.pressure[1], load.pressure[2]);
+            Scan<formats::ShellLoad>(name, load.element, load.pressure[0], load.pressure[1], load.pressure[2]);
         if (!InTable(load.element, elements, scan, 0, name)) {
             return false;
         }
@@ -396,12 +412,22 @@ bool ModelTextReader::ReadBeamLoads()
     for (int l = 0; l < model.NDL_B; ++l) {
         const RecordName name = {beamLoads.record, l};
         BeamDistributedLoad& load = model.BeamDistributedLoads[std::size_t(l)];
-        const ScanResult scan = Scan(name, formats::BeamLoad, load.element, load.q1, load.q2);
+        const ScanResult scan = Scan<formats::BeamLoad>(name, load.element, load.q1, load.q2);
         if (!InTable(load.element, beams, scan, 0, name)) {
             return false;
         }
     }
     return true;
+}
+
+template <const auto& Format, class... Destinations>
+ScanResult ModelTextReader::Scan(const RecordName& record, Destinations&... destinations)
+{
+    const ScanResult scan = scanner.Scan<Format>(destinations...);
+    if (!scan.Matched()) {
+        warnings.Add(source, scan, record);
+    }
+    return scan;
 }
 
 template <class... Destinations>
@@ -446,12 +472,10 @@ bool ModelTextReader::ReadCount(const char* format, std::size_t shortestRecord, 
     return true;
 }
 
-// `field` is the conversion of the scan that reads the index.
-bool ModelTextReader::InTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user)
+// The fault of an index that the table does not have. `field` is the conversion of the scan that reads the index.
+bool ModelTextReader::OutsideTable(int index, const Table& table, const ScanResult& scan, int field,
+                                   const RecordName& user)
 {
-    if (index >= 0 && index < table.count) {
-        return true;
-    }
     const std::string count = std::to_string(table.count);
     std::string size = Joined({count, " ", table.records});
     std::string range = Joined({"a ", table.record, " number from 0 to ", std::to_string(table.count - 1)});
@@ -489,6 +513,7 @@ bool ModelTextReader::Fault(const ModelFault& found)
     return false;
 }
 
+// For what cannot be mapped, a pipe for example.
 bool ReadWholeFile(const char* fileName, std::string& text)
 {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(fileName, "rb"), std::fclose);
@@ -515,13 +540,18 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
 
 void ReadModelFile(ModelStore& model, const char* fileName)
 {
-    std::string text;
-    if (!ReadWholeFile(fileName, text)) {
+    const platform::MappedFile mapped(fileName);
+    std::string_view text = mapped.Bytes();
+    std::string copy;
+    if (text.empty() && !ReadWholeFile(fileName, copy)) {
         Warn(std::string(fileName) + ": error: the model file cannot be read: " + std::strerror(errno) +
              "\n"
              "  expected: a readable file of this name in the current directory\n"
              "  to do:    change to the directory of the model and start the program there");
         FailWithPause(messages::PreprocessorFileError);
+    }
+    if (text.empty()) {
+        text = copy;
     }
     const ModelReading reading = ReadModelText(model, text, fileName);
     std::fputs(reading.warnings.c_str(), stderr);

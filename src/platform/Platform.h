@@ -29,6 +29,23 @@ std::int64_t PerformanceCounter();
 // True when the path names something that exists (it need not be readable).
 bool FileExists(const char* path);
 
+// The bytes of a file as memory, without a copy, while the object lives. Meant for files that are read at once: bytes
+// of a file that is made shorter meanwhile cannot be read any more, which ends the process.
+class MappedFile {
+public:
+    explicit MappedFile(const char* path);
+    ~MappedFile();
+
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+
+    // Empty where there is nothing to map: an empty file, a pipe, a directory, a file that cannot be opened.
+    std::string_view Bytes() const { return bytes; }
+
+private:
+    std::string_view bytes;
+};
+
 // Starts a program of the current directory by its file name and waits until it ends.
 void RunProgram(const char* fileName);
 

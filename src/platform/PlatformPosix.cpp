@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <iconv.h>
 #include <inttypes.h>
 #include <langinfo.h>
@@ -17,6 +18,7 @@
 #include <string>
 #include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tarnvexo::platform {
@@ -187,6 +189,31 @@ std::int64_t PerformanceCounter()
 bool FileExists(const char* path)
 {
     return access(path, F_OK) == 0;
+}
+
+MappedFile::MappedFile(const char* path)
+{
+    struct stat file = {};
+    if (stat(path, &file) != 0 || !S_ISREG(file.st_mode) || file.st_size == 0) {
+        return; // a pipe is not even opened: whoever writes into it would take the first reader's end for the last
+    }
+    const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return;
+    }
+    const auto size = static_cast<std::size_t>(file.st_size);
+    void* const begin = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    close(descriptor); // the mapping stays
+    if (begin != MAP_FAILED) {
+        bytes = {static_cast<const char*>(begin), size};
+    }
+}
+
+MappedFile::~MappedFile()
+{
+    if (!bytes.empty()) {
+        munmap(const_cast<char*>(bytes.data()), bytes.size());
+    }
 }
 
 void RunProgram(const char* fileName)

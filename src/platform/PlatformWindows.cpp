@@ -77,6 +77,32 @@ bool FileExists(const char* path)
     return _access(path, existence) == 0;
 }
 
+MappedFile::MappedFile(const char* path)
+{
+    const HANDLE file = CreateFileW(Utf8ToWide(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return;
+    }
+    LARGE_INTEGER size = {};
+    if (GetFileType(file) == FILE_TYPE_DISK && GetFileSizeEx(file, &size) && size.QuadPart > 0) {
+        if (const HANDLE mapping = CreateFileMappingW(file, nullptr, PAGE_READONLY, 0, 0, nullptr)) {
+            if (const void* begin = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0)) {
+                bytes = {static_cast<const char*>(begin), static_cast<std::size_t>(size.QuadPart)};
+            }
+            CloseHandle(mapping); // the view stays
+        }
+    }
+    CloseHandle(file);
+}
+
+MappedFile::~MappedFile()
+{
+    if (!bytes.empty()) {
+        UnmapViewOfFile(bytes.data());
+    }
+}
+
 // The command processor looks in the current directory first.
 void RunProgram(const char* fileName)
 {

@@ -468,6 +468,104 @@ TEST_P(EveryFormat, ScansAValidRecordCutAfterEveryByteAsFscanfDoes)
 INSTANTIATE_TEST_SUITE_P(FormatScanner, EveryFormat, testing::ValuesIn(AllFormats()),
                          [](const auto& info) { return info.param.name; });
 
+// ------------------------------------------------------------ formats known to the compiler
+
+struct CompiledFormat {
+    std::string name;
+    const char* format;
+    ScanResult (*scan)(FormatScanner& scanner, Values& values);
+    ScanResult (*generalScan)(FormatScanner& scanner, const char* format, Values& values);
+};
+
+template <const auto& Format, class... Types, std::size_t... K>
+ScanResult ScanCompiled(FormatScanner& scanner, Values& values, std::index_sequence<K...>)
+{
+    return scanner.Scan<Format>(values.Destination<Types>(K)...);
+}
+
+template <const auto& Format, class... Types> CompiledFormat Compiled(const char* name)
+{
+    return {name, Format,
+            [](FormatScanner& scanner, Values& values) {
+                return ScanCompiled<Format, Types...>(scanner, values, std::index_sequence_for<Types...>());
+            },
+            &ScanBothWays<Types...>::Ours};
+}
+
+// A number as programs write it, sometimes longer than the fast lane takes.
+std::string PlainNumber(Random& random, bool integer)
+{
+    const std::string sign = OneOf(random, std::array{"", "-", "", "-", "+"});
+    if (integer || Below(random, 6) == 0) {
+        return sign + Digits(random, 9);
+    }
+    return sign + (Below(random, 8) == 0 ? "" : Digits(random, 9)) + "." +
+           (Below(random, 8) == 0 ? "" : Digits(random, 17)) + (Below(random, 16) == 0 ? "e+2" : "");
+}
+
+std::string PlainRecord(Random& random, const char* format)
+{
+    std::string text;
+    for (const char* f = format; *f != '\0'; ++f) {
+        if (*f != '%') {
+            text += *f;
+        } else if (*++f == 'd') {
+            text += PlainNumber(random, true);
+        } else {
+            ++f;
+            text += PlainNumber(random, false);
+        }
+    }
+    return text;
+}
+
+class EveryCompiledFormat : public testing::TestWithParam<CompiledFormat> {};
+
+// Values, positions and what did not match; near the end of the text and far from it.
+TEST_P(EveryCompiledFormat, ScansAsTheGeneralScanDoes)
+{
+    const CompiledFormat& format = GetParam();
+    Random random(20261121);
+    for (int i = 0; i < GeneratedInputs && !HasFatalFailure(); ++i) {
+        std::string text;
+        for (int record = 0; record < 4; ++record) {
+            text += Below(random, 4) == 0 ? RandomRecord(random, format.format) : PlainRecord(random, format.format);
+        }
+        for (int damages = Below(random, 5); damages > 2; --damages) { Damage(random, text); }
+        if (Below(random, 2) == 0) {
+            text += std::string(500, OneOf(random, std::array{' ', 'x', '7'}));
+        }
+        FormatScanner scanner(text), generalScanner(text);
+        Values values, generalValues;
+        for (int scan = 0; scan < 4; ++scan) {
+            const ScanResult result = format.scan(scanner, values);
+            const ScanResult general = format.generalScan(generalScanner, format.format, generalValues);
+            ASSERT_TRUE(values.SameBits(generalValues)) << Shown(text);
+            ASSERT_EQ(scanner.Position(), generalScanner.Position()) << Shown(text);
+            ASSERT_EQ(result.expected, general.expected) << Shown(text);
+            ASSERT_EQ(result.stoppedAt, general.stoppedAt) << Shown(text);
+            ASSERT_EQ(result.stored, general.stored) << Shown(text);
+            for (int field = 0; field < result.stored; ++field) {
+                ASSERT_EQ(result.fieldBegin[field], general.fieldBegin[field]) << Shown(text);
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FormatScanner, EveryCompiledFormat,
+    testing::Values(Compiled<formats::Node, int, double, double, double>("Node"),
+                    Compiled<formats::ElementLabel, int>("ElementLabel"),
+                    Compiled<formats::Quad, int, int, int, int, int, int>("Quad"),
+                    Compiled<formats::Tri, int, int, int, int, int>("Tri"),
+                    Compiled<formats::Beam, int, int, double, double, double, int, int, int, double, int>("Beam"),
+                    Compiled<formats::ForceNode, int>("ForceNode"),
+                    Compiled<formats::ForceComponent, double>("ForceComponent"),
+                    Compiled<formats::LastForceComponent, double>("LastForceComponent"),
+                    Compiled<formats::ShellLoad, int, double, double, double>("ShellLoad"),
+                    Compiled<formats::BeamLoad, int, double, double>("BeamLoad")),
+    [](const auto& info) { return info.param.name; });
+
 // ------------------------------------------------------------ whole files
 
 // A small model with every kind of record.

@@ -15,6 +15,8 @@
 #include <iterator>
 #include <map>
 #include <string>
+#include <sys/stat.h>
+#include <thread>
 
 namespace tarnvexo {
 namespace {
@@ -717,6 +719,19 @@ TEST(ReadModelFile, ReadsAFileSilently)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(run.error, "");
+}
+
+// A pipe cannot be mapped into memory.
+TEST(ReadModelFile, ReadsAPipeToItsEnd)
+{
+    const test::TemporaryDirectory directory;
+    ASSERT_EQ(mkfifo(FileName, 0600), 0);
+    std::thread writer([] { WriteFile(FileName, ExampleFile); });
+    ModelStore model;
+    ReadModelFile(model, FileName);
+    writer.join();
+    EXPECT_EQ(model.NPOIN, 4);
+    EXPECT_EQ(model.NFOR, 1);
 }
 
 TEST(ReadModelFile, EndsTheRunWithAPauseWhenTheFileCannotBeOpened)

@@ -15,6 +15,7 @@
 #include <iostream>
 #include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -263,6 +264,26 @@ TEST(PreferLargePages, LeavesArraysOfAnySizeUsable)
         PreferLargePages(array.data(), size * sizeof(double));
         array.assign(size, 1.5);
         EXPECT_EQ(std::count(array.begin(), array.end(), 1.5), std::ptrdiff_t(size));
+    }
+}
+
+TEST(MappedFile, HoldsTheBytesOfItsFile)
+{
+    const TemporaryDirectory directory;
+    const std::string content = std::string(100000, 'x') + std::string("\0\r\n", 3);
+    std::ofstream("data", std::ios::binary) << content;
+    const MappedFile file("data");
+    EXPECT_EQ(file.Bytes(), content);
+}
+
+TEST(MappedFile, OfWhatCannotBeMappedIsEmpty)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("empty").close();
+    std::filesystem::create_directory("directory");
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    for (const char* name : {"empty", "directory", "pipe", "missing"}) {
+        EXPECT_TRUE(MappedFile(name).Bytes().empty()) << name;
     }
 }
 
