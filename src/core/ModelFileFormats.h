@@ -9,6 +9,7 @@
 namespace tarnvexo::formats {
 
 constexpr double SupportedRelease = 3.0;
+constexpr const char* SupportedReleaseText = "3.0"; // as it is written
 constexpr const char* Release = "### Quor_Tarn+Vexo release=%lf ###\n";
 
 constexpr const char* MaterialCount = "Number of materials:NMT=%d\n";
