@@ -10,15 +10,6 @@ namespace tarnvexo {
 
 namespace {
 
-// Value at node 4 of the plane through the values at nodes 1, 2, 3: q4 = q1 + a·(x4 − x1) + b·(y4 − y1).
-double PressureAtFourthNode(const double x[QuadNodeCount], const double y[QuadNodeCount], const double q[3])
-{
-    const double den = (y[2] - y[0]) * (x[1] - x[0]) - (x[2] - x[0]) * (y[1] - y[0]);
-    const double a = ((q[1] - q[0]) * (y[2] - y[0]) - (q[2] - q[0]) * (y[1] - y[0])) / den;
-    const double b = ((x[1] - x[0]) * (q[2] - q[0]) - (x[2] - x[0]) * (q[1] - q[0])) / den;
-    return q[0] + a * (x[3] - x[0]) + b * (y[3] - y[0]);
-}
-
 // Forces w [Nodes] along e3 as the element's load vector in global axes.
 template <int Nodes> void NormalForcesToGlobal(const Vector3 axes[3], const double w[Nodes], double* f)
 {
@@ -29,12 +20,21 @@ template <int Nodes> void NormalForcesToGlobal(const Vector3 axes[3], const doub
 
 } // namespace
 
+double PressureInPlane(const double x[3], const double y[3], const double q[3], double px, double py)
+{
+    // Area coordinates of the triangle 1-2-3; negative where the point lies outside of it.
+    const double twiceArea = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
+    const double L2 = ((px - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (py - y[0])) / twiceArea;
+    const double L3 = ((x[1] - x[0]) * (py - y[0]) - (px - x[0]) * (y[1] - y[0])) / twiceArea;
+    return q[0] + L2 * (q[1] - q[0]) + L3 * (q[2] - q[0]); // the pressure itself where it is constant
+}
+
 void QuadShellPressureLoad(const QuadShellElement& element, const ShellDistributedLoad& load, double f[QuadDofCount])
 {
     double x[QuadNodeCount], y[QuadNodeCount];
     LocalShellCoordinates(element, x, y);
     const double q[QuadNodeCount] = {load.pressure[0], load.pressure[1], load.pressure[2],
-                                     PressureAtFourthNode(x, y, load.pressure)};
+                                     PressureInPlane(x, y, load.pressure, x[3], y[3])};
 
     double w[QuadNodeCount] = {};
     for (double xi : QuadGaussPoints) {

@@ -8,6 +8,10 @@
 
 namespace tarnvexo {
 
+// Value at (px, py) of the plane through the values q at nodes 1, 2, 3.
+//   x, y   [3]   local coordinates of these nodes   length
+double PressureInPlane(const double x[3], const double y[3], const double q[3], double px, double py);
+
 // f [24] out, global axes, DOFs node by node.
 void QuadShellPressureLoad(const QuadShellElement& element, const ShellDistributedLoad& load, double f[QuadDofCount]);
 
