@@ -22,11 +22,11 @@ template <int Nodes> void NormalForcesToGlobal(const Vector3 axes[3], const doub
 
 double PressureInPlane(const double x[3], const double y[3], const double q[3], double px, double py)
 {
-    // Area coordinates of the triangle 1-2-3; outside of it some are negative.
+    // Area coordinates of the triangle 1-2-3; negative where the point lies outside of it.
     const double twiceArea = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
     const double L2 = ((px - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (py - y[0])) / twiceArea;
     const double L3 = ((x[1] - x[0]) * (py - y[0]) - (px - x[0]) * (y[1] - y[0])) / twiceArea;
-    return (1.0 - L2 - L3) * q[0] + L2 * q[1] + L3 * q[2];
+    return q[0] + L2 * (q[1] - q[0]) + L3 * (q[2] - q[0]); // the pressure itself where it is constant
 }
 
 void QuadShellPressureLoad(const QuadShellElement& element, const ShellDistributedLoad& load, double f[QuadDofCount])

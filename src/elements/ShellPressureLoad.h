@@ -8,7 +8,7 @@
 
 namespace tarnvexo {
 
-// Value at (px, py) of the plane through the values q at nodes 1, 2, 3; exactly q[i] at node i.
+// Value at (px, py) of the plane through the values q at nodes 1, 2, 3.
 //   x, y   [3]   local coordinates of these nodes   length
 double PressureInPlane(const double x[3], const double y[3], const double q[3], double px, double py);
 

@@ -1,0 +1,14 @@
+// refine/ModelSetUp.h
+// The last step of making a model in memory: from the tables of a model file to a store as the reader leaves it.
+#pragma once
+
+#include "core/ModelStore.h"
+
+namespace tarnvexo {
+
+// Every count from the size of its table, every element from connectivity and properties. A beam of an unknown section
+// type stays as constructed.
+// Errors: none reported; indices must lie in their tables.
+void SetUpModel(ModelStore& model);
+
+} // namespace tarnvexo
