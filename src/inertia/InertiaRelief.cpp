@@ -3,7 +3,6 @@
 #include "core/Console.h"
 #include "core/Messages.h"
 #include "inertia/InertialLoads.h"
-#include "inertia/MassProperties.h"
 #include "inertia/Solve3x3.h"
 
 #include <cstddef>
@@ -52,49 +51,9 @@ void PrintResultant(const char* title, const LoadResultant& resultant)
     FlushConsole();
 }
 
-// Adds forces of an element's nodes, or all six loads of a beam's nodes, to a vector laid out like GLOAD.
-template <std::size_t Nodes>
-void AddNodalForces(const std::array<int, Nodes>& nodes, const Vector3* f, std::vector<double>& loads)
+Matrix3 TranslationalMass(double mass)
 {
-    for (std::size_t i = 0; i < Nodes; ++i) {
-        for (int k = 0; k < 3; ++k) { loads[std::size_t(DofsPerNode) * nodes[i] + k] += f[i][k]; }
-    }
-}
-
-void AddBeamLoads(const std::array<int, BeamNodeCount>& nodes, const double* f, std::vector<double>& loads)
-{
-    for (int i = 0; i < BeamNodeCount; ++i) {
-        for (int k = 0; k < DofsPerNode; ++k) {
-            loads[std::size_t(DofsPerNode) * nodes[i] + k] += f[DofsPerNode * i + k];
-        }
-    }
-}
-
-// Inertial loads of all elements for the acceleration a (into translational) and alpha (into rotational).
-void AddInertialLoads(const ModelStore& model, const Vector3& a, const Vector3& alpha,
-                      std::vector<double>& translational, std::vector<double>& rotational)
-{
-    for (int e = 0; e < model.NELEM_B; ++e) {
-        double f[BeamDofCount];
-        BeamTranslationalLoads(model.BeamElements[e], a, f);
-        AddBeamLoads(model.BeamConnectivity[e], f, translational);
-        BeamRotationalLoads(model.BeamElements[e], alpha, f);
-        AddBeamLoads(model.BeamConnectivity[e], f, rotational);
-    }
-    for (int e = 0; e < model.NELEM_S_4ND; ++e) {
-        Vector3 f[QuadNodeCount];
-        QuadTranslationalLoads(model.QuadElements[e], a, f);
-        AddNodalForces(model.QuadConnectivity[e], f, translational);
-        QuadRotationalLoads(model.QuadElements[e], alpha, f);
-        AddNodalForces(model.QuadConnectivity[e], f, rotational);
-    }
-    for (int e = 0; e < model.NELEM_S_3ND; ++e) {
-        Vector3 f[TriNodeCount];
-        TriTranslationalLoads(model.TriElements[e], a, f);
-        AddNodalForces(model.TriConnectivity[e], f, translational);
-        TriRotationalLoads(model.TriElements[e], alpha, f);
-        AddNodalForces(model.TriConnectivity[e], f, rotational);
-    }
+    return {{{mass, 0.0, 0.0}, {0.0, mass, 0.0}, {0.0, 0.0, mass}}};
 }
 
 } // namespace
@@ -115,33 +74,33 @@ LoadResultant ResultantOfLoads(const ModelStore& model)
     return sum;
 }
 
+RigidAcceleration ClassicAcceleration(double mass, const Matrix3& rotationalMass, const LoadResultant& applied)
+{
+    return {Solve3x3(TranslationalMass(mass), applied.force), Solve3x3(rotationalMass, applied.moment)};
+}
+
 void BalanceByInertiaRelief(ModelStore& model)
 {
     const double mass = TotalMass(model);
     Console().Text(messages::TotalMass).Number(mass);
     EndConsoleLine();
-    const Matrix3 translationalMass = {{{mass, 0.0, 0.0}, {0.0, mass, 0.0}, {0.0, 0.0, mass}}};
-    const Matrix3 rotationalMass = RotationalMass(model);
+    const std::vector<NodeInertia> shellInertia = ShellInertia(model);
+    const Matrix3 rotationalMass = RotationalMass(model, shellInertia);
     const LoadResultant applied = ResultantOfLoads(model);
 
     // Accelerations of the free structure.
-    PrintMatrix(messages::TranslationalMass, translationalMass);
+    const RigidAcceleration acceleration = ClassicAcceleration(mass, rotationalMass, applied);
+    PrintMatrix(messages::TranslationalMass, TranslationalMass(mass));
     PrintVector(messages::TranslationalLoad, applied.force);
-    const Vector3 a = Solve3x3(translationalMass, applied.force);
-    PrintVector(messages::TranslationalAcceleration, a);
+    PrintVector(messages::TranslationalAcceleration, acceleration.a);
     PrintMatrix(messages::RotationalMass, rotationalMass);
     PrintVector(messages::RotationalLoad, applied.moment);
-    const Vector3 alpha = Solve3x3(rotationalMass, applied.moment);
-    PrintVector(messages::RotationalAcceleration, alpha);
+    PrintVector(messages::RotationalAcceleration, acceleration.alpha);
 
     // Their inertial loads.
-    std::vector<double> translational(model.GLOAD.size(), 0.0);
-    std::vector<double> rotational(model.GLOAD.size(), 0.0);
-    AddInertialLoads(model, a, alpha, translational, rotational);
-
     PrintLoads(messages::LoadsBefore, model.GLOAD);
     PrintResultant(messages::ResultantBefore, applied);
-    for (std::size_t i = 0; i < model.GLOAD.size(); ++i) { model.GLOAD[i] += translational[i] + rotational[i]; }
+    AddInertialLoads(model, shellInertia, acceleration, model.GLOAD);
     PrintLoads(messages::LoadsAfter, model.GLOAD);
     PrintResultant(messages::ResultantAfter, ResultantOfLoads(model));
 }

@@ -8,21 +8,6 @@ namespace tarnvexo {
 
 namespace {
 
-// Σij m_ij·((ri·rj)·I − rj·riᵀ) over the nodes of an element.
-template <int Nodes> Matrix3 PointsRotationalMass(const double m[Nodes][Nodes], const Vector3 r[Nodes])
-{
-    Matrix3 J = {};
-    for (int a = 0; a < Nodes; ++a) {
-        for (int b = 0; b < Nodes; ++b) {
-            const double product = Dot(r[a], r[b]);
-            for (int i = 0; i < 3; ++i) {
-                for (int j = 0; j < 3; ++j) { J[i][j] += m[a][b] * ((i == j ? product : 0.0) - r[b][i] * r[a][j]); }
-            }
-        }
-    }
-    return J;
-}
-
 void Add(Matrix3& sum, const Matrix3& term)
 {
     for (int i = 0; i < 3; ++i) {
@@ -30,35 +15,80 @@ void Add(Matrix3& sum, const Matrix3& term)
     }
 }
 
+// ½·(a·bᵀ + b·aᵀ)
+Matrix3 SymmetricProduct(const Vector3& a, const Vector3& b)
+{
+    Matrix3 product;
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) { product[i][j] = 0.5 * (a[i] * b[j] + b[i] * a[j]); }
+    }
+    return product;
+}
+
+MassMoments ShellMoments(const ModelStore& model, const std::vector<NodeInertia>& shellInertia)
+{
+    MassMoments sum;
+    for (int n = 0; n < model.NPOIN; ++n) { AddMoments(sum, NodeMoments(shellInertia[n], model.NodeCoordinates[n])); }
+    return sum;
+}
+
 } // namespace
 
-Matrix3 BeamRotationalMass(const BeamElement& beam)
+MassMoments NodeMoments(const NodeInertia& node, const Vector3& position, const Vector3& about)
+{
+    const Vector3 first = node.moment - node.mass * about;
+    return {node.mass, first, SymmetricProduct(first, position - about)};
+}
+
+MassMoments BeamMoments(const BeamElement& beam, const Vector3& about)
 {
     Vector3 frame[3];
     BeamFrame(beam, frame);
-    const Vector3 offset = BeamCentroidOffset(beam, frame);
+    const Vector3 offset = BeamCentroidOffset(beam, frame) - about;
     const Vector3 ends[BeamNodeCount] = {beam.node1 + offset, beam.node2 + offset};
     double m[BeamNodeCount][BeamNodeCount];
     BeamMass(beam, m);
-    Matrix3 J = PointsRotationalMass<BeamNodeCount>(m, ends);
-    // Deliberate: the beam's torsional inertia stands at (x, x) whatever its direction. Keep: the balance report and
-    // all results of models with beams depend on it.
-    J[0][0] = BeamLength(beam) * beam.Density * beam.section.J;
-    return J;
+    MassMoments moments;
+    for (int i = 0; i < BeamNodeCount; ++i) {
+        NodeInertia end; // about the same point as the ends' positions
+        for (int j = 0; j < BeamNodeCount; ++j) {
+            end.mass += m[i][j];
+            end.moment = end.moment + m[i][j] * ends[j];
+        }
+        AddMoments(moments, NodeMoments(end, ends[i]));
+    }
+    return moments;
 }
 
-Matrix3 QuadRotationalMass(const QuadShellElement& element)
+void AddMoments(MassMoments& sum, const MassMoments& term)
 {
-    double m[QuadNodeCount][QuadNodeCount];
-    QuadMass(element, m);
-    return PointsRotationalMass<QuadNodeCount>(m, element.coordinates);
+    sum.mass += term.mass;
+    sum.first = sum.first + term.first;
+    Add(sum.second, term.second);
 }
 
-Matrix3 TriRotationalMass(const TriShellElement& element)
+MassMoments MomentsOfMass(const ModelStore& model, const std::vector<NodeInertia>& shellInertia)
 {
-    double m[TriNodeCount][TriNodeCount];
-    TriMass(element, m);
-    return PointsRotationalMass<TriNodeCount>(m, element.coordinates);
+    MassMoments sum = ShellMoments(model, shellInertia);
+    for (const BeamElement& beam : model.BeamElements) { AddMoments(sum, BeamMoments(beam)); }
+    return sum;
+}
+
+Matrix3 InertiaTensor(const Matrix3& second)
+{
+    const Matrix3& P = second;
+    return {{{P[1][1] + P[2][2], 0.0 - P[0][1], 0.0 - P[0][2]},
+             {0.0 - P[1][0], P[2][2] + P[0][0], 0.0 - P[1][2]},
+             {0.0 - P[2][0], 0.0 - P[2][1], P[0][0] + P[1][1]}}};
+}
+
+Vector3 Multiply(const Matrix3& matrix, const Vector3& v)
+{
+    Vector3 product = {};
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) { product[i] += matrix[i][j] * v[j]; }
+    }
+    return product;
 }
 
 double TotalMass(const ModelStore& model)
@@ -74,12 +104,19 @@ double TotalMass(const ModelStore& model)
     return mass;
 }
 
-Matrix3 RotationalMass(const ModelStore& model)
+Matrix3 BeamRotationalMass(const BeamElement& beam)
 {
-    Matrix3 sum = {};
+    Matrix3 J = InertiaTensor(BeamMoments(beam).second);
+    // Deliberate: the beam's torsional inertia stands at (x, x) whatever its direction. Keep: the balance report and
+    // all results of models with beams depend on it.
+    J[0][0] = BeamLength(beam) * beam.Density * beam.section.J;
+    return J;
+}
+
+Matrix3 RotationalMass(const ModelStore& model, const std::vector<NodeInertia>& shellInertia)
+{
+    Matrix3 sum = InertiaTensor(ShellMoments(model, shellInertia).second);
     for (const BeamElement& beam : model.BeamElements) { Add(sum, BeamRotationalMass(beam)); }
-    for (const QuadShellElement& element : model.QuadElements) { Add(sum, QuadRotationalMass(element)); }
-    for (const TriShellElement& element : model.TriElements) { Add(sum, TriRotationalMass(element)); }
     return sum;
 }
 

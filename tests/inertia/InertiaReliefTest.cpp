@@ -237,7 +237,7 @@ ModelStore PlateWithBeams()
 TEST(BalanceByInertiaRelief, BeamsLeaveTheMomentAboutXOfTheirReplacedInertia)
 {
     ModelStore model = PlateWithBeams();
-    const Vector3 alpha = Solve3x3(RotationalMass(model), ResultantOfLoads(model).moment);
+    const Vector3 alpha = Solve3x3(RotationalMass(model, ShellInertia(model)), ResultantOfLoads(model).moment);
     double difference = 0.0;
     for (const BeamElement& beam : model.BeamElements) {
         Vector3 frame[3];
@@ -272,7 +272,8 @@ TEST(BalanceByInertiaRelief, SeveralDensitiesLeaveTheMomentOfTheMassCentre)
         moment = moment + tri.Density * tri.thickness * TriArea(tri) / 3.0 * (X[0] + X[1] + X[2]);
     }
     const LoadResultant applied = ResultantOfLoads(model);
-    const Vector3 a = applied.force / TotalMass(model), alpha = Solve3x3(RotationalMass(model), applied.moment);
+    const Vector3 a = applied.force / TotalMass(model),
+                  alpha = Solve3x3(RotationalMass(model, ShellInertia(model)), applied.moment);
     Balance(model);
     const LoadResultant rest = ResultantOfLoads(model);
     const Terms terms = TermsOf(model);
@@ -329,7 +330,7 @@ TEST(BalanceByInertiaRelief, ReportsMassAccelerationsLoadsAndResultantsInItsFixe
     const ModelStore before = model;
     const double mass = TotalMass(before);
     const double translational[9] = {mass, 0.0, 0.0, 0.0, mass, 0.0, 0.0, 0.0, mass};
-    const Matrix3 rotational = RotationalMass(before);
+    const Matrix3 rotational = RotationalMass(before, ShellInertia(before));
     const LoadResultant applied = ResultantOfLoads(before);
     const Vector3 a = applied.force / mass, alpha = Solve3x3(rotational, applied.moment);
     const std::string report = Balance(model);

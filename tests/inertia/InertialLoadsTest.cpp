@@ -1,13 +1,16 @@
 #include "inertia/InertialLoads.h"
 
+#include "core/Parallel.h"
 #include "elements/BeamSection.h"
 #include "elements/QuadGeometry.h"
 #include "inertia/MassProperties.h"
 #include "inertia/StructureCentroid.h"
 #include "support/ElementTools.h"
+#include "support/MeshBuilder.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace tarnvexo {
 namespace {
@@ -41,13 +44,40 @@ template <int Nodes> Vector3 MomentAboutOrigin(const ShellElement<Nodes>& elemen
     return moment;
 }
 
-Vector3 Product(const Matrix3& J, const Vector3& v)
+// Inertia tensors of single elements about the origin.
+template <int Nodes> Matrix3 ShellTensor(const ShellElement<Nodes>& element, const NodeInertia (&nodes)[Nodes])
 {
-    Vector3 product = {};
-    for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) { product[i] += J[i][j] * v[j]; }
-    }
-    return product;
+    MassMoments moments;
+    for (int i = 0; i < Nodes; ++i) { AddMoments(moments, NodeMoments(nodes[i], element.coordinates[i])); }
+    return InertiaTensor(moments.second);
+}
+
+Matrix3 QuadTensor(const QuadShellElement& element)
+{
+    NodeInertia nodes[QuadNodeCount];
+    QuadNodeInertia(element, nodes);
+    return ShellTensor<QuadNodeCount>(element, nodes);
+}
+
+Matrix3 TriTensor(const TriShellElement& element)
+{
+    NodeInertia nodes[TriNodeCount];
+    TriNodeInertia(element, nodes);
+    return ShellTensor<TriNodeCount>(element, nodes);
+}
+
+void QuadLoads(const QuadShellElement& element, const RigidAcceleration& acceleration, Vector3 f[QuadNodeCount])
+{
+    NodeInertia nodes[QuadNodeCount];
+    QuadNodeInertia(element, nodes);
+    for (int i = 0; i < QuadNodeCount; ++i) { f[i] = InertialForce(nodes[i], acceleration); }
+}
+
+void TriLoads(const TriShellElement& element, const RigidAcceleration& acceleration, Vector3 f[TriNodeCount])
+{
+    NodeInertia nodes[TriNodeCount];
+    TriNodeInertia(element, nodes);
+    for (int i = 0; i < TriNodeCount; ++i) { f[i] = InertialForce(nodes[i], acceleration); }
 }
 
 constexpr double X[4] = {0.3, 2.4, 2.0, 0.0}, Y[4] = {-0.5, -0.3, 0.9, 0.6};
@@ -70,7 +100,7 @@ TEST(QuadTranslationalLoads, AddUpToMinusMassTimesAcceleration)
 {
     const double g = 9.81, mass = Density * T * QuadArea(Quad());
     Vector3 f[4];
-    QuadTranslationalLoads(Quad(), {0.0, 0.0, g}, f);
+    QuadLoads(Quad(), {{0.0, 0.0, g}, {}}, f);
     ExpectVector(Sum(f), {0.0, 0.0, -mass * g}, 1e-14 * mass * g);
 }
 
@@ -79,7 +109,7 @@ TEST(QuadTranslationalLoads, AreAQuarterPerNodeOfAParallelogram)
     const auto quad = MakeQuad({{{0, 0, 0}, {2, 0.5, 0}, {2.6, 1.9, 0}, {0.6, 1.4, 0}}}, 1.0, 0.3, T, Density);
     const double mass = Density * T * 2.5;
     Vector3 f[4];
-    QuadTranslationalLoads(quad, A, f);
+    QuadLoads(quad, {A, {}}, f);
     for (const Vector3& force : f) { ExpectVector(force, -mass / 4.0 * A, 1e-14 * mass * 2.0); }
 }
 
@@ -94,7 +124,7 @@ TEST(QuadTranslationalLoads, AreSharedByTheShapeFunctions)
         }
     }
     Vector3 f[4];
-    QuadTranslationalLoads(Quad(), A, f);
+    QuadLoads(Quad(), {A, {}}, f);
     for (int i = 0; i < 4; ++i) { ExpectVector(f[i], -weight[i] * A, RuleError * weight[i]); }
 }
 
@@ -113,7 +143,7 @@ TEST(QuadRotationalLoads, AreTheIntegralsOfTheAccelerationAtTheTrueNodes)
             }
         }
     }
-    QuadRotationalLoads(quad, Alpha, f);
+    QuadLoads(quad, {{}, Alpha}, f);
     for (int i = 0; i < 4; ++i) { ExpectVector(f[i], exact[i], RuleError * Density * T * QuadArea(quad)); }
 }
 
@@ -121,10 +151,10 @@ TEST(QuadRotationalLoads, HaveTheMomentOfMinusRotationalMassTimesAcceleration)
 {
     for (const double warp : {0.0, 0.5}) {
         const QuadShellElement quad = Quad(warp);
-        const Matrix3 J = QuadRotationalMass(quad);
+        const Matrix3 J = QuadTensor(quad);
         Vector3 f[4];
-        QuadRotationalLoads(quad, Alpha, f);
-        ExpectVector(MomentAboutOrigin(quad, f), -Product(J, Alpha), 1e-14 * J[0][0]);
+        QuadLoads(quad, {{}, Alpha}, f);
+        ExpectVector(MomentAboutOrigin(quad, f), -Multiply(J, Alpha), 1e-14 * J[0][0]);
     }
 }
 
@@ -132,7 +162,7 @@ TEST(TriTranslationalLoads, AreAThirdPerNode)
 {
     const double mass = Density * T * TriArea(Tri());
     Vector3 f[3];
-    TriTranslationalLoads(Tri(), A, f);
+    TriLoads(Tri(), {A, {}}, f);
     for (const Vector3& force : f) { ExpectVector(force, -mass / 3.0 * A, 1e-14 * mass); }
 }
 
@@ -143,7 +173,7 @@ TEST(TriRotationalLoads, AreSharedConsistently)
     const double mass = Density * T * TriArea(tri);
     const Vector3* r = tri.coordinates;
     Vector3 f[3];
-    TriRotationalLoads(tri, Alpha, f);
+    TriLoads(tri, {{}, Alpha}, f);
     for (int i = 0; i < 3; ++i) {
         ExpectVector(f[i], -mass / 12.0 * Cross(Alpha, r[0] + r[1] + r[2] + r[i]), 1e-14 * mass);
     }
@@ -152,10 +182,10 @@ TEST(TriRotationalLoads, AreSharedConsistently)
 TEST(TriRotationalLoads, HaveTheMomentOfMinusRotationalMassTimesAcceleration)
 {
     const auto tri = Tri();
-    const Matrix3 J = TriRotationalMass(tri);
+    const Matrix3 J = TriTensor(tri);
     Vector3 f[3];
-    TriRotationalLoads(tri, Alpha, f);
-    ExpectVector(MomentAboutOrigin(tri, f), -Product(J, Alpha), 1e-14 * J[0][0]);
+    TriLoads(tri, {{}, Alpha}, f);
+    ExpectVector(MomentAboutOrigin(tri, f), -Multiply(J, Alpha), 1e-14 * J[0][0]);
 }
 
 BeamElement Beam(double offset = 0.05)
@@ -229,14 +259,14 @@ double MassOf(const BeamElement& beam)
 TEST(BeamTranslationalLoads, AreTheIntegralsOfTheInertiaWithTheMomentOfTheOffset)
 {
     double f[BeamDofCount];
-    BeamTranslationalLoads(Beam(), A, f);
+    BeamInertialLoads(Beam(), {A, {}}, f);
     ExpectEnds(Ends(f), ExactLoads(Beam(), [](const Vector3&) { return A; }), 1e-14 * MassOf(Beam()));
 }
 
 TEST(BeamTranslationalLoads, WithoutOffsetAreEqualForcesAndOppositeMoments)
 {
     double f[BeamDofCount];
-    BeamTranslationalLoads(Tube(), A, f);
+    BeamInertialLoads(Tube(), {A, {}}, f);
     const EndLoads ends = Ends(f);
     const double tolerance = 1e-14 * MassOf(Tube());
     ExpectVector(ends.F1, -MassOf(Tube()) / 2.0 * A, tolerance);
@@ -249,7 +279,7 @@ TEST(BeamRotationalLoads, AreTheIntegralsOfTheInertiaWithTheMomentOfTheOffset)
 {
     for (const double offset : {0.05, -0.4}) {
         double f[BeamDofCount];
-        BeamRotationalLoads(Beam(offset), Alpha, f);
+        BeamInertialLoads(Beam(offset), {{}, Alpha}, f);
         ExpectEnds(Ends(f), ExactLoads(Beam(offset), [](const Vector3& r) { return Cross(Alpha, r); }),
                    1e-14 * MassOf(Beam(offset)));
     }
@@ -266,10 +296,10 @@ TEST(BeamRotationalLoads, HaveTheMomentOfTheRodAndNotOfTheReplacedEntry)
     const double replaced = J[0][0];
     J[0][0] = MassOf(beam) / 6.0 * (acrossX(p) + 4.0 * acrossX(m) + acrossX(q)); // Simpson's rule, exact
     double f[BeamDofCount];
-    BeamRotationalLoads(beam, Alpha, f);
+    BeamInertialLoads(beam, {{}, Alpha}, f);
     const EndLoads ends = Ends(f);
     const Vector3 moment = Cross(beam.node1, ends.F1) + ends.M1 + Cross(beam.node2, ends.F2) + ends.M2;
-    ExpectVector(moment, -Product(J, Alpha), 1e-14 * MassOf(beam));
+    ExpectVector(moment, -Multiply(J, Alpha), 1e-14 * MassOf(beam));
     EXPECT_GT(std::fabs(J[0][0] - replaced), 0.1 * J[0][0]);
 }
 
@@ -277,9 +307,9 @@ TEST(InertialLoads, WithoutAngularAccelerationAreZeroForEveryElement)
 {
     Vector3 quad[4], tri[3];
     double beam[BeamDofCount];
-    QuadRotationalLoads(Quad(), {}, quad);
-    TriRotationalLoads(Tri(), {}, tri);
-    BeamRotationalLoads(Beam(), {}, beam);
+    QuadLoads(Quad(), {{}, {}}, quad);
+    TriLoads(Tri(), {{}, {}}, tri);
+    BeamInertialLoads(Beam(), {{}, {}}, beam);
     for (const Vector3& f : quad) { ExpectVector(f, {}, 0.0); }
     for (const Vector3& f : tri) { ExpectVector(f, {}, 0.0); }
     for (double f : beam) { EXPECT_EQ(f, 0.0); }
@@ -290,13 +320,74 @@ TEST(InertialLoads, PointAgainstTheAcceleration)
 {
     Vector3 quad[4], tri[3];
     double f[BeamDofCount];
-    QuadTranslationalLoads(Quad(), A, quad);
-    TriTranslationalLoads(Tri(), A, tri);
-    BeamTranslationalLoads(Beam(), A, f);
+    QuadLoads(Quad(), {A, {}}, quad);
+    TriLoads(Tri(), {A, {}}, tri);
+    BeamInertialLoads(Beam(), {A, {}}, f);
     for (const Vector3& force : quad) { EXPECT_LT(Dot(force, A), 0.0); }
     for (const Vector3& force : tri) { EXPECT_LT(Dot(force, A), 0.0); }
     EXPECT_LT(Dot(Ends(f).F1, A), 0.0);
     EXPECT_LT(Dot(Ends(f).F2, A), 0.0);
+}
+
+// One quadrilateral, one triangle and one beam on five nodes; node 5 has no element.
+ModelStore OneOfEach()
+{
+    MeshBuilder mesh(Steel);
+    for (const Vector3& node : {Vector3{3, 1, 2}, {5, 0.2, 2.5}, {5.3, 2, 2}, {3, 2.4, 1}, {8, 1, 3}, {4, 0, 6}}) {
+        mesh.AddNode(node);
+    }
+    mesh.AddQuad({0, 1, 2, 3}, 0.05);
+    mesh.AddTri({1, 4, 2}, 0.02);
+    mesh.AddLBeam(4, 0, {1.0, 0.5, 0.0}, {0.2, 0.01, 0.1, 0.02}, 0.05);
+    return mesh.Model();
+}
+
+TEST(AddInertialLoads, AddsTheLoadsOfEveryElementAtItsNodes)
+{
+    const ModelStore model = OneOfEach();
+    const RigidAcceleration acceleration = {A, Alpha};
+    std::vector<double> expected(std::size_t(DofsPerNode) * model.NPOIN, 1.0);
+    Vector3 quad[QuadNodeCount], tri[TriNodeCount];
+    double beam[BeamDofCount];
+    QuadLoads(model.QuadElements[0], acceleration, quad);
+    TriLoads(model.TriElements[0], acceleration, tri);
+    BeamInertialLoads(model.BeamElements[0], acceleration, beam);
+    for (int k = 0; k < 3; ++k) {
+        for (int i = 0; i < QuadNodeCount; ++i) { expected[DofsPerNode * i + k] += quad[i][k]; }
+        const int triNodes[TriNodeCount] = {1, 4, 2};
+        for (int i = 0; i < TriNodeCount; ++i) { expected[DofsPerNode * triNodes[i] + k] += tri[i][k]; }
+    }
+    for (int k = 0; k < DofsPerNode; ++k) {
+        expected[DofsPerNode * 4 + k] += beam[k];
+        expected[k] += beam[DofsPerNode + k];
+    }
+    std::vector<double> loads(expected.size(), 1.0);
+    AddInertialLoads(model, ShellInertia(model), acceleration, loads);
+    EXPECT_LT(LargestDifference(expected.data(), loads.data(), static_cast<int>(loads.size())), 1e-14);
+    for (int k = 0; k < DofsPerNode; ++k) { EXPECT_EQ(loads[DofsPerNode * 5 + k], 1.0); }
+}
+
+// 60 x 60 quadrilaterals and as many beams: several ranges.
+TEST(AddInertialLoads, GivesTheSameBitsWithAnyNumberOfThreads)
+{
+    MeshBuilder mesh(Steel);
+    const Grid grid = AddGrid(mesh, 60, 60, 0.02, Cell::Quad, [](int i, int j) {
+        return Vector3{0.3 * i + 0.1 * std::sin(7.0 * j), 0.3 * j, std::cos(3.0 * i)};
+    });
+    for (int i = 0; i < 60; ++i) {
+        for (int j = 0; j < 60; ++j) {
+            mesh.AddTube(grid.At(i, j), grid.At(i + 1, j + 1), {0.2, 0.1, 1.0}, {0.05, 0.01});
+        }
+    }
+    std::vector<double> first;
+    for (const int threads : {1, 2, 5}) {
+        SetThreadCount(threads);
+        std::vector<double> loads(std::size_t(DofsPerNode) * mesh.Model().NPOIN, 0.0);
+        AddInertialLoads(mesh.Model(), ShellInertia(mesh.Model()), {A, Alpha}, loads);
+        SetThreadCount(0);
+        first = threads == 1 ? loads : first;
+        EXPECT_EQ(loads, first) << threads << " threads";
+    }
 }
 
 } // namespace

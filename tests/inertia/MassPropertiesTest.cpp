@@ -21,6 +21,33 @@ const double Pi = std::acos(-1.0);
 // The short decimals of the quadrilateral's rule leave 5e-8 of second moments.
 constexpr double RuleError = 1e-7;
 
+// Inertia tensors of single elements about the origin.
+template <int Nodes> Matrix3 ShellTensor(const ShellElement<Nodes>& element, const NodeInertia (&nodes)[Nodes])
+{
+    MassMoments moments;
+    for (int i = 0; i < Nodes; ++i) { AddMoments(moments, NodeMoments(nodes[i], element.coordinates[i])); }
+    return InertiaTensor(moments.second);
+}
+
+Matrix3 QuadTensor(const QuadShellElement& element)
+{
+    NodeInertia nodes[QuadNodeCount];
+    QuadNodeInertia(element, nodes);
+    return ShellTensor<QuadNodeCount>(element, nodes);
+}
+
+Matrix3 TriTensor(const TriShellElement& element)
+{
+    NodeInertia nodes[TriNodeCount];
+    TriNodeInertia(element, nodes);
+    return ShellTensor<TriNodeCount>(element, nodes);
+}
+
+Matrix3 Tensor(const ModelStore& model)
+{
+    return RotationalMass(model, ShellInertia(model));
+}
+
 void ExpectTensor(const Matrix3& J, const Matrix3& expected, double relative)
 {
     double largest = 0.0;
@@ -88,7 +115,7 @@ TEST_P(ShellMassProperties, OfAPlateAreThoseOfTheRectangle)
     AddFace(mesh, FromFrame(frame, c), a / 2 * frame[0], b / 2 * frame[1], t, GetParam());
     const Matrix3 own = {{{mass * b * b / 12, 0, 0}, {0, mass * a * a / 12, 0}, {0, 0, mass * (a * a + b * b) / 12}}};
     EXPECT_NEAR(TotalMass(mesh.Model()), mass, 1e-14 * mass);
-    ExpectTensor(InFrame(frame, RotationalMass(mesh.Model())), SumOf({own, PointMass(mass, c)}), RuleError);
+    ExpectTensor(InFrame(frame, Tensor(mesh.Model())), SumOf({own, PointMass(mass, c)}), RuleError);
 }
 
 // Six walls a·b, b·c, c·a about the middle of the box.
@@ -109,8 +136,7 @@ TEST_P(ShellMassProperties, OfABoxAreThoseOfItsSixWalls)
     const double zz = unit * ((c * a + b * c) * c * c / 12 + a * b * c * c / 4);
     const double mass = unit * (a * b + b * c + c * a);
     EXPECT_NEAR(TotalMass(mesh.Model()), mass, 1e-14 * mass);
-    ExpectTensor(InFrame(f, RotationalMass(mesh.Model())), {{{yy + zz, 0, 0}, {0, zz + xx, 0}, {0, 0, xx + yy}}},
-                 RuleError);
+    ExpectTensor(InFrame(f, Tensor(mesh.Model())), {{{yy + zz, 0, 0}, {0, zz + xx, 0}, {0, 0, xx + yy}}}, RuleError);
 }
 
 // Regular prism of n walls: each w wide at the distance r from the axis, M·(r² + w²/12) about it. Half of that and
@@ -128,29 +154,28 @@ TEST_P(ShellMassProperties, OfARingAreThoseOfItsFacets)
     const double mass = n * w * h * t * Steel.Density, about = mass * (r * r + w * w / 12);
     const double across = about / 2 + mass * h * h / 12;
     EXPECT_NEAR(TotalMass(mesh.Model()), mass, 1e-14 * mass);
-    ExpectTensor(InFrame(f, RotationalMass(mesh.Model())), {{{across, 0, 0}, {0, across, 0}, {0, 0, about}}},
-                 RuleError);
+    ExpectTensor(InFrame(f, Tensor(mesh.Model())), {{{across, 0, 0}, {0, across, 0}, {0, 0, about}}}, RuleError);
 }
 
 TEST_P(ShellMassProperties, TurnWithTheStructure)
 {
-    const auto tensor = [](const Frame& frame) {
+    const auto turned = [](const Frame& frame) {
         MeshBuilder mesh(Steel);
         AddFace(mesh, FromFrame(frame, {0.4, -0.7, 1.1}), FromFrame(frame, {1.0, 0.2, 0.1}),
                 FromFrame(frame, {-0.3, 0.5, 0.2}), 0.02, GetParam());
-        return RotationalMass(mesh.Model());
+        return Tensor(mesh.Model());
     };
     const Frame global = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-    ExpectTensor(InFrame(SkewFrame(), tensor(SkewFrame())), tensor(global), 1e-14);
+    ExpectTensor(InFrame(SkewFrame(), turned(SkewFrame())), turned(global), 1e-14);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cells, ShellMassProperties, testing::Values(Cell::Quad, Cell::Tri),
                          [](const auto& info) { return info.param == Cell::Quad ? "Quads" : "Triangles"; });
 
-TEST(TriRotationalMass, InThePlaneOfXAndYHasNoProductsWithZAndItsPolarMomentIsTheSumOfTheOthers)
+TEST(TriTensor, InThePlaneOfXAndYHasNoProductsWithZAndItsPolarMomentIsTheSumOfTheOthers)
 {
     const Matrix3 J =
-        TriRotationalMass(MakeTri({{{0.2, 0.1, 0}, {2.3, 0.6, 0}, {0.9, 1.8, 0}}}, 1.0, 0.3, 0.02, Steel.Density));
+        TriTensor(MakeTri({{{0.2, 0.1, 0}, {2.3, 0.6, 0}, {0.9, 1.8, 0}}}, 1.0, 0.3, 0.02, Steel.Density));
     EXPECT_EQ(J[0][2], 0.0);
     EXPECT_EQ(J[1][2], 0.0);
     EXPECT_EQ(J[2][0], 0.0);
@@ -159,7 +184,7 @@ TEST(TriRotationalMass, InThePlaneOfXAndYHasNoProductsWithZAndItsPolarMomentIsTh
 }
 
 // r runs through the true nodes, the area is that of the projection: 3 x 3 points over the bilinear r.
-TEST(QuadRotationalMass, OfAWarpedElementUsesTheTrueNodes)
+TEST(QuadTensor, OfAWarpedElementUsesTheTrueNodes)
 {
     const double x[4] = {0.0, 2.1, 1.7, -0.3}, y[4] = {0.0, 0.2, 1.4, 1.1}, z[4] = {0.4, 0.4, 0.4, 1.0};
     const auto quad = MakeQuad({{{x[0], y[0], z[0]}, {x[1], y[1], z[1]}, {x[2], y[2], z[2]}, {x[3], y[3], z[3]}}}, 1.0,
@@ -175,10 +200,10 @@ TEST(QuadRotationalMass, OfAWarpedElementUsesTheTrueNodes)
             exact = SumOf({exact, PointMass(Steel.Density * 0.02 * point.detJ * weights[i] * weights[j], r)});
         }
     }
-    ExpectTensor(QuadRotationalMass(quad), exact, RuleError);
+    ExpectTensor(QuadTensor(quad), exact, RuleError);
     auto flat = quad;
     flat.coordinates[3][2] = 0.4;
-    EXPECT_GT(std::fabs(QuadRotationalMass(flat)[0][0] - exact[0][0]), 0.1 * exact[0][0]); // the height matters
+    EXPECT_GT(std::fabs(QuadTensor(flat)[0][0] - exact[0][0]), 0.1 * exact[0][0]); // the height matters
 }
 
 BeamElement Tube(const Vector3& node1, const Vector3& node2)
@@ -219,7 +244,7 @@ TEST(RotationalMass, ChangesWhenTheStructureMoves)
     auto moved = quad;
     for (Vector3& node : moved.coordinates) { node = node + Vector3{0.0, 0.0, 3.0}; }
     const double mass = 0.02 * Steel.Density;
-    EXPECT_NEAR(QuadRotationalMass(moved)[0][0] - QuadRotationalMass(quad)[0][0], 9.0 * mass, 1e-13 * mass);
+    EXPECT_NEAR(QuadTensor(moved)[0][0] - QuadTensor(quad)[0][0], 9.0 * mass, 1e-13 * mass);
 }
 
 ModelStore OneOfEach()
@@ -247,16 +272,46 @@ TEST(TotalMass, IsVolumeTimesDensityOfEveryElement)
 TEST(RotationalMass, IsTheSumOfTheElements)
 {
     const ModelStore model = OneOfEach();
-    ExpectTensor(RotationalMass(model),
-                 SumOf({BeamRotationalMass(model.BeamElements[0]), QuadRotationalMass(model.QuadElements[0]),
-                        TriRotationalMass(model.TriElements[0])}),
+    ExpectTensor(Tensor(model),
+                 SumOf({BeamRotationalMass(model.BeamElements[0]), QuadTensor(model.QuadElements[0]),
+                        TriTensor(model.TriElements[0])}),
                  1e-15);
+}
+
+// The whole structure about the origin, and every element about a point as if the origin stood there.
+TEST(MassMoments, HaveTheMassTheCentreAndTheTensorOfTheElements)
+{
+    const ModelStore model = OneOfEach();
+    const MassMoments moments = MomentsOfMass(model, ShellInertia(model));
+    const double mass = TotalMass(model);
+    EXPECT_NEAR(moments.mass, mass, 1e-14 * mass);
+    Matrix3 rod = BeamRotationalMass(model.BeamElements[0]);
+    rod[0][0] = InertiaTensor(BeamMoments(model.BeamElements[0]).second)[0][0];
+    ExpectTensor(InertiaTensor(moments.second),
+                 SumOf({rod, QuadTensor(model.QuadElements[0]), TriTensor(model.TriElements[0])}), 1e-14);
+}
+
+TEST(MassMoments, AboutAPointAreThoseOfTheStructureMovedThere)
+{
+    const Vector3 point = {2.0, -1.0, 4.0};
+    ModelStore moved = OneOfEach();
+    ShiftOrigin(moved, -point);
+    const ModelStore model = OneOfEach();
+    const std::vector<NodeInertia> inertia = ShellInertia(model);
+    MassMoments about = BeamMoments(model.BeamElements[0], point);
+    for (int n = 0; n < model.NPOIN; ++n) {
+        AddMoments(about, NodeMoments(inertia[n], model.NodeCoordinates[n], point));
+    }
+    const MassMoments expected = MomentsOfMass(moved, ShellInertia(moved));
+    EXPECT_NEAR(about.mass, expected.mass, 1e-14 * expected.mass);
+    for (int k = 0; k < 3; ++k) { EXPECT_NEAR(about.first[k], expected.first[k], 1e-14 * 10.0 * expected.mass); }
+    ExpectTensor(about.second, expected.second, 1e-13);
 }
 
 TEST(MassProperties, OfAnEmptyModelAreZero)
 {
     EXPECT_EQ(TotalMass(ModelStore()), 0.0);
-    EXPECT_EQ(RotationalMass(ModelStore()), Matrix3{});
+    EXPECT_EQ(Tensor(ModelStore()), Matrix3{});
 }
 
 } // namespace

@@ -19,13 +19,12 @@ constexpr Material Steel = {2.06e11, 0.3, 7850.0};
 void EndMoments(const BeamElement& element, const double d[BeamDofCount], const Vector3& a, const Vector3& alpha,
                 double moments[BeamNodeCount])
 {
-    double K[BeamDofCount][BeamDofCount], translational[BeamDofCount], rotational[BeamDofCount];
+    double K[BeamDofCount][BeamDofCount], inertial[BeamDofCount];
     BeamStiffness(element, K);
-    BeamTranslationalLoads(element, a, translational);
-    BeamRotationalLoads(element, alpha, rotational);
+    BeamInertialLoads(element, {a, alpha}, inertial);
     for (int end = 0; end < BeamNodeCount; ++end) {
         const int row = DofsPerNode * end + RY;
-        moments[end] = -translational[row] - rotational[row];
+        moments[end] = -inertial[row];
         for (int j = 0; j < BeamDofCount; ++j) { moments[end] += K[row][j] * d[j]; }
     }
 }
