@@ -24,7 +24,7 @@ fs::path PathOf(const std::string& text)
 
 [[noreturn]] void FailToWrite(const std::string& file, int error)
 {
-    throw RunFailure(ExitFile, file + ": error: the report cannot be written: " + std::strerror(error) +
+    throw RunFailure(ExitFile, file + ": error: the text cannot be written: " + std::strerror(error) +
                                    "\n  expected: a place that may be written to and has room"
                                    "\n  to do:    name another place");
 }

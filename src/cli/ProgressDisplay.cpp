@@ -14,8 +14,9 @@ constexpr const char* ToLineBegin = "\r\x1b[K"; // and erase the line
 
 std::string StageLabel(const Progress& progress)
 {
+    const std::string position = "[" + std::to_string(progress.number) + "/" + std::to_string(progress.stages) + "]";
     char label[64];
-    std::snprintf(label, sizeof label, "[%2d/%d] %-12s", progress.number, progress.stages, progress.stage);
+    std::snprintf(label, sizeof label, "%-8s%-12s", position.c_str(), progress.stage);
     return label;
 }
 
@@ -38,9 +39,8 @@ std::string StageEndText(const Progress& progress)
     char figures[64];
     std::snprintf(figures, sizeof figures, "%10s%10s", DurationText(progress.stageSeconds).c_str(),
                   MemoryText(progress.memoryGigabytes).c_str());
-    const bool worthTelling = progress.secondsLeft >= 0.5;
-    return StageLabel(progress) + figures +
-           (worthTelling ? "   about " + DurationText(progress.secondsLeft) + " left" : std::string());
+    const bool known = progress.secondsLeft > 0.0;
+    return StageLabel(progress) + figures + (known ? "   " + EstimateText(progress.secondsLeft) + " left" : "");
 }
 
 ProgressDisplay::ProgressDisplay(ProgressStyle style, Destination destination)

@@ -70,6 +70,14 @@ std::string DurationText(double seconds)
     return Formatted(seconds < 9.995 ? "%.2f s" : "%.1f s", seconds);
 }
 
+std::string EstimateText(double seconds)
+{
+    if (seconds < 1.0) {
+        return "less than 1 s";
+    }
+    return "about " + (seconds < 59.5 ? Formatted("%.0f s", seconds) : DurationText(seconds));
+}
+
 std::string MemoryText(double gigabytes)
 {
     return gigabytes < 0.1 ? ThreeDigits(gigabytes * 1000.0, "MB") : ThreeDigits(gigabytes, "GB");

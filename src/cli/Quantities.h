@@ -36,6 +36,9 @@ std::string PlaceText(const Vector3& place);
 // 0.42 s, 12.3 s, 4 min 05 s, 2 h 07 min
 std::string DurationText(double seconds);
 
+// An estimate: "about 3 s", "about 4 min 05 s", "less than 1 s"
+std::string EstimateText(double seconds);
+
 // 0.412 GB; below a tenth of a gigabyte in MB
 std::string MemoryText(double gigabytes);
 

@@ -2,6 +2,7 @@
 
 #include "cli/ReportFigures.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 namespace tarnvexo {
@@ -176,10 +177,42 @@ Json ReportHead(const char* command, const std::string& modelFile, const UnitTex
 }
 
 // A path may hold bytes that are no UTF-8; they are replaced.
+std::string ScalarText(const Json& json)
+{
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+bool HoldsScalarsOnly(const Json& json)
+{
+    return std::none_of(json.begin(), json.end(), [](const Json& one) { return one.is_structured(); });
+}
+
+// Indented text in which lists and records of scalars stand on one line: [1.0, 2.0, 3.0], {"node": 12, "dof": "dx"}.
+std::string IndentedText(const Json& json, std::size_t indent)
+{
+    constexpr std::size_t mostOnALine = 8;
+    if (!json.is_structured()) {
+        return ScalarText(json);
+    }
+    const bool oneLine = HoldsScalarsOnly(json) && json.size() <= mostOnALine;
+    const std::string lineBegin = oneLine ? "" : "\n" + std::string(indent + 2, ' ');
+    std::string text = json.is_object() ? "{" : "[";
+    const char* separator = "";
+    for (const auto& [key, value] : json.items()) {
+        text += separator + lineBegin;
+        if (json.is_object()) {
+            text += ScalarText(key) + ": ";
+        }
+        text += IndentedText(value, indent + 2);
+        separator = oneLine ? ", " : ",";
+    }
+    text += oneLine ? "" : "\n" + std::string(indent, ' ');
+    return text + (json.is_object() ? "}" : "]");
+}
+
 std::string JsonText(const Json& json)
 {
-    constexpr int indent = 2;
-    return json.dump(indent, ' ', false, Json::error_handler_t::replace) + "\n";
+    return IndentedText(json, 0) + "\n";
 }
 
 } // namespace

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tarnvexo {
@@ -103,7 +106,8 @@ void AddParts(TextPage& page, const std::vector<PartReport>& parts)
 
 void AddMass(TextPage& page, const MassSummary& mass, const UnitTexts& unit)
 {
-    static constexpr const char* inertiaLabels[3] = {"inertia about it, row x", "row y", "row z"};
+    static constexpr const char* inertiaLabels[3] = {"inertia about it  xx xy xz", "                  yx yy yz",
+                                                     "                  zx zy zz"};
     page.Heading("MASS");
     page.Row("mass", mass.mass, unit.mass);
     page.ColumnTitles({"x", "y", "z"});
@@ -139,15 +143,15 @@ void AddBalance(TextPage& page, const BalanceSheet& balance, const UnitTexts& un
     page.Row("applied moment about (0, 0, 0)", WithSize(balance.appliedAboutOrigin.moment), unit.moment);
     page.Row("acceleration of the centroid", WithSize(balance.applied.a), unit.acceleration);
     if (unit.standardGravity > 0.0) {
-        page.Row("", WithSize(balance.applied.a / unit.standardGravity), "g");
+        page.Row("  in g", WithSize(balance.applied.a / unit.standardGravity), "g");
     }
     page.Row("angular acceleration", WithSize(balance.applied.alpha), unit.angularAcceleration);
     page.Row("remaining force", WithSize(balance.remaining.force), unit.force);
     page.Row("remaining moment about centroid", WithSize(balance.remaining.moment), unit.moment);
-    page.Text("relative to the loads", "force " + ShareText(balance.relativeForce) +
-                                           " of Σ|F| = " + WithUnit(balance.forceSize, unit.force) + "; moment " +
-                                           ShareText(balance.relativeMoment) +
-                                           " of Σ(|r|·|F| + |M|) = " + WithUnit(balance.momentSize, unit.moment));
+    page.ColumnTitles({"relative", "loads"});
+    page.Row("remaining force of Σ|F|", {ShareText(balance.relativeForce), NumberText(balance.forceSize)}, unit.force);
+    page.Row("moment of Σ(|r|·|F| + |M|)", {ShareText(balance.relativeMoment), NumberText(balance.momentSize)},
+             unit.moment);
     page.Text("the classic way", ClassicText(balance));
 }
 
@@ -157,16 +161,34 @@ void AddWarnings(TextPage& page, const std::vector<std::string>& warnings)
     for (const std::string& warning : warnings) { page.Paragraph("  ", warning); }
 }
 
+void AddEngine(TextPage& page, const SolverReport& solver)
+{
+    const std::pair<const char*, const std::string&> rows[] = {
+        {"engine", solver.engine}, {"ordering", solver.ordering}, {"kernels", solver.kernels}};
+    for (const auto& [label, text] : rows) {
+        if (!text.empty()) {
+            page.Text(label, text);
+        }
+    }
+}
+
+// A line of the summary, which has short labels and long texts.
+void AddSummaryLine(TextPage& page, std::string_view label, std::string_view text)
+{
+    constexpr std::size_t labelWidth = 22;
+    page.Paragraph("  " + PaddedRight(label, labelWidth), text);
+}
+
 std::string BalanceSummary(const BalanceSheet& balance)
 {
     return std::string(IsBalanced(balance) ? "closed" : "NOT CLOSED") + " (" + BalanceName(balance.kind) +
-           "): " + ShareText(balance.relativeForce) + " of the forces and " + ShareText(balance.relativeMoment) +
+           "): " + ShareText(balance.relativeForce) + " of the forces, " + ShareText(balance.relativeMoment) +
            " of the moments remain";
 }
 
 std::string WarningSummary(const std::vector<std::string>& warnings)
 {
-    return warnings.empty() ? "none" : CountText(std::int64_t(warnings.size()), "warning") + ", see above";
+    return warnings.empty() ? "none" : std::to_string(warnings.size()) + ", see above";
 }
 
 // ---- sections of a solved model
@@ -221,9 +243,7 @@ void AddSolution(TextPage& page, const SolveReport& report)
     const SolverReport& solver = report.solver;
     const double rate = FactoriseRate(report);
     page.Heading("SOLUTION");
-    page.Text("engine", solver.engine);
-    page.Text("ordering", solver.ordering);
-    page.Text("kernels", solver.kernels);
+    AddEngine(page, solver);
     page.Row("threads", {std::to_string(solver.threads)});
     page.Row("entries of the factor", {std::to_string(solver.factorEntries)}, MemoryText(solver.factorGigabytes));
     page.Row("operations", solver.factorOperations,
@@ -272,7 +292,7 @@ void AddFiles(TextPage& page, const std::vector<ResultFile>& files)
     if (files.empty()) {
         page.Paragraph("  ", "none were asked for");
     }
-    for (const ResultFile& file : files) { page.Row(file.path, {FileSizeText(file.bytes)}); }
+    for (const ResultFile& file : files) { page.Line(PaddedLeft(FileSizeText(file.bytes), 10) + "  " + file.path); }
 }
 
 void AddStages(TextPage& page, const SolveReport& report)
@@ -307,13 +327,14 @@ std::string FilesSummary(const std::vector<ResultFile>& files)
 void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts& unit)
 {
     page.Heading("SUMMARY");
-    page.Text("balance", BalanceSummary(report.balance));
-    page.Text("largest displacement", ExtremeSummary(report.largestDisplacement, unit.length));
-    page.Text("largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
-    page.Text("largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
-    page.Text("result files", FilesSummary(report.files));
-    page.Text("run", DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes) +
-                         "; warnings: " + WarningSummary(report.warnings));
+    AddSummaryLine(page, "balance", BalanceSummary(report.balance));
+    AddSummaryLine(page, "largest displacement", ExtremeSummary(report.largestDisplacement, unit.length));
+    AddSummaryLine(page, "largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
+    AddSummaryLine(page, "largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
+    AddSummaryLine(page, "result files", FilesSummary(report.files));
+    AddSummaryLine(page, "run",
+                   DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes) +
+                       "; warnings: " + WarningSummary(report.warnings));
 }
 
 // ---- sections of a model that is not solved
@@ -329,8 +350,7 @@ void AddCost(TextPage& page, const InfoReport& report)
     page.Row("expected time", {DurationText(report.expectedSeconds), DurationText(report.expectedSkylineSeconds)});
     page.Row("expected memory", {MemoryText(report.expectedMemoryGigabytes)},
              "of " + MemoryText(report.availableMemoryGigabytes) + " that can be had");
-    page.Text("engine", report.solver.engine);
-    page.Text("ordering", report.solver.ordering);
+    AddEngine(page, report.solver);
 }
 
 int FreeMotions(const std::vector<PartReport>& parts)
@@ -344,14 +364,16 @@ void AddInfoSummary(TextPage& page, const InfoReport& report, const UnitTexts& u
 {
     const MassSummary& mass = report.balance.mass;
     page.Heading("SUMMARY");
-    page.Text("parts", std::to_string(report.parts.size()) + ", with " + FreeMotionText(FreeMotions(report.parts)));
-    page.Text("mass", WithUnit(mass.mass, unit.mass) + ", centre of gravity " + PlaceText(mass.centreOfGravity));
-    page.Text("applied force", WithUnit(Length(report.balance.appliedAboutCentroid.force), unit.force));
-    page.Text("balance", BalanceSummary(report.balance));
-    page.Text("tarnvexo solve", "about " + DurationText(report.expectedSeconds) + " and " +
-                                    MemoryText(report.expectedMemoryGigabytes) + " of " +
-                                    MemoryText(report.availableMemoryGigabytes));
-    page.Text("warnings", WarningSummary(report.warnings));
+    AddSummaryLine(page, "parts",
+                   std::to_string(report.parts.size()) + ", with " + FreeMotionText(FreeMotions(report.parts)));
+    AddSummaryLine(page, "mass",
+                   WithUnit(mass.mass, unit.mass) + ", centre of gravity " + PlaceText(mass.centreOfGravity));
+    AddSummaryLine(page, "applied force", WithUnit(Length(report.balance.appliedAboutCentroid.force), unit.force));
+    AddSummaryLine(page, "balance", BalanceSummary(report.balance));
+    AddSummaryLine(page, "tarnvexo solve",
+                   EstimateText(report.expectedSeconds) + " and " + MemoryText(report.expectedMemoryGigabytes) +
+                       " of " + MemoryText(report.availableMemoryGigabytes));
+    AddSummaryLine(page, "warnings", WarningSummary(report.warnings));
 }
 
 } // namespace

@@ -15,16 +15,6 @@ std::string Blanks(std::size_t count)
     return std::string(count, ' ');
 }
 
-std::string PaddedRight(std::string_view text, std::size_t width)
-{
-    return std::string(text) + Blanks(width - std::min(width, TextWidth(text)));
-}
-
-std::string PaddedLeft(std::string_view text, std::size_t width)
-{
-    return Blanks(width - std::min(width, TextWidth(text))) + std::string(text);
-}
-
 // One line in pieces of at most `width` characters, cut at blanks; a longer word stays whole.
 std::vector<std::string> BrokenLine(std::string_view line, std::size_t width)
 {
@@ -56,6 +46,16 @@ std::size_t TextWidth(std::string_view text)
 {
     return static_cast<std::size_t>(
         std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string PaddedRight(std::string_view text, std::size_t width)
+{
+    return std::string(text) + Blanks(width - std::min(width, TextWidth(text)));
+}
+
+std::string PaddedLeft(std::string_view text, std::size_t width)
+{
+    return Blanks(width - std::min(width, TextWidth(text))) + std::string(text);
 }
 
 void TextPage::Heading(std::string_view title)
@@ -94,6 +94,13 @@ void TextPage::Row(std::string_view label, const Vector3& value, std::string_vie
 void TextPage::Text(std::string_view label, std::string_view text)
 {
     Paragraph(Margin + PaddedRight(label, LabelWidth) + Margin, text);
+}
+
+void TextPage::Line(std::string_view text)
+{
+    page += Margin;
+    page += text;
+    page += "\n";
 }
 
 void TextPage::Paragraph(std::string_view begin, std::string_view text)

@@ -17,10 +17,14 @@ namespace tarnvexo {
 // Characters of a UTF-8 text.
 std::size_t TextWidth(std::string_view text);
 
+// Blanks in front or behind, up to a width.
+std::string PaddedLeft(std::string_view text, std::size_t width);
+std::string PaddedRight(std::string_view text, std::size_t width);
+
 class TextPage {
 public:
     static constexpr std::size_t Width = 100;
-    static constexpr std::size_t LabelWidth = 32;
+    static constexpr std::size_t LabelWidth = 31;
     static constexpr std::size_t NumberWidth = 14;
 
     void Heading(std::string_view title); // a blank line before it, unless the page begins
@@ -31,6 +35,7 @@ public:
     void Row(std::string_view label, const Vector3& value, std::string_view remark = {}); // x, y, z
     // Label and a text beside it.
     void Text(std::string_view label, std::string_view text);
+    void Line(std::string_view text); // as it is, however long
     // A text of one or several lines, the first behind `begin`, the others as far to the right.
     void Paragraph(std::string_view begin, std::string_view text);
 
