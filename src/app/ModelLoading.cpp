@@ -3,23 +3,30 @@
 #include "app/SolveDriver.h"
 #include "input/ModelFileReader.h"
 
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
 namespace tarnvexo {
 
-void LoadModel(ModelStore& model, const std::string& fileName, std::string& warnings)
+std::string LoadModel(ModelStore& model, const std::string& fileName)
 {
-    platform::FileText file;
-    std::string reason;
-    if (!file.Open(fileName, reason)) {
-        throw RunFailure(ExitFile, fileName + ": error: the model file cannot be read: " + reason +
+    const std::optional<ModelReading> reading = TryReadModelFile(model, fileName.c_str());
+    if (!reading) {
+        throw RunFailure(ExitFile, fileName + ": error: the model file cannot be read: " + std::strerror(errno) +
                                        "\n"
                                        "  expected: a readable model file, or a directory that holds fem_solving.txt\n"
                                        "  to do:    correct the path");
     }
-    const ModelReading reading = ReadModelText(model, file.Text(), fileName.c_str());
-    warnings = reading.warnings;
-    if (reading.end != ModelReading::End::Complete) {
-        throw RunFailure(ExitBadModel, reading.warnings + reading.fault);
+    if (reading->end != ModelReading::End::Complete) {
+        const std::string fault = !reading->fault.empty()
+                                      ? reading->fault
+                                      : fileName + ": error: this is no model file\n"
+                                                   "  expected: a text that begins with its release\n"
+                                                   "  to do:    see docs/formats/model-file.md";
+        throw RunFailure(ExitBadModel, reading->warnings + fault);
     }
+    return reading->warnings;
 }
 
 } // namespace tarnvexo

@@ -8,9 +8,9 @@
 
 namespace tarnvexo {
 
-// Fills the model. Warnings about text that did not match the format go to `warnings`, each with its line end.
+// Fills the model. Returns warnings about text that did not match the format, each with its line end.
 // Errors: throws RunFailure: a file that cannot be read (file error), another release or a fault of the model (bad
 // model).
-void LoadModel(ModelStore& model, const std::string& fileName, std::string& warnings);
+std::string LoadModel(ModelStore& model, const std::string& fileName);
 
 } // namespace tarnvexo

@@ -56,7 +56,7 @@ struct SolverReport {
     double factorOperations = 0.0;   // additions and multiplications
     double smallestPivotRatio = 0.0; // smallest pivot against the diagonal of the stiffness at the same place
     NodeDof smallestPivot;
-    double conditionEstimate = 0.0; // 1-norm
+    double conditionEstimate = 0.0; // lower bound: that of the matrix scaled to a unit diagonal is at least this
     double relativeResidual = 0.0;  // |f − K·u| / (|K|·|u| + |f|), infinity norm
 };
 

@@ -538,22 +538,31 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
     return ModelTextReader(model, text, fileName).Read();
 }
 
-void ReadModelFile(ModelStore& model, const char* fileName)
+std::optional<ModelReading> TryReadModelFile(ModelStore& model, const char* fileName)
 {
     const platform::MappedFile mapped(fileName);
     std::string_view text = mapped.Bytes();
     std::string copy;
-    if (text.empty() && !ReadWholeFile(fileName, copy)) {
+    if (text.empty()) { // an empty file, or one that cannot be mapped
+        if (!ReadWholeFile(fileName, copy)) {
+            return std::nullopt;
+        }
+        text = copy;
+    }
+    return ReadModelText(model, text, fileName);
+}
+
+void ReadModelFile(ModelStore& model, const char* fileName)
+{
+    const std::optional<ModelReading> attempt = TryReadModelFile(model, fileName);
+    if (!attempt) {
         Warn(std::string(fileName) + ": error: the model file cannot be read: " + std::strerror(errno) +
              "\n"
              "  expected: a readable file of this name in the current directory\n"
              "  to do:    change to the directory of the model and start the program there");
         FailWithPause(messages::PreprocessorFileError);
     }
-    if (text.empty()) {
-        text = copy;
-    }
-    const ModelReading reading = ReadModelText(model, text, fileName);
+    const ModelReading& reading = *attempt;
     std::fputs(reading.warnings.c_str(), stderr);
     switch (reading.end) {
     case ModelReading::End::Complete:

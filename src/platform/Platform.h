@@ -53,6 +53,12 @@ void RunProgram(const char* fileName);
 // UTF-8. Nothing is kept back: the bytes have left the process on return.
 void WriteStandardOutput(std::string_view text);
 
+// Writes text to standard output as UTF-8, whatever standard output is. False, with errno, when it cannot.
+bool WriteUtf8Output(std::string_view text);
+
+// True when standard error is a terminal whose lines can be rewritten in place ("\r", "\x1b[K").
+bool ErrorLinesCanBeRewritten();
+
 // Memory that can still be had without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
 

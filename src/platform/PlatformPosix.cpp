@@ -237,6 +237,17 @@ void WriteStandardOutput(std::string_view text)
     }
 }
 
+bool WriteUtf8Output(std::string_view text)
+{
+    return WriteAll(STDOUT_FILENO, text);
+}
+
+bool ErrorLinesCanBeRewritten()
+{
+    const char* terminal = std::getenv("TERM");
+    return isatty(STDERR_FILENO) && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
+}
+
 std::uint64_t AvailableMemory()
 {
     std::uint64_t available = 0;

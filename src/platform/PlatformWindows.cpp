@@ -40,6 +40,16 @@ std::string WideToGbk(const std::wstring& wide)
     return gbk;
 }
 
+// False when standard output is no console window. A window shows every character, whatever its code page.
+bool WriteToConsoleWindow(const std::wstring& wide)
+{
+    const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD mode = 0;
+    DWORD written = 0;
+    return GetConsoleMode(console, &mode) &&
+           WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+}
+
 } // namespace
 
 void ShowWarningBox(const char* text)
@@ -112,16 +122,25 @@ void RunProgram(const char* fileName)
 void WriteStandardOutput(std::string_view text)
 {
     const std::wstring wide = Utf8ToWide(text);
-    const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
-    DWORD mode = 0;
-    if (GetConsoleMode(console, &mode)) { // a console window shows every character, whatever its code page
-        DWORD written = 0;
-        WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+    if (WriteToConsoleWindow(wide)) {
         return;
     }
     const std::string gbk = WideToGbk(wide); // a file or a pipe, in text mode: "\n" leaves as "\r\n"
     std::fwrite(gbk.data(), 1, gbk.size(), stdout);
     std::fflush(stdout);
+}
+
+bool WriteUtf8Output(std::string_view text)
+{
+    return WriteToConsoleWindow(Utf8ToWide(text)) ||
+           (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0);
+}
+
+bool ErrorLinesCanBeRewritten()
+{
+    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode) && SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
 std::uint64_t AvailableMemory()

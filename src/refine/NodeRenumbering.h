@@ -1,33 +1,21 @@
 // refine/NodeRenumbering.h
-// Node numbers for a short skyline: reverse Cuthill–McKee. The nodes of every connected part are taken level by level
-// from a pseudo-peripheral node, neighbours in order of their degree, and the order is reversed.
-// Sources: E. Cuthill, J. McKee, Proc. 24th ACM National Conference (1969) 157–172; A. George, J. W. H. Liu, ACM Trans.
-// Math. Softw. 5 (1979) 284–295 (pseudo-peripheral node).
-//
-// newNumber [NPOIN]: newNumber[old] is the number that node `old` gets; a permutation of 0 ... NPOIN − 1.
-// Connected parts stay together, in the order of their lowest old numbers; a node without element is a part by itself.
-// Ties are decided by the old numbers: the same model gives the same order everywhere.
+// New numbers for the nodes of a model, so that the skyline of the console run gets short.
 #pragma once
 
 #include "core/ModelStore.h"
-#include "refine/NodeGraph.h"
 
 #include <cstdint>
 #include <vector>
 
 namespace tarnvexo {
 
-// Cost: O(N log d), d the largest number of neighbours, times the few level structures that find each start.
-std::vector<int> ReverseCuthillMcKee(const NodeGraph& graph);
-
-// Entries of the skyline of solver/SkylineProfile when the nodes have these numbers.
-std::int64_t SkylineEntriesWith(const NodeGraph& graph, const std::vector<int>& newNumber);
-
-// Gives the nodes new numbers in all tables of the model file; order and numbers of elements, restraints and loads
-// stay. Nothing that a run computes is moved: to be called before one.
+// newNumber [NPOIN]: newNumber[old] is the number that node `old` gets. Gives the nodes new numbers in all tables of
+// the model file; order and numbers of elements, restraints and loads stay. Nothing that a run computes is moved: to be
+// called before one.
 void PermuteNodes(ModelStore& model, const std::vector<int>& newNumber);
 
-// Renumbers by reverse Cuthill–McKee where that shortens the skyline, else leaves the numbers as they are.
+// Renumbers by reverse Cuthill–McKee (solver/BandOrdering) where that shortens the skyline, else leaves the numbers as
+// they are.
 struct Renumbering {
     std::vector<int> newNumber; // what was done: identity when the numbers were left
     std::int64_t skylineEntriesBefore = 0;

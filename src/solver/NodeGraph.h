@@ -15,6 +15,7 @@ struct NodeGraph {
     std::vector<int> neighbours;
 
     int Size() const { return static_cast<int>(first.size()) - 1; }
+    int Degree(int node) const { return first[node + 1] - first[node]; }
 };
 
 // From the connectivity of all elements. Cost: linear, through the elements around each node; in parallel.

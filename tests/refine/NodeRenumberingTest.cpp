@@ -1,5 +1,6 @@
 #include "refine/NodeRenumbering.h"
 
+#include "solver/BandOrdering.h"
 #include "solver/SkylineProfile.h"
 #include "support/MeshBuilder.h"
 #include "support/SameModel.h"
@@ -129,53 +130,11 @@ TEST(NodeRenumbering, BackAndForthGivesTheSameModel)
     EXPECT_EQ(test::DifferentTable(model, turned), "");
 }
 
-// Two chains whose nodes alternate, and two nodes without element.
-TEST(ReverseCuthillMcKee, KeepsConnectedPartsTogetherInTheOrderOfTheirLowestNodes)
-{
-    MeshBuilder mesh(Steel);
-    for (int n = 0; n < 10; ++n) { mesh.AddNode({double(n), 0.0, 0.0}); }
-    for (int n = 1; n < 6; ++n) { mesh.AddTube(n, n + 2, {0.0, 0.0, 1.0}, {0.1, 0.01}); } // 1-3-5-7 and 2-4-6
-    const std::vector<int> newNumber = ReverseCuthillMcKee(BuildNodeGraph(mesh.Model()));
-    EXPECT_EQ(newNumber, (std::vector<int>{0, 4, 7, 3, 6, 2, 5, 1, 8, 9}));
-}
-
-TEST(ReverseCuthillMcKee, StartsAtTheEndOfAChainNotInItsMiddle)
-{
-    MeshBuilder mesh(Steel);
-    for (int n = 0; n < 7; ++n) { mesh.AddNode({double(n), 0.0, 0.0}); }
-    const int chain[7] = {4, 6, 1, 0, 3, 5, 2};
-    for (int i = 0; i < 6; ++i) { mesh.AddTube(chain[i], chain[i + 1], {0.0, 0.0, 1.0}, {0.1, 0.01}); }
-    const std::vector<int> newNumber = ReverseCuthillMcKee(BuildNodeGraph(mesh.Model()));
-    for (std::size_t i = 0; i < 6; ++i) {
-        EXPECT_EQ(std::abs(newNumber[std::size_t(chain[i + 1])] - newNumber[std::size_t(chain[i])]), 1);
-    }
-}
-
-TEST(ReverseCuthillMcKee, OfAModelWithoutNodesIsEmpty)
-{
-    EXPECT_TRUE(ReverseCuthillMcKee(BuildNodeGraph(ModelStore())).empty());
-}
-
-TEST(ReverseCuthillMcKee, GivesEveryNumberOnce)
+TEST(NodeRenumbering, GivesEveryNumberOnce)
 {
     ModelStore plate = Plate(13, 7);
     PermuteNodes(plate, ScatteredNumbers(plate.NPOIN, 31));
     EXPECT_TRUE(IsPermutation(ReverseCuthillMcKee(BuildNodeGraph(plate))));
-}
-
-TEST(NodeGraph, HasEveryNeighbourOnceAndInOrder)
-{
-    const NodeGraph graph = BuildNodeGraph(test::StoreOf(test::OneOfEachKind()));
-    EXPECT_EQ(graph.first, (std::vector<std::int64_t>{0, 3, 7, 11, 14, 16}));
-    EXPECT_EQ(graph.neighbours, (std::vector<int>{1, 2, 3, 0, 2, 3, 4, 0, 1, 3, 4, 0, 1, 2, 1, 2}));
-}
-
-TEST(NodeGraph, OfAnElementThatHasANodeTwiceHasNoLoop)
-{
-    test::ModelText text = test::OneOfEachKind();
-    text.Quad({3, 3, 0, 0});
-    const NodeGraph graph = BuildNodeGraph(test::StoreOf(text));
-    EXPECT_EQ(graph.Degree(3), 3);
 }
 
 } // namespace

@@ -1,0 +1,57 @@
+# Completion of tarnvexo for bash: source this file, or install it as
+# share/bash-completion/completions/tarnvexo, where bash-completion finds it.
+
+# Files and directories that begin with the current word; directories are gone into.
+_tarnvexo_paths()
+{
+    compopt -o filenames 2>/dev/null # there is nothing to set when a test calls this outside a completion
+    mapfile -t COMPREPLY < <(compgen -f -- "$1")
+}
+
+_tarnvexo_words()
+{
+    mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2")
+}
+
+_tarnvexo()
+{
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+    COMPREPLY=()
+
+    # "--solver=sp" arrives as three words: "--solver" "=" "sp".
+    if [[ $current == "=" ]]; then
+        current=
+    elif [[ $previous == "=" ]]; then
+        previous=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
+
+    if ((COMP_CWORD == 1)); then
+        _tarnvexo_words "solve info refine renumber --help -h --version" "$current"
+        return
+    fi
+    case $previous in
+        --solver) _tarnvexo_words "auto sparse skyline" "$current"; return ;;
+        --balance) _tarnvexo_words "exact classic" "$current"; return ;;
+        --displacements) _tarnvexo_words "mass-orthogonal held" "$current"; return ;;
+        --units) _tarnvexo_words "SI mm-t-s" "$current"; return ;;
+        --format) _tarnvexo_words "text none" "$current"; return ;;
+        --threads) _tarnvexo_words "1 2 4 8 16" "$current"; return ;;
+        -k) _tarnvexo_words "2 3 4" "$current"; return ;;
+        -o | --output | --json) _tarnvexo_paths "$current"; return ;;
+    esac
+    if [[ $current != -* ]]; then
+        _tarnvexo_paths "$current"
+        return
+    fi
+    case $command in
+        solve)
+            _tarnvexo_words "-o --output --format --balance --displacements --solver --threads --units --json -q --quiet
+                -h --help" "$current"
+            ;;
+        info) _tarnvexo_words "--units --json -q --quiet -h --help" "$current" ;;
+        refine) _tarnvexo_words "-k -o --output --no-renumber -h --help" "$current" ;;
+        renumber) _tarnvexo_words "-o --output -h --help" "$current" ;;
+    esac
+}
+
+complete -F _tarnvexo tarnvexo

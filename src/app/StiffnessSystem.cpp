@@ -1,0 +1,208 @@
+#include "app/StiffnessSystem.h"
+
+#include "app/CostModel.h"
+#include "app/SparseAssembly.h"
+#include "core/Parallel.h"
+#include "platform/Platform.h"
+#include "solver/BandOrdering.h"
+#include "solver/NodeGraph.h"
+#include "solver/NodeOrdering.h"
+#include "solver/SolutionCheck.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <numeric>
+#include <stdexcept>
+
+namespace tarnvexo {
+
+namespace {
+
+constexpr double BytesToGigabytes = 1.0 / (1 << 30);
+constexpr const char* DofNames[DofsPerNode] = {"dx", "dy", "dz", "rx", "ry", "rz"};
+
+EngineKind KindFor(const ModelStore& model, SolverKind kind)
+{
+    const bool isSmall = std::int64_t(DofsPerNode) * model.NPOIN <= FewEquations;
+    return kind == SolverKind::Skyline || (kind == SolverKind::Automatic && isSmall) ? EngineKind::Skyline
+                                                                                     : EngineKind::Cholmod;
+}
+
+// Elements of one kind that have the node, as "quads 3, 17, 20".
+template <class Connectivity> std::string ElementsAt(int node, const char* kind, const Connectivity& connectivity)
+{
+    constexpr int most = 8;
+    std::string text;
+    int found = 0;
+    for (std::size_t e = 0; e < connectivity.size(); ++e) {
+        if (std::find(connectivity[e].begin(), connectivity[e].end(), node) != connectivity[e].end()) {
+            if (found++ < most) {
+                text += (text.empty() ? std::string(kind) + " " : ", ") + std::to_string(e);
+            }
+        }
+    }
+    return found > most ? text + ", ..." : text;
+}
+
+std::string AllElementsAt(const ModelStore& model, int node)
+{
+    std::string text;
+    for (const std::string& kind : {ElementsAt(node, "four-node shells", model.QuadConnectivity),
+                                    ElementsAt(node, "three-node shells", model.TriConnectivity),
+                                    ElementsAt(node, "beams", model.BeamConnectivity)}) {
+        text += (text.empty() || kind.empty() ? "" : "; ") + kind;
+    }
+    return text.empty() ? "no elements" : text;
+}
+
+} // namespace
+
+StiffnessSystem::StiffnessSystem(const ModelStore& model, SolverKind kind)
+    : model(model), engineKind(KindFor(model, kind))
+{
+    try {
+        engine = MakeSparseEngine(engineKind, ThreadCount());
+    } catch (const EngineMissing& missing) {
+        throw RunFailure(ExitFile, std::string("error: ") + missing.what());
+    }
+    report.engine = engine->Name();
+    report.kernels = engine->Kernels();
+    report.threads = ThreadCount();
+}
+
+void StiffnessSystem::Order()
+{
+    const NodeGraph graph = BuildNodeGraph(model);
+    if (engineKind == EngineKind::Skyline) {
+        const std::vector<int> position = ReverseCuthillMcKee(graph);
+        std::vector<int> nodeAt(position.size());
+        for (std::size_t n = 0; n < position.size(); ++n) { nodeAt[position[n]] = static_cast<int>(n); }
+        order = OrderFromSequence(std::move(nodeAt));
+        report.ordering = "reverse Cuthill-McKee on nodes";
+    } else {
+        ChosenOrder chosen = OrderNodes(graph);
+        order = std::move(chosen.order);
+        report.ordering = chosen.method + " on nodes";
+    }
+    matrix.pattern = LowerPattern(graph, order);
+}
+
+void StiffnessSystem::Analyse(const std::string& modelFile)
+{
+    try {
+        size = engine->Analyse(matrix.pattern);
+    } catch (const std::length_error& tooLong) {
+        throw RunFailure(ExitBadModel, modelFile + ": error: " + tooLong.what() +
+                                           "\n"
+                                           "  expected: a factor that can be addressed\n"
+                                           "  to do:    use --solver sparse");
+    }
+    report.factorEntries = size.entries;
+    report.factorGigabytes = static_cast<double>(size.entries) * sizeof(double) * BytesToGigabytes;
+    report.factorOperations = size.operations;
+
+    const double needed = FactorisationBytes(size, matrix.pattern);
+    const double available = static_cast<double>(platform::AvailableMemory());
+    if (available > 0.0 && needed > available) {
+        char text[400];
+        std::snprintf(text, sizeof text,
+                      ": error: the equations of %d nodes need %.3g GB to be solved, their factor %.3g GB of it\n"
+                      "  expected: at most %.3g GB, the memory that is free now\n"
+                      "  to do:    close other programs, take a machine with more memory, or coarsen the mesh",
+                      model.NPOIN, needed * BytesToGigabytes, report.factorGigabytes, available * BytesToGigabytes);
+        throw RunFailure(ExitBadModel, modelFile + text);
+    }
+}
+
+void StiffnessSystem::Assemble()
+{
+    AssembleBlockMatrix(model, order, matrix);
+}
+
+void StiffnessSystem::Factorise(const std::vector<unsigned char>& isHeld, const std::string& modelFile)
+{
+    held.resize(isHeld.size());
+    for (std::size_t position = 0; position < order.nodeAt.size(); ++position) {
+        const std::size_t node = static_cast<std::size_t>(order.nodeAt[position]);
+        std::copy_n(&isHeld[DofsPerNode * node], DofsPerNode, &held[DofsPerNode * position]);
+    }
+    EliminateEquations(matrix, held);
+    const std::vector<double> diagonal = DiagonalOf(matrix);
+    ReportPivots(diagonal, engine->Factorise(matrix), modelFile);
+}
+
+void StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots,
+                                   const std::string& modelFile)
+{
+    std::size_t worst = 0;
+    double smallest = 1.0;
+    for (std::size_t i = 0; i < diagonal.size(); ++i) {
+        const double ratio = pivots.pivots[i] / diagonal[i];
+        if (!(ratio >= smallest)) { // not a number counts, too
+            smallest = ratio;
+            worst = i;
+        }
+        if (static_cast<std::int64_t>(i) == pivots.failedAt) {
+            worst = i;
+            break;
+        }
+    }
+    report.smallestPivot = {order.nodeAt.empty() ? 0 : order.nodeAt[worst / DofsPerNode],
+                            static_cast<Dof>(worst % DofsPerNode)};
+    report.smallestPivotRatio = smallest;
+    report.conditionEstimate = 1.0 / smallest;
+    if (pivots.Complete()) {
+        return;
+    }
+    const int node = report.smallestPivot.node;
+    const Vector3& place = model.NodeCoordinates[node];
+    char text[700];
+    std::snprintf(text, sizeof text,
+                  ": error: the stiffness is not positive definite at node %d, direction %s (%.6g, %.6g, %.6g)\n"
+                  "  there:    %s\n"
+                  "  expected: positive pivots: every node stiffened by elements of sound shape, material and size\n"
+                  "  to do:    look there for zero or negative moduli, thicknesses or sections, for elements without\n"
+                  "            area or length, and for nodes that only a mechanism holds",
+                  node, DofNames[report.smallestPivot.dof], place[0], place[1], place[2],
+                  AllElementsAt(model, node).c_str());
+    throw RunFailure(ExitNumerical, modelFile + text);
+}
+
+std::vector<double> StiffnessSystem::ToEliminationOrder(const std::vector<double>& vector) const
+{
+    std::vector<double> result(vector.size());
+    for (std::size_t position = 0; position < order.nodeAt.size(); ++position) {
+        const std::size_t node = static_cast<std::size_t>(order.nodeAt[position]);
+        std::copy_n(&vector[DofsPerNode * node], DofsPerNode, &result[DofsPerNode * position]);
+    }
+    return result;
+}
+
+std::vector<double> StiffnessSystem::Solve(const std::vector<double>& loads)
+{
+    std::vector<double> f = ToEliminationOrder(loads);
+    for (std::size_t i = 0; i < f.size(); ++i) { f[i] = held[i] != 0 ? 0.0 : f[i]; }
+    std::vector<double> u = f;
+    engine->Solve(u.data(), 1);
+
+    std::vector<double> Ku(f.size()), KuSize(f.size());
+    MultiplyBlockMatrix(matrix, u.data(), Ku.data(), KuSize.data());
+    double residual = 0.0, scale = 0.0, work = 0.0;
+    for (std::size_t i = 0; i < f.size(); ++i) {
+        residual = std::max(residual, std::fabs(f[i] - Ku[i]));
+        scale = std::max(scale, KuSize[i] + std::fabs(f[i]));
+        work += u[i] * Ku[i];
+    }
+    report.relativeResidual = scale > 0.0 ? residual / scale : 0.0;
+    strainEnergy = 0.5 * work;
+
+    std::vector<double> displacements(u.size());
+    for (std::size_t position = 0; position < order.nodeAt.size(); ++position) {
+        const std::size_t node = static_cast<std::size_t>(order.nodeAt[position]);
+        std::copy_n(&u[DofsPerNode * position], DofsPerNode, &displacements[DofsPerNode * node]);
+    }
+    return displacements;
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,62 @@
+// app/StiffnessSystem.h
+// The equations K·u = f of a whole model behind the sparse engines, stage by stage: order, analyse, assemble and
+// factorise, solve. Vectors outside are in the model's numbering, equation DofsPerNode·node + DOF.
+#pragma once
+
+#include "app/SolveDriver.h"
+#include "core/ModelStore.h"
+#include "solver/SparseEngine.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tarnvexo {
+
+// Models of at most this many equations go to the skyline engine unless another is named: loading the libraries of the
+// sparse one takes longer than their solution.
+constexpr std::int64_t FewEquations = 3000;
+
+class StiffnessSystem {
+public:
+    // Errors: throws RunFailure when the engine cannot be loaded.
+    StiffnessSystem(const ModelStore& model, SolverKind kind);
+
+    void Order();
+
+    // Errors: throws RunFailure (bad model) when the factor does not fit into memory; the text has the figures.
+    void Analyse(const std::string& modelFile);
+    const FactorSize& Size() const { return size; }
+    const BlockPattern& Pattern() const { return matrix.pattern; }
+
+    void Assemble();
+
+    // Takes the equations with isHeld != 0 out of the system and factorises.
+    // Errors: throws RunFailure (numerical) at a pivot that is not positive; the text names its place.
+    void Factorise(const std::vector<unsigned char>& isHeld, const std::string& modelFile);
+
+    // Displacements for the loads; held equations get zero, whatever their load.
+    std::vector<double> Solve(const std::vector<double>& loads);
+
+    // ½·uᵀ·K·u and the relative residual of the last solution.
+    double StrainEnergy() const { return strainEnergy; }
+
+    // Engine, ordering, size, pivots and residual, as far as known.
+    SolverReport Report() const { return report; }
+
+private:
+    std::vector<double> ToEliminationOrder(const std::vector<double>& vector) const;
+    void ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots, const std::string& modelFile);
+
+    const ModelStore& model;
+    std::unique_ptr<SparseEngine> engine;
+    EngineKind engineKind;
+    EliminationOrder order;
+    BlockMatrix matrix;
+    FactorSize size;
+    std::vector<unsigned char> held; // elimination order
+    double strainEnergy = 0.0;
+    SolverReport report;
+};
+
+} // namespace tarnvexo

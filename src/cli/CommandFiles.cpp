@@ -1,0 +1,91 @@
+#include "cli/CommandFiles.h"
+
+#include "app/AssemblyDriver.h"
+#include "app/SolveDriver.h"
+#include "platform/Platform.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+namespace tarnvexo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Paths are UTF-8 here; the system may want them otherwise.
+fs::path PathOf(const std::string& text)
+{
+    return fs::path(std::u8string(text.begin(), text.end()));
+}
+
+[[noreturn]] void FailToWrite(const std::string& file, int error)
+{
+    throw RunFailure(ExitFile, file + ": error: the text cannot be written: " + std::strerror(error) +
+                                   "\n  expected: a place that may be written to and has room"
+                                   "\n  to do:    name another place");
+}
+
+} // namespace
+
+std::string ModelFileOf(const std::string& model)
+{
+    std::error_code ignored;
+    if (fs::is_regular_file(PathOf(model), ignored)) {
+        return model;
+    }
+    if (!fs::exists(PathOf(model), ignored)) {
+        throw RunFailure(ExitFile, model +
+                                       ": error: there is no such file or directory"
+                                       "\n  expected: a model file, or a directory with " +
+                                       ModelFileName + " in it\n  to do:    correct the path");
+    }
+    if (!fs::is_directory(PathOf(model), ignored)) {
+        return model; // a pipe, a device
+    }
+    const bool hasSlash = model.ends_with('/') || model.ends_with(char(fs::path::preferred_separator));
+    const std::string file = model + (hasSlash ? "" : "/") + ModelFileName;
+    if (!fs::exists(PathOf(file), ignored)) {
+        throw RunFailure(ExitFile, model + ": error: this directory holds no " + ModelFileName +
+                                       "\n  expected: a model file, or a directory with " + ModelFileName +
+                                       " in it\n  to do:    name the model file itself");
+    }
+    return file;
+}
+
+void RequireDirectoryOf(const std::string& file)
+{
+    const fs::path directory = PathOf(file).parent_path();
+    std::error_code ignored;
+    if (!directory.empty() && !fs::is_directory(directory, ignored)) {
+        throw RunFailure(ExitFile, file + ": error: the directory of this file does not exist"
+                                          "\n  expected: a directory that may be written to"
+                                          "\n  to do:    make the directory, or correct the path");
+    }
+}
+
+void WriteTextFile(const std::string& file, const std::string& text)
+{
+    std::FILE* stream = std::fopen(file.c_str(), "wb");
+    if (stream == nullptr) {
+        FailToWrite(file, errno);
+    }
+    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    const int writeError = errno;
+    const bool closed = std::fclose(stream) == 0;
+    if (!written || !closed) {
+        FailToWrite(file, written ? errno : writeError);
+    }
+}
+
+void WriteOutput(const std::string& text)
+{
+    if (!platform::WriteUtf8Output(text)) {
+        FailToWrite("standard output", errno);
+    }
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,21 @@
+// cli/CommandFiles.h
+// Files and streams that commands name: the model to read, texts to write. Errors: RunFailure with ExitFile.
+#pragma once
+
+#include <string>
+
+namespace tarnvexo {
+
+// The file that MODEL means: itself, or fem_solving.txt in it when it is a directory. It must exist.
+std::string ModelFileOf(const std::string& model);
+
+// Fails early, before a long run, when the directory that a file is to stand in does not exist.
+void RequireDirectoryOf(const std::string& file);
+
+// Writes a text into a file, in place of what was there.
+void WriteTextFile(const std::string& file, const std::string& text);
+
+// Writes a text to standard output.
+void WriteOutput(const std::string& text);
+
+} // namespace tarnvexo

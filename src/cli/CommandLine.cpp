@@ -1,0 +1,74 @@
+#include "cli/CommandLine.h"
+
+#include "app/RunDriver.h"
+#include "app/SolveDriver.h"
+#include "cli/CommandFailure.h"
+#include "cli/CommandFiles.h"
+#include "cli/CommandParser.h"
+#include "cli/RefineCommand.h"
+#include "cli/RenumberCommand.h"
+#include "cli/ReportCommands.h"
+#include "cli/VersionText.h"
+#include "core/Failure.h"
+
+#include <cstdio>
+#include <new>
+
+namespace tarnvexo {
+
+namespace {
+
+int RunConsoleWithinMemory()
+{
+    try {
+        return RunConsole();
+    } catch (const std::bad_alloc&) {
+        FailWithDiagnostic("fem_solving.txt: error: memory ran out\n"
+                           "  expected: enough memory for the model and its results\n"
+                           "  to do:    close other programs, or analyse a smaller model");
+    }
+}
+
+// One procedure per command.
+int Run(const SolveCommand& command)
+{
+    return RunSolveCommand(command, Solve);
+}
+
+int Run(const InfoCommand& command)
+{
+    return RunInfoCommand(command, Info);
+}
+
+int Run(const RefineCommand& command)
+{
+    return RunRefineCommand(command);
+}
+
+int Run(const RenumberCommand& command)
+{
+    return RunRenumberCommand(command);
+}
+
+int Run(const MessageCommand& message)
+{
+    WriteOutput(message.output);
+    std::fputs(message.error.c_str(), stderr);
+    return message.exitCode;
+}
+
+} // namespace
+
+int RunCommandLine(int argc, char** argv)
+{
+    if (argc < 2) {
+        return RunConsoleWithinMemory();
+    }
+    const std::vector<std::string> engines = {"skyline LDLᵀ"};
+    return RunReportingFailures([&] {
+        const Command command = ParseCommandLine({argv + 1, argv + argc}, VersionText(engines));
+        return std::visit([](const auto& one) { return Run(one); }, command);
+    });
+}
+
+} // namespace tarnvexo

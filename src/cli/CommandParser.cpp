@@ -1,0 +1,379 @@
+#include "cli/CommandParser.h"
+
+#include "cli/NearestName.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+namespace tarnvexo {
+
+namespace {
+
+// Values as the command line gives them; the Parsed... procedures turn them into numbers and choices.
+struct OptionTexts {
+    std::string model;
+    std::string output = ".";
+    std::string threads;
+    std::string solver = "auto";
+    std::string balance = "exact";
+    std::string displacements = "mass-orthogonal";
+    std::string units;
+    std::vector<std::string> formats;
+    std::string json;
+    std::string parts;
+    bool quiet = false;
+    bool keepNumbers = false;
+};
+
+// What is wrong with a command line.
+struct UsageFault {
+    std::string what;     // --threads cannot be "many"
+    std::string expected; // a whole number from 1 to 1024
+    std::string meant;    // nearest name; may be empty
+};
+
+template <typename Value> using Choices = std::vector<std::pair<const char*, Value>>;
+
+const Choices<SolverKind> Solvers = {
+    {"auto", SolverKind::Automatic}, {"sparse", SolverKind::Sparse}, {"skyline", SolverKind::Skyline}};
+const Choices<BalanceKind> Balances = {{"exact", BalanceKind::Exact}, {"classic", BalanceKind::Classic}};
+const Choices<DisplacementKind> Displacements = {{"mass-orthogonal", DisplacementKind::MassOrthogonal},
+                                                 {"held", DisplacementKind::Held}};
+const Choices<UnitSystem> Units = {{"SI", UnitSystem::SI}, {"mm-t-s", UnitSystem::MillimetreTonneSecond}};
+const Choices<bool> Formats = {{"text", true}, {"none", false}}; // are the six files written?
+
+constexpr int MostThreads = 1024;
+constexpr int MostParts = 1000; // of an edge
+
+// ---- values
+
+template <typename Value> Value ParsedChoice(const char* option, const std::string& text, const Choices<Value>& choices)
+{
+    std::vector<std::string> names;
+    for (const auto& [name, value] : choices) {
+        if (CLI::detail::to_lower(text) == CLI::detail::to_lower(name)) {
+            return value;
+        }
+        names.emplace_back(name);
+    }
+    throw UsageFault{std::string(option) + " cannot be \"" + text + "\"", CLI::detail::join(names, " or "),
+                     NearestName(text, names)};
+}
+
+int ParsedInteger(const char* option, const std::string& text, int least, int most)
+{
+    int value = 0;
+    const char* const textEnd = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), textEnd, value);
+    if (error != std::errc() || end != textEnd || value < least || value > most) {
+        throw UsageFault{std::string(option) + " cannot be \"" + text + "\"",
+                         "a whole number from " + std::to_string(least) + " to " + std::to_string(most), ""};
+    }
+    return value;
+}
+
+int ParsedThreads(const std::string& text)
+{
+    return text.empty() ? 0 : ParsedInteger("--threads", text, 1, MostThreads);
+}
+
+UnitSystem ParsedUnits(const std::string& text)
+{
+    return text.empty() ? UnitSystem::Unnamed : ParsedChoice("--units", text, Units);
+}
+
+// Are the six files to be written? Formats may be given several times and with commas between them.
+bool ParsedFormats(const std::vector<std::string>& texts)
+{
+    bool text = texts.empty();
+    bool none = false;
+    for (const std::string& given : texts) {
+        for (const std::string& format : CLI::detail::split(given, ',')) {
+            (ParsedChoice("--format", format, Formats) ? text : none) = true;
+        }
+    }
+    if (text && none) {
+        throw UsageFault{"--format cannot be \"none\" together with another format",
+                         "none alone, or the formats that are wanted", ""};
+    }
+    return text;
+}
+
+// ---- options
+
+CLI::App& AddCommand(CLI::App& app, const char* name, const char* description, const char* footer)
+{
+    CLI::App& command = *app.add_subcommand(name, description);
+    command.footer(footer);
+    command.set_help_flag("-h,--help", "this text");
+    return command;
+}
+
+// An option with one value; given twice, the last one counts.
+void AddValue(CLI::App& command, const char* names, std::string& text, const char* form, const char* help)
+{
+    command.add_option(names, text, help)->option_text(form)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+}
+
+void AddModel(CLI::App& command, OptionTexts& texts)
+{
+    command.add_option("MODEL", texts.model, "model file, or a directory with fem_solving.txt in it")
+        ->option_text(" ")
+        ->required();
+}
+
+void AddModelOutput(CLI::App& command, OptionTexts& texts)
+{
+    command.add_option("-o,--output", texts.output, "the model file to write")->option_text("OUT")->required();
+}
+
+void AddReportOptions(CLI::App& command, OptionTexts& texts)
+{
+    AddValue(command, "--units", texts.units, "SI|mm-t-s",
+             "what the model's units are: the report names them and gives\n"
+             "accelerations in g too. Nothing is converted");
+    AddValue(command, "--json", texts.json, "FILE",
+             "write the report as JSON as well; - for standard output, where\n"
+             "it then stands in place of the text");
+    command.add_flag("-q,--quiet", texts.quiet, "no progress on standard error; the report stays");
+}
+
+void AddSolve(CLI::App& app, OptionTexts& texts)
+{
+    CLI::App& command = AddCommand(app, "solve", "Balance the loads, solve, write results and a report",
+                                   "Examples:\n"
+                                   "  tarnvexo solve examples/midship -o run\n"
+                                   "      solve examples/midship/fem_solving.txt, result files into run/\n"
+                                   "  tarnvexo solve wing.txt -o run --units mm-t-s\n"
+                                   "      the same with units and accelerations in g in the report\n"
+                                   "  tarnvexo solve wing.txt --format none --json - -q | jq .extremes\n"
+                                   "      no files, the report as JSON for another program");
+    AddModel(command, texts);
+    AddValue(command, "-o,--output", texts.output, "DIR",
+             "directory of the result files, made if it is missing;\n"
+             "the current directory without this option");
+    command
+        .add_option("--format", texts.formats,
+                    "result files to write, several times or with commas between:\n"
+                    "text (the six text and DXF files; the default) or none")
+        ->option_text("text|none")
+        ->allow_extra_args(false);
+    AddValue(command, "--balance", texts.balance, "exact|classic",
+             "inertia relief: exact leaves nothing over, whatever the structure\n"
+             "(the default); classic is that of the console run");
+    AddValue(command, "--displacements", texts.displacements, "mass-orthogonal|held",
+             "displacements of a free part: mass-orthogonal to its rigid motions\n"
+             "(the default), or as held at a few nodes while solving");
+    AddValue(command, "--solver", texts.solver, "auto|sparse|skyline",
+             "equation solver: auto takes the one that is faster for the model\n"
+             "(the default)");
+    AddValue(command, "--threads", texts.threads, "N", "threads to use; all processors without this option");
+    AddReportOptions(command, texts);
+}
+
+void AddInfo(CLI::App& app, OptionTexts& texts)
+{
+    CLI::App& command = AddCommand(app, "info", "Check parts, mass and balance; tell time and memory",
+                                   "Examples:\n"
+                                   "  tarnvexo info examples/wing --units mm-t-s\n"
+                                   "      is the mass right, are the loads right, how long will it take?\n"
+                                   "  tarnvexo info wing.txt --json wing-info.json");
+    AddModel(command, texts);
+    AddReportOptions(command, texts);
+}
+
+void AddRefine(CLI::App& app, OptionTexts& texts)
+{
+    CLI::App& command = AddCommand(app, "refine", "Write the model with every element cut into k parts per edge",
+                                   "Examples:\n"
+                                   "  tarnvexo refine examples/wing -k 2 -o wing2.txt\n"
+                                   "      four shells for one: how much do the stresses still move?\n"
+                                   "  tarnvexo refine wing.txt -k 3 -o wing3.txt --no-renumber\n"
+                                   "      the old nodes keep their numbers, new ones follow them");
+    AddModel(command, texts);
+    command.add_option("-k", texts.parts, "parts of every edge, from 2 on")->option_text("N")->required();
+    AddModelOutput(command, texts);
+    command.add_flag("--no-renumber", texts.keepNumbers,
+                     "leave the node numbers as they come; without this option nodes are\n"
+                     "renumbered for a small skyline");
+}
+
+void AddRenumber(CLI::App& app, OptionTexts& texts)
+{
+    CLI::App& command = AddCommand(app, "renumber", "Write the model with its nodes renumbered for a small skyline",
+                                   "Examples:\n"
+                                   "  tarnvexo renumber examples/jib -o jib.txt\n"
+                                   "      the console run needs less time and memory for jib.txt");
+    AddModel(command, texts);
+    AddModelOutput(command, texts);
+}
+
+std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts, const std::string& versionText)
+{
+    auto app =
+        std::make_unique<CLI::App>("Linear static analysis of shells and beams with inertia relief.", "tarnvexo");
+    const auto formatter = std::make_shared<CLI::Formatter>();
+    formatter->column_width(38);
+    formatter->label("Positionals", "Arguments");
+    formatter->label("OPTIONS", "options");
+    formatter->label("SUBCOMMAND", "COMMAND ...");
+    app->formatter(formatter);
+    app->set_help_flag("-h,--help", "this text; tarnvexo COMMAND --help for a command's options");
+    app->set_version_flag("--version", versionText, "version, compiler, vector unit in use, equation solvers");
+    app->require_subcommand(1);
+    app->footer("Examples:\n"
+                "  tarnvexo info examples/wing            check a model before solving it\n"
+                "  tarnvexo solve examples/wing -o run    solve it, result files into run/\n"
+                "  tarnvexo                               the console run on ./fem_solving.txt\n\n"
+                "Exit codes: 0 good, 1 fault in the model, 2 fault in the command line, 3 numerical failure or\n"
+                "out of memory, 4 a file cannot be read or written, 130 interrupted.");
+    AddSolve(*app, texts);
+    AddInfo(*app, texts);
+    AddRefine(*app, texts);
+    AddRenumber(*app, texts);
+    for (CLI::App* command : app->get_subcommands(nullptr)) { command->group("Commands"); }
+    return app;
+}
+
+// ---- faults
+
+std::vector<std::string> CommandNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands(nullptr)) { names.push_back(command->get_name()); }
+    return names;
+}
+
+std::vector<std::string> OptionNames(const CLI::App& command)
+{
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options()) {
+        if (option->nonpositional()) {
+            names.push_back(option->get_name());
+        }
+    }
+    return names;
+}
+
+// "--output DIR", "MODEL"
+std::string OptionForm(const CLI::Option& option)
+{
+    return option.get_positional() ? option.get_name(true) : option.get_name() + " " + option.get_option_text();
+}
+
+UsageFault UnknownWord(const CLI::App& command, const std::string& word)
+{
+    if (word.starts_with("-")) {
+        const std::vector<std::string> names = OptionNames(command);
+        return {"there is no option \"" + word + "\"", CLI::detail::join(names, " "), NearestName(word, names)};
+    }
+    return {"\"" + word + "\" is one argument too many", "one MODEL, and options", ""};
+}
+
+// What the parser met, in words of ours. Unknown words come first: they are often the reason for what is missing.
+UsageFault FaultOf(const CLI::ParseError& error, const CLI::App& command)
+{
+    const std::vector<std::string> unknown = command.remaining();
+    if (!unknown.empty()) {
+        return UnknownWord(command, unknown.front());
+    }
+    for (const CLI::Option* option : command.get_options()) {
+        if (option->get_required() && option->count() == 0 && error.get_name() == "RequiredError") {
+            return {OptionForm(*option) + " is missing", option->get_description(), ""};
+        }
+        // The parser's text begins with or contains the name of the option that lacks its value.
+        if (error.get_name() == "ArgumentMismatch" && option->nonpositional() &&
+            std::string(error.what()).find(option->get_name() + ":") != std::string::npos) {
+            return {option->get_name() + " needs a value", OptionForm(*option), ""};
+        }
+    }
+    return {error.what(), "see --help", ""};
+}
+
+MessageCommand UsageMessage(const std::string& command, const UsageFault& fault)
+{
+    MessageCommand message;
+    message.error = command + ": error: " + fault.what + "\n  expected: " + fault.expected +
+                    (fault.meant.empty() ? "" : "\n  did you mean: " + fault.meant) + "\n  to do:    see " + command +
+                    " --help\n";
+    message.exitCode = ExitUsage;
+    return message;
+}
+
+// ---- commands
+
+Command SolveOf(const OptionTexts& texts)
+{
+    SolveCommand command;
+    command.solve.modelFile = texts.model;
+    command.solve.outputDirectory = texts.output;
+    command.solve.solver = ParsedChoice("--solver", texts.solver, Solvers);
+    command.solve.balance = ParsedChoice("--balance", texts.balance, Balances);
+    command.solve.displacements = ParsedChoice("--displacements", texts.displacements, Displacements);
+    command.solve.writeResults = ParsedFormats(texts.formats);
+    command.threads = ParsedThreads(texts.threads);
+    command.units = ParsedUnits(texts.units);
+    command.jsonFile = texts.json;
+    command.quiet = texts.quiet;
+    return command;
+}
+
+Command InfoOf(const OptionTexts& texts)
+{
+    return InfoCommand{texts.model, ParsedUnits(texts.units), texts.json, texts.quiet};
+}
+
+Command RefineOf(const OptionTexts& texts)
+{
+    return RefineCommand{texts.model, ParsedInteger("-k", texts.parts, 2, MostParts), texts.output, !texts.keepNumbers};
+}
+
+Command RenumberOf(const OptionTexts& texts)
+{
+    return RenumberCommand{texts.model, texts.output};
+}
+
+Command CommandOf(const std::string& name, const OptionTexts& texts)
+{
+    return name == "solve"    ? SolveOf(texts)
+           : name == "info"   ? InfoOf(texts)
+           : name == "refine" ? RefineOf(texts)
+                              : RenumberOf(texts);
+}
+
+} // namespace
+
+Command ParseCommandLine(const std::vector<std::string>& arguments, const std::string& versionText)
+{
+    OptionTexts texts;
+    const std::unique_ptr<CLI::App> app = MakeApp(texts, versionText);
+    const std::vector<std::string> commandNames = CommandNames(*app);
+
+    // A misspelt command is found before its options are looked at.
+    const std::string first = arguments.empty() ? "" : arguments.front();
+    if (!first.starts_with("-") && std::find(commandNames.begin(), commandNames.end(), first) == commandNames.end()) {
+        return UsageMessage("tarnvexo",
+                            {first.empty() ? "a command is missing" : "there is no command \"" + first + "\"",
+                             CLI::detail::join(commandNames, ", "), NearestName(first, commandNames)});
+    }
+    try {
+        app->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // last word first
+        return CommandOf(first, texts);
+    } catch (const CLI::CallForHelp&) {
+        return MessageCommand{app->help(), "", ExitGood};
+    } catch (const CLI::CallForVersion&) {
+        return MessageCommand{versionText, "", ExitGood};
+    } catch (const CLI::ParseError& error) {
+        const CLI::App* command = app->get_subcommands().empty() ? app.get() : app->get_subcommands().front();
+        const std::string name = command == app.get() ? "tarnvexo" : "tarnvexo " + command->get_name();
+        return UsageMessage(name, FaultOf(error, *command));
+    } catch (const UsageFault& fault) {
+        return UsageMessage("tarnvexo " + first, fault);
+    }
+}
+
+} // namespace tarnvexo

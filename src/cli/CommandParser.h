@@ -1,0 +1,59 @@
+// cli/CommandParser.h
+// From the words of a command line to plain data: which command, with which options. Nothing is run and no file is
+// looked at.
+#pragma once
+
+#include "app/SolveDriver.h"
+#include "cli/Quantities.h"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tarnvexo {
+
+// `tarnvexo solve`. solve.modelFile holds the MODEL as given: a file, or a directory with fem_solving.txt in it.
+struct SolveCommand {
+    SolveOptions solve;
+    int threads = 0; // 0: all processors
+    UnitSystem units = UnitSystem::Unnamed;
+    std::string jsonFile; // empty: none; "-": standard output, in place of the text
+    bool quiet = false;
+};
+
+// `tarnvexo info`
+struct InfoCommand {
+    std::string model;
+    UnitSystem units = UnitSystem::Unnamed;
+    std::string jsonFile;
+    bool quiet = false;
+};
+
+// `tarnvexo refine`
+struct RefineCommand {
+    std::string model;
+    int k = 2; // parts of an edge
+    std::string outputFile;
+    bool renumber = true;
+};
+
+// `tarnvexo renumber`
+struct RenumberCommand {
+    std::string model;
+    std::string outputFile;
+};
+
+// Nothing to run: help or version on standard output, or a usage error on standard error. Each with its line end.
+struct MessageCommand {
+    std::string output;
+    std::string error;
+    int exitCode = ExitGood;
+};
+
+using Command = std::variant<SolveCommand, InfoCommand, RefineCommand, RenumberCommand, MessageCommand>;
+
+// arguments: the words behind the program's name. versionText: what --version prints.
+// A usage error says which command, what is wrong, what was expected, and the nearest name to a misspelt one.
+Command ParseCommandLine(const std::vector<std::string>& arguments, const std::string& versionText);
+
+} // namespace tarnvexo

@@ -1,0 +1,102 @@
+#include "cli/Quantities.h"
+
+#include "core/NumberText.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace tarnvexo {
+
+namespace {
+
+// One format and one value.
+std::string Formatted(const char* format, double value)
+{
+    char text[64];
+    std::snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+// "1.23 MB": three significant digits and a unit.
+std::string ThreeDigits(double value, const char* unit)
+{
+    const int decimals = value < 9.995 ? 2 : value < 99.95 ? 1 : 0;
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f %s", decimals, value, unit);
+    return text;
+}
+
+} // namespace
+
+const UnitTexts& TextsOfUnits(UnitSystem units)
+{
+    static constexpr UnitTexts unnamed = {"", "", "", "", "", "", "", "", "rad/time²", "", 0.0};
+    static constexpr UnitTexts si = {"SI", "m", "Pa", "kg", "N", "N·m", "J", "m/s²", "rad/s²", "kg·m²", 9.80665};
+    static constexpr UnitTexts mmTonneSecond = {"mm-t-s", "mm",    "MPa",    "t",     "N",    "N·mm",
+                                                "mJ",     "mm/s²", "rad/s²", "t·mm²", 9806.65};
+    switch (units) {
+    case UnitSystem::SI:
+        return si;
+    case UnitSystem::MillimetreTonneSecond:
+        return mmTonneSecond;
+    case UnitSystem::Unnamed:
+        break;
+    }
+    return unnamed;
+}
+
+std::string NumberText(double value)
+{
+    char text[NumberTextCapacity];
+    return std::string(text, WriteNumber(text, value == 0.0 ? 0.0 : value));
+}
+
+std::string PlaceText(const Vector3& place)
+{
+    return "(" + NumberText(place[0]) + ", " + NumberText(place[1]) + ", " + NumberText(place[2]) + ")";
+}
+
+std::string DurationText(double seconds)
+{
+    if (!(seconds < 59.95)) {
+        const double minutes = std::floor((seconds + 0.5) / 60.0);
+        if (!(minutes < 60.0)) {
+            const double hours = std::floor((seconds + 30.0) / 3600.0);
+            return Formatted("%.0f h ", hours) +
+                   Formatted("%02.0f min", std::floor((seconds + 30.0 - 3600.0 * hours) / 60.0));
+        }
+        return Formatted("%.0f min ", minutes) + Formatted("%02.0f s", std::floor(seconds + 0.5 - 60.0 * minutes));
+    }
+    return Formatted(seconds < 9.995 ? "%.2f s" : "%.1f s", seconds);
+}
+
+std::string EstimateText(double seconds)
+{
+    if (seconds < 1.0) {
+        return "less than 1 s";
+    }
+    return "about " + (seconds < 59.5 ? Formatted("%.0f s", seconds) : DurationText(seconds));
+}
+
+std::string MemoryText(double gigabytes)
+{
+    return gigabytes < 0.1 ? ThreeDigits(gigabytes * 1000.0, "MB") : ThreeDigits(gigabytes, "GB");
+}
+
+std::string FileSizeText(std::uint64_t bytes)
+{
+    const double size = static_cast<double>(bytes);
+    if (bytes < 1000) {
+        return CountText(static_cast<std::int64_t>(bytes), "byte");
+    }
+    return size < 999.5e3   ? ThreeDigits(size / 1e3, "kB")
+           : size < 999.5e6 ? ThreeDigits(size / 1e6, "MB")
+                            : ThreeDigits(size / 1e9, "GB");
+}
+
+std::string CountText(std::int64_t count, const char* noun)
+{
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+} // namespace tarnvexo

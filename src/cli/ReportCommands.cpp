@@ -1,0 +1,63 @@
+#include "cli/ReportCommands.h"
+
+#include "cli/CommandFiles.h"
+#include "cli/ProgressDisplay.h"
+#include "cli/ReportJson.h"
+#include "cli/ReportText.h"
+#include "core/Parallel.h"
+
+namespace tarnvexo {
+
+namespace {
+
+constexpr const char* StandardOutput = "-";
+
+void RequirePlaceOfJson(const std::string& jsonFile)
+{
+    if (!jsonFile.empty() && jsonFile != StandardOutput) {
+        RequireDirectoryOf(jsonFile);
+    }
+}
+
+// The text first: it is not lost when the JSON file cannot be written.
+void WriteReport(const std::string& text, const std::string& json, const std::string& jsonFile)
+{
+    WriteOutput(jsonFile == StandardOutput ? json : text);
+    if (!jsonFile.empty() && jsonFile != StandardOutput) {
+        WriteTextFile(jsonFile, json);
+    }
+}
+
+} // namespace
+
+int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
+{
+    SolveOptions options = command.solve;
+    options.modelFile = ModelFileOf(command.solve.modelFile);
+    RequirePlaceOfJson(command.jsonFile);
+    if (command.threads > 0) {
+        SetThreadCount(command.threads);
+    }
+    SolveReport report;
+    {
+        ProgressDisplay display(StyleOfStandardError(command.quiet));
+        report = solve(options, [&](const Progress& progress) { display.Show(progress); });
+    }
+    WriteReport(SolveReportText(report, command.units), SolveReportJson(report, command.units), command.jsonFile);
+    return ExitGood;
+}
+
+int RunInfoCommand(const InfoCommand& command, const InfoProcedure& info)
+{
+    const std::string modelFile = ModelFileOf(command.model);
+    RequirePlaceOfJson(command.jsonFile);
+    InfoReport report;
+    {
+        ProgressDisplay display(StyleOfStandardError(command.quiet));
+        report = info(modelFile, [&](const Progress& progress) { display.Show(progress); });
+    }
+    WriteReport(InfoReportText(report, command.units), InfoReportJson(report, command.units), command.jsonFile);
+    return ExitGood;
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,265 @@
+#include "cli/ReportJson.h"
+
+#include "cli/ReportFigures.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace tarnvexo {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The library writes numbers that are not finite as null.
+
+Json CountsJson(const ModelCounts& counts)
+{
+    return {{"nodes", counts.nodes},
+            {"quads", counts.quads},
+            {"tris", counts.tris},
+            {"beams", counts.beams},
+            {"materials", counts.materials},
+            {"thicknesses", counts.thicknesses},
+            {"beam_sections", counts.beamSections},
+            {"restrained_dofs", counts.restrainedDofs},
+            {"nodal_forces", counts.nodalForces},
+            {"distributed_loads", counts.distributedLoads},
+            {"equations", counts.equations},
+            {"box_min", counts.boxMin},
+            {"box_max", counts.boxMax}};
+}
+
+Json NodeDofJson(const NodeDof& at)
+{
+    return {{"node", at.node}, {"dof", DofName(at.dof)}};
+}
+
+Json PartsJson(const std::vector<PartReport>& parts)
+{
+    Json list = Json::array();
+    for (const PartReport& part : parts) {
+        Json holds = Json::array();
+        for (const NodeDof& hold : part.holds) { holds.push_back(NodeDofJson(hold)); }
+        list.push_back({{"nodes", part.nodes},
+                        {"elements", part.elements},
+                        {"first_node", part.firstNode},
+                        {"restrained_dofs", part.restrainedDofs},
+                        {"free_motions", part.freeMotions},
+                        {"holds", holds},
+                        {"mass_orthogonal", part.massOrthogonal}});
+    }
+    return list;
+}
+
+Json MassJson(const MassSummary& mass)
+{
+    Json axes = Json::array();
+    for (const Vector3& axis : mass.principalAxes) { axes.push_back(axis); }
+    return {{"mass", mass.mass},
+            {"volume_centroid", mass.volumeCentroid},
+            {"centre_of_gravity", mass.centreOfGravity},
+            {"inertia", mass.inertia},
+            {"principal_moments", mass.principalMoments},
+            {"principal_axes", axes}};
+}
+
+Json ResultantJson(const LoadResultant& resultant)
+{
+    return {{"force", resultant.force}, {"moment", resultant.moment}};
+}
+
+// Accelerations in g only when the units are named.
+Json AccelerationJson(const RigidAcceleration& acceleration, const UnitTexts& unit)
+{
+    Json json = {{"a", acceleration.a}, {"alpha", acceleration.alpha}};
+    if (unit.standardGravity > 0.0) {
+        json["a_in_g"] = acceleration.a / unit.standardGravity;
+    }
+    return json;
+}
+
+Json BalanceJson(const BalanceSheet& balance, const UnitTexts& unit)
+{
+    return {{"kind", BalanceName(balance.kind)},
+            {"closed", IsBalanced(balance)},
+            {"applied_about_centroid", ResultantJson(balance.appliedAboutCentroid)},
+            {"applied_about_origin", ResultantJson(balance.appliedAboutOrigin)},
+            {"force_size", balance.forceSize},
+            {"moment_size", balance.momentSize},
+            {"acceleration", AccelerationJson(balance.applied, unit)},
+            {"remaining", ResultantJson(balance.remaining)},
+            {"relative_force", balance.relativeForce},
+            {"relative_moment", balance.relativeMoment},
+            {"classic",
+             {{"acceleration", AccelerationJson(balance.classic, unit)},
+              {"remaining", ResultantJson(balance.classicRemaining)}}}};
+}
+
+// What is known before anything is solved.
+Json EngineJson(const SolverReport& solver)
+{
+    return {{"engine", solver.engine},
+            {"ordering", solver.ordering},
+            {"kernels", solver.kernels},
+            {"threads", solver.threads},
+            {"factor_entries", solver.factorEntries},
+            {"factor_gigabytes", solver.factorGigabytes},
+            {"factor_operations", solver.factorOperations}};
+}
+
+Json SolverJson(const SolveReport& report)
+{
+    Json json = EngineJson(report.solver);
+    json["factorise_operations_per_second"] = FactoriseRate(report);
+    json["smallest_pivot_ratio"] = report.solver.smallestPivotRatio;
+    json["smallest_pivot"] = NodeDofJson(report.solver.smallestPivot);
+    json["condition_estimate"] = report.solver.conditionEstimate;
+    json["relative_residual"] = report.solver.relativeResidual;
+    return json;
+}
+
+Json ReactionsJson(const SolveReport& report)
+{
+    Json list = Json::array();
+    for (const SupportReaction& reaction : report.reactions) {
+        list.push_back({{"node", reaction.at.node},
+                        {"dof", DofName(reaction.at.dof)},
+                        {"value", reaction.value},
+                        {"hold", reaction.hold}});
+    }
+    return {{"largest_force", report.largestReaction},
+            {"sum_of_forces", SumOfReactionForces(report.reactions)},
+            {"list", list}};
+}
+
+Json NumberOrNull(int number)
+{
+    return number >= 0 ? Json(number) : Json();
+}
+
+// null where the model has nothing of the kind
+Json ExtremeJson(const ExtremeValue& extreme)
+{
+    if (extreme.node < 0 && extreme.element < 0) {
+        return Json();
+    }
+    return {{"value", extreme.value},
+            {"node", NumberOrNull(extreme.node)},
+            {"element", NumberOrNull(extreme.element)},
+            {"kind", extreme.kind.empty() ? Json() : Json(extreme.kind)},
+            {"place", extreme.place}};
+}
+
+Json FilesJson(const std::vector<ResultFile>& files)
+{
+    Json list = Json::array();
+    for (const ResultFile& file : files) { list.push_back({{"path", file.path}, {"bytes", file.bytes}}); }
+    return list;
+}
+
+Json StagesJson(const std::vector<StageTime>& stages)
+{
+    Json list = Json::array();
+    for (const StageTime& stage : stages) {
+        list.push_back({{"name", stage.name}, {"seconds", stage.seconds}, {"memory_gigabytes", stage.memoryGigabytes}});
+    }
+    return list;
+}
+
+Json ReportHead(const char* command, const std::string& modelFile, const UnitTexts& unit)
+{
+    return {{"report_version", ReportJsonVersion},
+            {"program_version", TARNVEXO_VERSION},
+            {"command", command},
+            {"model_file", modelFile},
+            {"units", *unit.name == '\0' ? Json() : Json(unit.name)}};
+}
+
+// A path may hold bytes that are no UTF-8; they are replaced.
+std::string ScalarText(const Json& json)
+{
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+bool HoldsScalarsOnly(const Json& json)
+{
+    return std::none_of(json.begin(), json.end(), [](const Json& one) { return one.is_structured(); });
+}
+
+// Indented text in which lists and records of scalars stand on one line: [1.0, 2.0, 3.0], {"node": 12, "dof": "dx"}.
+std::string IndentedText(const Json& json, std::size_t indent)
+{
+    constexpr std::size_t mostOnALine = 8;
+    if (!json.is_structured()) {
+        return ScalarText(json);
+    }
+    const bool oneLine = HoldsScalarsOnly(json) && json.size() <= mostOnALine;
+    const std::string lineBegin = oneLine ? "" : "\n" + std::string(indent + 2, ' ');
+    std::string text = json.is_object() ? "{" : "[";
+    const char* separator = "";
+    for (const auto& [key, value] : json.items()) {
+        text += separator + lineBegin;
+        if (json.is_object()) {
+            text += ScalarText(key) + ": ";
+        }
+        text += IndentedText(value, indent + 2);
+        separator = oneLine ? ", " : ",";
+    }
+    text += oneLine ? "" : "\n" + std::string(indent, ' ');
+    return text + (json.is_object() ? "}" : "]");
+}
+
+std::string JsonText(const Json& json)
+{
+    return IndentedText(json, 0) + "\n";
+}
+
+} // namespace
+
+std::string SolveReportJson(const SolveReport& report, UnitSystem units)
+{
+    const UnitTexts& unit = TextsOfUnits(units);
+    Json json = ReportHead("solve", report.modelFile, unit);
+    json["model"] = CountsJson(report.counts);
+    json["parts"] = PartsJson(report.parts);
+    json["mass"] = MassJson(report.balance.mass);
+    json["balance"] = BalanceJson(report.balance, unit);
+    json["reactions"] = ReactionsJson(report);
+    json["energy"] = {{"strain_energy", report.strainEnergy},
+                      {"external_work", report.externalWork},
+                      {"relative_difference", EnergyDifference(report)}};
+    json["solver"] = SolverJson(report);
+    json["extremes"] = {{"displacement", ExtremeJson(report.largestDisplacement)},
+                        {"rotation", ExtremeJson(report.largestRotation)},
+                        {"shell_stress", ExtremeJson(report.largestShellStress)},
+                        {"beam_stress", ExtremeJson(report.largestBeamStress)}};
+    json["files"] = FilesJson(report.files);
+    json["stages"] = StagesJson(report.stages);
+    json["seconds"] = report.seconds;
+    json["peak_memory_gigabytes"] = report.peakMemoryGigabytes;
+    json["warnings"] = report.warnings;
+    return JsonText(json);
+}
+
+std::string InfoReportJson(const InfoReport& report, UnitSystem units)
+{
+    const UnitTexts& unit = TextsOfUnits(units);
+    Json json = ReportHead("info", report.modelFile, unit);
+    json["model"] = CountsJson(report.counts);
+    json["parts"] = PartsJson(report.parts);
+    json["mass"] = MassJson(report.balance.mass);
+    json["balance"] = BalanceJson(report.balance, unit);
+    json["solver"] = EngineJson(report.solver);
+    json["skyline"] = {{"entries", report.skylineEntries},
+                       {"gigabytes", report.skylineGigabytes},
+                       {"operations", report.skylineOperations}};
+    json["expected"] = {{"seconds", report.expectedSeconds},
+                        {"skyline_seconds", report.expectedSkylineSeconds},
+                        {"memory_gigabytes", report.expectedMemoryGigabytes},
+                        {"available_memory_gigabytes", report.availableMemoryGigabytes}};
+    json["warnings"] = report.warnings;
+    return JsonText(json);
+}
+
+} // namespace tarnvexo
