@@ -135,24 +135,23 @@ void StiffnessSystem::Factorise(const std::vector<unsigned char>& isHeld, const 
 void StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots,
                                    const std::string& modelFile)
 {
+    // The first pivot that is not a positive number, else the one that lost most of its diagonal entry.
     std::size_t worst = 0;
     double smallest = 1.0;
-    for (std::size_t i = 0; i < diagonal.size(); ++i) {
+    bool isPositive = true;
+    for (std::size_t i = 0; i < diagonal.size() && isPositive; ++i) {
         const double ratio = pivots.pivots[i] / diagonal[i];
-        if (!(ratio >= smallest)) { // not a number counts, too
+        isPositive = pivots.pivots[i] > 0.0 && std::isfinite(ratio);
+        if (!isPositive || ratio < smallest) {
             smallest = ratio;
             worst = i;
-        }
-        if (static_cast<std::int64_t>(i) == pivots.failedAt) {
-            worst = i;
-            break;
         }
     }
     report.smallestPivot = {order.nodeAt.empty() ? 0 : order.nodeAt[worst / DofsPerNode],
                             static_cast<Dof>(worst % DofsPerNode)};
     report.smallestPivotRatio = smallest;
     report.conditionEstimate = 1.0 / smallest;
-    if (pivots.Complete()) {
+    if (isPositive) {
         return;
     }
     const int node = report.smallestPivot.node;

@@ -32,10 +32,10 @@ Renumbering RenumberNodes(ModelStore& model)
     Renumbering result;
     result.newNumber.resize(std::size_t(model.NPOIN));
     std::iota(result.newNumber.begin(), result.newNumber.end(), 0);
-    result.skylineEntriesBefore = result.skylineEntriesAfter = SkylineEntriesWith(graph, result.newNumber);
+    result.skylineEntriesBefore = result.skylineEntriesAfter = SkylineCostWith(graph, result.newNumber).entries;
 
     std::vector<int> reordered = ReverseCuthillMcKee(graph);
-    const std::int64_t entries = SkylineEntriesWith(graph, reordered);
+    const std::int64_t entries = SkylineCostWith(graph, reordered).entries;
     if (entries < result.skylineEntriesBefore) {
         result.newNumber = std::move(reordered);
         result.skylineEntriesAfter = entries;

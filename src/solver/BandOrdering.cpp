@@ -107,19 +107,23 @@ std::vector<int> ReverseCuthillMcKee(const NodeGraph& graph)
     return newNumber;
 }
 
-std::int64_t SkylineEntriesWith(const NodeGraph& graph, const std::vector<int>& newNumber)
+SkylineCost SkylineCostWith(const NodeGraph& graph, const std::vector<int>& newNumber)
 {
-    std::int64_t entries = 0;
+    SkylineCost cost;
     for (int n = 0; n < static_cast<int>(newNumber.size()); ++n) {
         int lowest = newNumber[std::size_t(n)];
         for (const int neighbour : Neighbours(graph, n)) {
             lowest = std::min(lowest, newNumber[std::size_t(neighbour)]);
         }
-        // Six columns reach down to the lowest node's first equation, above the triangle at the diagonal.
-        const std::int64_t reach = newNumber[std::size_t(n)] - lowest;
-        entries += DofsPerNode * DofsPerNode * reach + DofsPerNode * (DofsPerNode + 1) / 2;
+        // Six columns reach down to the lowest node's first equation.
+        const std::int64_t below = DofsPerNode * std::int64_t(newNumber[std::size_t(n)] - lowest);
+        for (int dof = 0; dof < DofsPerNode; ++dof) {
+            const std::int64_t height = below + dof + 1;
+            cost.entries += height;
+            cost.operations += static_cast<double>(height) * static_cast<double>(height);
+        }
     }
-    return entries;
+    return cost;
 }
 
 } // namespace tarnvexo

@@ -19,7 +19,12 @@ namespace tarnvexo {
 // Cost: O(N log d), d the largest number of neighbours, times the few level structures that find each start.
 std::vector<int> ReverseCuthillMcKee(const NodeGraph& graph);
 
-// Entries of the skyline of solver/SkylineProfile when the nodes have these numbers.
-std::int64_t SkylineEntriesWith(const NodeGraph& graph, const std::vector<int>& newNumber);
+// Entries of the skyline of solver/SkylineProfile when the nodes have these numbers, and the operations (additions and
+// multiplications) of its factorisation.
+struct SkylineCost {
+    std::int64_t entries = 0;
+    double operations = 0.0;
+};
+SkylineCost SkylineCostWith(const NodeGraph& graph, const std::vector<int>& newNumber);
 
 } // namespace tarnvexo
