@@ -42,24 +42,26 @@ void CentroidStiffness(const BeamElement& beam, double K[BeamDofCount][BeamDofCo
     K[RY][RY] = K[n2 + RY][n2 + RY] = (4.0 + s.phi1) * b1 * L * L;
     K[RY][n2 + RY] = (2.0 - s.phi1) * b1 * L * L;
 
-    for (int i = 0; i < BeamDofCount; ++i) {
-        for (int j = 0; j < i; ++j) { K[i][j] = K[j][i]; }
-    }
+    MirrorUpperTriangle(K);
 }
 
-// Displacements of the centroid line from those of the node line: u_c = u + θ × e.
-void OffsetTransformation(const BeamSectionConstants& s, double T[BeamDofCount][BeamDofCount])
+// K ← Tᵀ·K·T with displacements of the centroid line from those of the node line, u_c = u + θ × e: the forces of a node
+// act on its rotations with the moments e × F. First the rows, Tᵀ·K, then the columns.
+void AddOffset(const BeamSectionConstants& s, double K[BeamDofCount][BeamDofCount])
 {
-    for (int i = 0; i < BeamDofCount; ++i) {
-        for (int j = 0; j < BeamDofCount; ++j) { T[i][j] = i == j ? 1.0 : 0.0; }
-    }
     for (int n = 0; n < BeamDofCount; n += DofsPerNode) {
-        T[n + DX][n + RY] = s.ez;
-        T[n + DX][n + RZ] = -s.ey;
-        T[n + DY][n + RX] = -s.ez;
-        T[n + DY][n + RZ] = s.ex;
-        T[n + DZ][n + RX] = s.ey;
-        T[n + DZ][n + RY] = -s.ex;
+        for (int j = 0; j < BeamDofCount; ++j) {
+            K[n + RX][j] = s.ey * K[n + DZ][j] - s.ez * K[n + DY][j] + K[n + RX][j];
+            K[n + RY][j] = s.ez * K[n + DX][j] - s.ex * K[n + DZ][j] + K[n + RY][j];
+            K[n + RZ][j] = s.ex * K[n + DY][j] - s.ey * K[n + DX][j] + K[n + RZ][j];
+        }
+    }
+    for (int i = 0; i < BeamDofCount; ++i) {
+        for (int n = 0; n < BeamDofCount; n += DofsPerNode) {
+            K[i][n + RX] = s.ey * K[i][n + DZ] - s.ez * K[i][n + DY] + K[i][n + RX];
+            K[i][n + RY] = s.ez * K[i][n + DX] - s.ex * K[i][n + DZ] + K[i][n + RY];
+            K[i][n + RZ] = s.ex * K[i][n + DY] - s.ey * K[i][n + DX] + K[i][n + RZ];
+        }
     }
 }
 
@@ -67,15 +69,12 @@ void OffsetTransformation(const BeamSectionConstants& s, double T[BeamDofCount][
 
 void BeamStiffness(const BeamElement& beam, double K[BeamDofCount][BeamDofCount])
 {
-    double Kc[BeamDofCount][BeamDofCount];
-    double T[BeamDofCount][BeamDofCount];
-    CentroidStiffness(beam, Kc);
-    OffsetTransformation(beam.section, T);
-    TripleProduct<BeamDofCount, BeamDofCount>(&K[0][0], &T[0][0], &Kc[0][0]);
+    CentroidStiffness(beam, K);
+    AddOffset(beam.section, K);
 
     Vector3 frame[3];
     BeamFrame(beam, frame);
-    MatrixToGlobal<BeamNodeCount>(frame, &K[0][0]);
+    MatrixToGlobal<BeamNodeCount>(frame, K);
 }
 
 } // namespace tarnvexo

@@ -34,19 +34,30 @@ template <int Nodes> void VectorToLocal(const Vector3 lambda[3], const double* d
     for (int i = 0; i < 2 * Nodes; ++i) { ToLocal(lambda, d + 3 * i, out + 3 * i); }
 }
 
-// K ← Tᵀ·K·T, T block diagonal with one λ per three DOFs; K [6·Nodes][6·Nodes].
-template <int Nodes> void MatrixToGlobal(const Vector3 lambda[3], double* K)
+// K ← Tᵀ·K·T, T block diagonal with one λ per three DOFs: each 3x3 block X becomes λᵀ·X·λ. K [6·Nodes][6·Nodes],
+// symmetric; the upper triangle is read, the whole matrix written.
+template <int Nodes> void MatrixToGlobal(const Vector3 lambda[3], double K[6 * Nodes][6 * Nodes])
 {
     constexpr int n = Nodes * DofsPerNode;
-    double T[n * n] = {};
-    for (int block = 0; block < n; block += 3) {
-        for (int i = 0; i < 3; ++i) {
-            for (int j = 0; j < 3; ++j) { T[(block + i) * n + block + j] = lambda[i][j]; }
+    double L[3][3], Lt[3][3];
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) { L[i][j] = Lt[j][i] = lambda[i][j]; }
+    }
+    MirrorUpperTriangle(K);
+    for (int row = 0; row < n; row += 3) {
+        for (int column = row; column < n; column += 3) {
+            double X[3][3], LtX[3][3], turned[3][3];
+            for (int i = 0; i < 3; ++i) {
+                for (int j = 0; j < 3; ++j) { X[i][j] = K[row + i][column + j]; }
+            }
+            MatMultiply(&LtX[0][0], &Lt[0][0], &X[0][0], 3, 3, 3);
+            MatMultiply(&turned[0][0], &LtX[0][0], &L[0][0], 3, 3, 3);
+            for (int i = 0; i < 3; ++i) {
+                for (int j = 0; j < 3; ++j) { K[row + i][column + j] = turned[i][j]; }
+            }
         }
     }
-    double rotated[n * n];
-    TripleProduct<n, n>(rotated, T, K);
-    for (int i = 0; i < n * n; ++i) { K[i] = rotated[i]; }
+    MirrorUpperTriangle(K);
 }
 
 } // namespace tarnvexo

@@ -66,14 +66,46 @@ template <int Nodes> LocalShell<Lanes, Nodes> GatherShells(const ShellElement<No
     return shells;
 }
 
-// Element matrices from the upper triangle of the matrix of lanes.
+// Exchanges rows and columns of LaneCount vectors of LaneCount numbers: 2x2 blocks, then blocks of these, and so on.
+HWY_INLINE void TransposeLanes([[maybe_unused]] hn::Vec<Tag> (&rows)[LaneCount])
+{
+#if HWY_TARGET != HWY_SCALAR
+    const Tag d;
+    for (int i = 0; i < LaneCount; i += 2) {
+        const auto a = rows[i], b = rows[i + 1];
+        rows[i] = hn::InterleaveLower(d, a, b);
+        rows[i + 1] = hn::InterleaveUpper(d, a, b);
+    }
+    if constexpr (LaneCount == 8) {
+        for (int i : {0, 1, 4, 5}) {
+            const auto a = rows[i], b = rows[i + 2];
+            rows[i] = hn::OddEvenBlocks(hn::SwapAdjacentBlocks(b), a);
+            rows[i + 2] = hn::OddEvenBlocks(b, hn::SwapAdjacentBlocks(a));
+        }
+    }
+    if constexpr (LaneCount >= 4) {
+        for (int i = 0; i < LaneCount / 2; ++i) {
+            const auto a = rows[i], b = rows[i + LaneCount / 2];
+            rows[i] = hn::ConcatLowerLower(d, b, a);
+            rows[i + LaneCount / 2] = hn::ConcatUpperUpper(d, b, a);
+        }
+    }
+#endif
+}
+
+// Element matrices from the upper triangle of the matrix of lanes, LaneCount columns of a row at a time. The last
+// columns of a row may be written twice.
 template <int n> void ScatterMatrices(const Lanes upper[n][n], int count, double (*K)[n][n])
 {
-    for (int i = 0; i < n; ++i) {
-        for (int j = i; j < n; ++j) {
-            alignas(64) double entry[LaneCount];
-            hn::Store(upper[i][j].v, Tag(), entry);
-            for (int e = 0; e < count; ++e) { K[e][i][j] = K[e][j][i] = entry[e]; }
+    for (int row = 0; row < n; ++row) {
+        for (int column = 0; column < n; column += LaneCount) {
+            const int first = std::min(column, n - LaneCount);
+            hn::Vec<Tag> entries[LaneCount];
+            for (int c = 0; c < LaneCount; ++c) {
+                entries[c] = upper[std::min(row, first + c)][std::max(row, first + c)].v;
+            }
+            TransposeLanes(entries);
+            for (int e = 0; e < count; ++e) { hn::StoreU(entries[e], Tag(), &K[e][row][first]); }
         }
     }
 }

@@ -4,8 +4,8 @@
 #include "support/ElementTools.h"
 
 #include <cmath>
+#include <cstring>
 #include <gtest/gtest.h>
-#include <vector>
 
 namespace tarnvexo {
 namespace {
@@ -26,17 +26,18 @@ void FillParts(double Km[9][9], double Kb[9][9])
 }
 
 // The local matrix of a triangle, u, v, w, θx, θy, θz of each node.
-std::vector<double> Joined(const double Km[9][9], const double Kb[9][9])
+void Join(const double Km[9][9], const double Kb[9][9], double K[18][18])
 {
     const int membrane[9] = {0, 1, 5, 6, 7, 11, 12, 13, 17}, plate[9] = {2, 3, 4, 8, 9, 10, 14, 15, 16};
-    std::vector<double> K(18 * 18);
+    for (int i = 0; i < 18; ++i) {
+        for (int j = 0; j < 18; ++j) { K[i][j] = 0.0; }
+    }
     for (int i = 0; i < 9; ++i) {
         for (int j = 0; j < 9; ++j) {
-            K[membrane[i] * 18 + membrane[j]] = Km[i][j];
-            K[plate[i] * 18 + plate[j]] = Kb[i][j];
+            K[membrane[i]][membrane[j]] = Km[i][j];
+            K[plate[i]][plate[j]] = Kb[i][j];
         }
     }
-    return K;
 }
 
 TEST(ShellTransform, LocalCoordinatesAreProductsWithTheAxesFromTheGlobalOrigin)
@@ -73,44 +74,44 @@ TEST(ShellTransform, VectorToLocalUndoesVectorToGlobal)
 
 TEST(ShellTransform, MatrixToGlobalKeepsTheEnergyOfEveryMotion)
 {
-    std::vector<double> K(18 * 18), global;
+    double K[18][18], global[18][18];
     for (int i = 0; i < 18; ++i) {
-        for (int j = 0; j <= i; ++j) { K[i * 18 + j] = K[j * 18 + i] = std::cos(i + 2.0 * j) + (i == j ? 20.0 : 0.0); }
+        for (int j = 0; j <= i; ++j) { K[i][j] = K[j][i] = std::cos(i + 2.0 * j) + (i == j ? 20.0 : 0.0); }
     }
     double d[18], turned[18];
     for (int i = 0; i < 18; ++i) { d[i] = std::sin(i + 1.0); }
     VectorToGlobal<3>(Lambda.data(), d, turned);
-    global = K;
-    MatrixToGlobal<3>(Lambda.data(), global.data());
-    const double energy = StrainEnergy(K.data(), d, 18);
-    EXPECT_NEAR(StrainEnergy(global.data(), turned, 18), energy, 1e-14 * energy);
+    std::memcpy(global, K, sizeof K);
+    MatrixToGlobal<3>(Lambda.data(), global);
+    const double energy = StrainEnergy(&K[0][0], d, 18);
+    EXPECT_NEAR(StrainEnergy(&global[0][0], turned, 18), energy, 1e-14 * energy);
 }
 
 // Rows u, v, θz of the membrane and w, θx, θy of the plate among the six of a node.
 TEST(ShellToGlobal, MembraneGoesToUVAndRotationZAndPlateToWAndRotationsXY)
 {
     const double identity[3][3] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
-    double Km[9][9], Kb[9][9], K[18][18];
+    double Km[9][9], Kb[9][9], K[18][18], expected[18][18];
     FillParts(Km, Kb);
     HWY_NAMESPACE::ShellToGlobal<double, 3>(identity, Km, Kb, K);
-    const std::vector<double> expected = Joined(Km, Kb);
+    Join(Km, Kb, expected);
     for (int i = 0; i < 18; ++i) {
-        for (int j = i; j < 18; ++j) { EXPECT_EQ(K[i][j], expected[i * 18 + j]) << i << "," << j; }
+        for (int j = i; j < 18; ++j) { EXPECT_EQ(K[i][j], expected[i][j]) << i << "," << j; }
     }
 }
 
 TEST(ShellToGlobal, IsTheFullProductWithTheZerosLeftOut)
 {
-    double lambda[3][3], Km[9][9], Kb[9][9], K[18][18];
+    double lambda[3][3], Km[9][9], Kb[9][9], K[18][18], expected[18][18];
     for (int i = 0; i < 3; ++i) {
         for (int j = 0; j < 3; ++j) { lambda[i][j] = Lambda[i][j]; }
     }
     FillParts(Km, Kb);
     HWY_NAMESPACE::ShellToGlobal<double, 3>(lambda, Km, Kb, K);
-    std::vector<double> expected = Joined(Km, Kb);
-    MatrixToGlobal<3>(Lambda.data(), expected.data());
+    Join(Km, Kb, expected);
+    MatrixToGlobal<3>(Lambda.data(), expected);
     for (int i = 0; i < 18; ++i) {
-        for (int j = i; j < 18; ++j) { EXPECT_EQ(K[i][j], expected[i * 18 + j]) << i << "," << j; }
+        for (int j = i; j < 18; ++j) { EXPECT_EQ(K[i][j], expected[i][j]) << i << "," << j; }
     }
 }
 

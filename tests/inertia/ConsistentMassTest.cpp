@@ -5,6 +5,7 @@
 #include "inertia/StructureCentroid.h"
 #include "support/ElementTools.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -45,15 +46,45 @@ TEST(QuadMass, IsTheIntegralOfTheShapeFunctionsUpToTheShortDecimalsOfTheRule)
 
 // Deliberate: 0.932469514, 0.661209386, 0.238619186 with 0.1713245, 0.3607616, 0.4679139. On a square of side 2 the
 // entry of a node is the square of Σ w·¼(1 − x)².
+constexpr double Abscissas[6] = {-0.932469514, -0.661209386, -0.238619186, 0.238619186, 0.661209386, 0.932469514};
+constexpr double Weights[6] = {0.1713245, 0.3607616, 0.4679139, 0.4679139, 0.3607616, 0.1713245};
+
 TEST(QuadMass, KeepsTheShortDecimalsOfTheRule)
 {
-    const double abscissa[3] = {0.932469514, 0.661209386, 0.238619186}, weight[3] = {0.1713245, 0.3607616, 0.4679139};
     double sum = 0.0;
-    for (int i = 0; i < 3; ++i) { sum += weight[i] * 0.5 * (1.0 + abscissa[i] * abscissa[i]); }
+    for (int i = 0; i < 6; ++i) { sum += 0.25 * Weights[i] * (1.0 - Abscissas[i]) * (1.0 - Abscissas[i]); }
     double m[4][4];
     QuadMass(MakeQuad({{{0, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}}}, 1.0, 0.3, 1.0, 1.0), m);
     EXPECT_NEAR(m[0][0], sum * sum, 1e-15);
     EXPECT_GT(std::fabs(m[0][0] - 4.0 / 9.0), 1e-8); // the exact value is not what is used
+}
+
+// Convex; concave, det J changes its sign at one node; crossed, it changes it across the middle.
+TEST(QuadMass, IsTheSumOverThePointsOfTheRuleWhetherTheDeterminantKeepsItsSignOrNot)
+{
+    const double xs[3][4] = {{0.0, 2.1, 1.7, -0.3}, {0.0, 2.0, 0.4, 0.0}, {0.0, 2.0, 0.0, 1.5}};
+    const double ys[3][4] = {{0.0, 0.2, 1.4, 1.1}, {0.0, 0.0, 0.3, 2.0}, {0.0, 0.0, 1.3, 1.0}};
+    const bool keepsSign[3] = {true, false, false};
+    for (int shape = 0; shape < 3; ++shape) {
+        SCOPED_TRACE(shape);
+        const double *x = xs[shape], *y = ys[shape];
+        double expected[4][4] = {}, m[4][4], smallest = 1.0, largest = -1.0;
+        for (int p = 0; p < 6; ++p) {
+            for (int q = 0; q < 6; ++q) {
+                const QuadPoint point = EvaluateQuad(x, y, Abscissas[p], Abscissas[q]);
+                smallest = std::min(smallest, point.detJ);
+                largest = std::max(largest, point.detJ);
+                const double weight = Density * T * std::fabs(point.detJ) * Weights[p] * Weights[q];
+                for (int i = 0; i < 4; ++i) {
+                    for (int j = 0; j < 4; ++j) { expected[i][j] += weight * point.N[i] * point.N[j]; }
+                }
+            }
+        }
+        QuadMass(MakeQuad({{{x[0], y[0], 0}, {x[1], y[1], 0}, {x[2], y[2], 0}, {x[3], y[3], 0}}}, 1.0, 0.3, T, Density),
+                 m);
+        EXPECT_EQ(smallest * largest > 0.0, keepsSign[shape]);
+        EXPECT_LT(LargestDifference(&expected[0][0], &m[0][0], 16), 1e-14);
+    }
 }
 
 TEST(QuadMass, AddsUpToTheMassOfTheElement)
