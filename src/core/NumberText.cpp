@@ -174,12 +174,12 @@ constexpr Layouts LayoutTable;
 std::uint64_t DigitCharacters(std::uint64_t digits)
 {
     static_assert(std::endian::native == std::endian::little, "the first character is the lowest byte");
-    std::uint64_t text = 0;
-    char* const characters = reinterpret_cast<char*>(&text);
-    std::memcpy(characters, Pairs.text + 2 * (digits / 10000), 2);
-    std::memcpy(characters + 2, Pairs.text + 2 * (digits / 100 % 100), 2);
-    std::memcpy(characters + 4, Pairs.text + 2 * (digits % 100), 2);
-    return text;
+    const auto pair = [](std::uint64_t value) {
+        std::uint16_t characters;
+        std::memcpy(&characters, Pairs.text + 2 * value, sizeof characters);
+        return std::uint64_t(characters);
+    };
+    return pair(digits / 10000) | pair(digits / 100 % 100) << 16 | pair(digits % 100) << 32;
 }
 
 void WriteEight(char* out, std::uint64_t characters)

@@ -1,5 +1,7 @@
 #include "output/DxfDrawing.h"
 
+#include "output/RangeWriter.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -18,23 +20,32 @@ void WriteLine(TextWriter& text, const Vector3& from, const Vector3& to)
     text.Text("  0\n");
 }
 
-// Every edge of every shell; position(node) gives the point to draw.
+constexpr std::size_t ElementsPerRange = 1024;
+
+// Every edge of the elements; position(node) gives the point to draw.
+template <class Connectivity, class Position>
+void WriteEdges(TextFile& file, const Connectivity& connectivity, Position position)
+{
+    WriteRanges(file, connectivity.size(), ElementsPerRange, [&](TextWriter& text, std::size_t begin, std::size_t end) {
+        for (std::size_t e = begin; e < end; ++e) {
+            const auto& nodes = connectivity[e];
+            for (std::size_t i = 0; i < nodes.size(); ++i) {
+                WriteLine(text, position(nodes[i]), position(nodes[(i + 1) % nodes.size()]));
+            }
+        }
+    });
+}
+
 template <class Position> FileResult WriteDrawing(const ModelStore& model, const std::string& path, Position position)
 {
     TextFile file;
     if (!file.Open(path)) {
         return file.Close();
     }
-    TextWriter& text = file.Text();
-    const auto writeEdges = [&](const auto& nodes) {
-        for (std::size_t i = 0; i < nodes.size(); ++i) {
-            WriteLine(text, position(nodes[i]), position(nodes[(i + 1) % nodes.size()]));
-        }
-    };
-    text.Text("  0\nSECTION\n  2\nENTITIES\n  0\n");
-    for (const auto& nodes : model.QuadConnectivity) { writeEdges(nodes); }
-    for (const auto& nodes : model.TriConnectivity) { writeEdges(nodes); }
-    text.Text("ENDSEC\n  0\nEOF\n");
+    file.Text().Text("  0\nSECTION\n  2\nENTITIES\n  0\n");
+    WriteEdges(file, model.QuadConnectivity, position);
+    WriteEdges(file, model.TriConnectivity, position);
+    file.Text().Text("ENDSEC\n  0\nEOF\n");
     return file.Close();
 }
 

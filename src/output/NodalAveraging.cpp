@@ -1,5 +1,7 @@
 #include "output/NodalAveraging.h"
 
+#include "core/Parallel.h"
+
 #include <cstddef>
 #include <vector>
 
@@ -91,6 +93,7 @@ NodeElements FindNodeElements(const std::vector<std::array<int, Nodes>>& connect
 }
 
 constexpr int NoElement = -1;
+constexpr std::size_t ElementsPerRange = 512;
 
 // Adds the matching elements of one type around the node, in element order, leaving out element `skip`.
 template <class Element, class Other>
@@ -113,20 +116,22 @@ template <class Element, class Other, std::size_t Nodes>
 void AverageElements(std::vector<Element>& elements, const std::vector<std::array<int, Nodes>>& connectivity,
                      const NodeElements& ownMap, const std::vector<Other>& others, const NodeElements& otherMap)
 {
-    for (std::size_t e = 0; e < elements.size(); ++e) {
-        Element& element = elements[e];
-        for (std::size_t i = 0; i < Nodes; ++i) {
-            if (!IsFirstPosition(connectivity[e], i)) {
-                continue; // a node that stands twice in an element is averaged at its first position
+    ParallelFor(elements.size(), ElementsPerRange, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t e = begin; e < end; ++e) {
+            Element& element = elements[e];
+            for (std::size_t i = 0; i < Nodes; ++i) {
+                if (!IsFirstPosition(connectivity[e], i)) {
+                    continue; // a node that stands twice in an element is averaged at its first position
+                }
+                const int node = connectivity[e][i];
+                FaceStressMean mean;
+                mean.Add(element.positiveFace[i], element.negativeFace[i]);
+                AddNeighbours(element, elements, ownMap, node, static_cast<int>(e), mean);
+                AddNeighbours(element, others, otherMap, node, NoElement, mean);
+                mean.Store(element.averagedPositiveFace[i], element.averagedNegativeFace[i]);
             }
-            const int node = connectivity[e][i];
-            FaceStressMean mean;
-            mean.Add(element.positiveFace[i], element.negativeFace[i]);
-            AddNeighbours(element, elements, ownMap, node, static_cast<int>(e), mean);
-            AddNeighbours(element, others, otherMap, node, NoElement, mean);
-            mean.Store(element.averagedPositiveFace[i], element.averagedNegativeFace[i]);
         }
-    }
+    });
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "output/NodalDisplacementFile.h"
 
+#include "output/RangeWriter.h"
+
 #include <cstddef>
 
 namespace tarnvexo {
@@ -14,13 +16,17 @@ FileResult WriteNodalDisplacements(const ModelStore& model, const std::string& p
     TextWriter& text = file.Text();
     for (const char* label : {"Node", "dx", "dy", "dz", "rx", "ry", "rz"}) { text.Text(label, width); }
     text.EndLine();
-    for (int n = 0; n < model.NPOIN; ++n) {
-        text.Integer(n, width - 1).Text(":");
-        for (int k = 0; k < DofsPerNode; ++k) {
-            text.Number(model.GlobalDisplacement[std::size_t(DofsPerNode) * n + k], width);
-        }
-        text.EndLine();
-    }
+    constexpr std::size_t nodesPerRange = 4096;
+    WriteRanges(file, std::size_t(model.NPOIN), nodesPerRange,
+                [&](TextWriter& lines, std::size_t begin, std::size_t end) {
+                    for (std::size_t n = begin; n < end; ++n) {
+                        lines.Integer(static_cast<long long>(n), width - 1).Text(":");
+                        for (int k = 0; k < DofsPerNode; ++k) {
+                            lines.Number(model.GlobalDisplacement[DofsPerNode * n + k], width);
+                        }
+                        lines.EndLine();
+                    }
+                });
     return file.Close();
 }
 

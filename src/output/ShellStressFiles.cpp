@@ -1,6 +1,7 @@
 #include "output/ShellStressFiles.h"
 
 #include "elements/ShellNodeStress.h"
+#include "output/RangeWriter.h"
 
 #include <cstddef>
 
@@ -9,6 +10,7 @@ namespace tarnvexo {
 namespace {
 
 constexpr int Width = 15;
+constexpr std::size_t ElementsPerRange = 256;
 
 void WriteStressLine(TextWriter& text, int node, const double stress[StressCount])
 {
@@ -19,19 +21,21 @@ void WriteStressLine(TextWriter& text, int node, const double stress[StressCount
 
 // faces(element) gives the two sets to write, as a pair of pointers to [node][component].
 template <class Elements, class Connectivity, class Faces>
-void WriteElements(TextWriter& text, const char* title, const Elements& elements, const Connectivity& connectivity,
+void WriteElements(TextFile& file, const char* title, const Elements& elements, const Connectivity& connectivity,
                    Faces faces)
 {
-    for (std::size_t e = 0; e < elements.size(); ++e) {
-        text.Text(title).Integer(static_cast<long long>(e)).EndLine();
-        for (const char* label : {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"}) { text.Text(label, Width); }
-        text.EndLine();
-        const auto [positive, negative] = faces(elements[e]);
-        for (std::size_t i = 0; i < connectivity[e].size(); ++i) {
-            WriteStressLine(text, connectivity[e][i], positive[i]);
-            WriteStressLine(text, connectivity[e][i], negative[i]);
+    WriteRanges(file, elements.size(), ElementsPerRange, [&](TextWriter& text, std::size_t begin, std::size_t end) {
+        for (std::size_t e = begin; e < end; ++e) {
+            text.Text(title).Integer(static_cast<long long>(e)).EndLine();
+            for (const char* label : {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"}) { text.Text(label, Width); }
+            text.EndLine();
+            const auto [positive, negative] = faces(elements[e]);
+            for (std::size_t i = 0; i < connectivity[e].size(); ++i) {
+                WriteStressLine(text, connectivity[e][i], positive[i]);
+                WriteStressLine(text, connectivity[e][i], negative[i]);
+            }
         }
-    }
+    });
 }
 
 template <class Faces>
@@ -42,8 +46,8 @@ FileResult WriteStressFile(const ModelStore& model, const std::string& path, con
     if (!file.Open(path)) {
         return file.Close();
     }
-    WriteElements(file.Text(), quadTitle, model.QuadElements, model.QuadConnectivity, faces);
-    WriteElements(file.Text(), triTitle, model.TriElements, model.TriConnectivity, faces);
+    WriteElements(file, quadTitle, model.QuadElements, model.QuadConnectivity, faces);
+    WriteElements(file, triTitle, model.TriElements, model.TriConnectivity, faces);
     return file.Close();
 }
 

@@ -54,6 +54,12 @@ FileResult TextFile::Close()
     return result;
 }
 
+void TextFile::Append(std::string_view text)
+{
+    writer.Flush();
+    Write(text);
+}
+
 void TextFile::Write(std::string_view text)
 {
     if (file == nullptr || result.outcome != FileOutcome::Written) {

@@ -49,6 +49,9 @@ public:
     // The file's text. What is written before Open or after Close goes nowhere.
     TextWriter& Text() { return writer; }
 
+    // Text that has been gathered elsewhere, behind what Text() has got so far.
+    void Append(std::string_view text);
+
     // What became of the file that was opened last.
     FileResult Close();
 
