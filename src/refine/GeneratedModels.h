@@ -1,6 +1,6 @@
 // refine/GeneratedModels.h
 // Structures made by formula in any size, for studies of how time and memory grow with a model, and for tests on
-// structures of a useful size. The same figure gives the same model everywhere, to the last bit.
+// structures of a useful size. No random numbers: the same figure gives the same model.
 //
 //   equations   about how many equations the model shall have, 6 per node: met within a quarter from 3,000 on, within a
 //               tenth from 100,000 on; smaller figures give the smallest model of the kind
