@@ -217,7 +217,7 @@ std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts, const std::string& version
     auto app =
         std::make_unique<CLI::App>("Linear static analysis of shells and beams with inertia relief.", "tarnvexo");
     const auto formatter = std::make_shared<CLI::Formatter>();
-    formatter->column_width(38);
+    formatter->column_width(32);
     formatter->label("Positionals", "Arguments");
     formatter->label("OPTIONS", "options");
     formatter->label("SUBCOMMAND", "COMMAND ...");

@@ -1,8 +1,8 @@
 // cli/ProgressDisplay.h
 // Shows the stages of a run on standard error. On a terminal every stage has a line that is rewritten in place:
 //
-//     [4/11] factorise …                                                   while it goes on
-//     [4/11] factorise      2.31 s    1.2 GB   about 3 s left              when it has ended
+//     [4/11]  factorise    …                                                while it goes on
+//     [4/11]  factorise       2.31 s   1.20 GB   about 3 s left              when it has ended
 //
 // Elsewhere only the second line is written.
 #pragma once

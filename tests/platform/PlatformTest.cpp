@@ -247,6 +247,28 @@ TEST(StandardOutput, ReportsOnceThatTheSystemHasNoConverterToGbk)
                          "  to do:    install it (package libc-gconv-modules-extra on newer Debian systems)\n");
 }
 
+TEST(Utf8Output, IsWrittenAsItIs)
+{
+    const ChildResult run = RunInChild([] { EXPECT_TRUE(WriteUtf8Output("Σ 错 \n")); });
+    EXPECT_EQ(run.output, "Σ 错 \n");
+}
+
+TEST(Utf8Output, TellsWhenItCannotBeWritten)
+{
+    const ChildResult run = RunInChild([] {
+        dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO);
+        _exit(WriteUtf8Output("a") ? 0 : 7);
+    });
+    EXPECT_EQ(run.exitCode, 7);
+    EXPECT_EQ(run.error, "");
+}
+
+TEST(ErrorLines, CannotBeRewrittenInAFile)
+{
+    const ChildResult run = RunInChild([] { _exit(ErrorLinesCanBeRewritten() ? 1 : 0); });
+    EXPECT_EQ(run.exitCode, 0);
+}
+
 TEST(AvailableMemory, IsPositiveAndNotMoreThanTheMachineHas)
 {
     const auto pages = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES));

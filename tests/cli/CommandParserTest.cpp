@@ -1,0 +1,223 @@
+#include "cli/CommandParser.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+
+namespace tarnvexo {
+namespace {
+
+Command Parse(const std::vector<std::string>& arguments)
+{
+    return ParseCommandLine(arguments, "tarnvexo 1.2.3\n");
+}
+
+SolveCommand ParseSolve(const std::vector<std::string>& arguments)
+{
+    const Command command = Parse(arguments);
+    if (const auto* message = std::get_if<MessageCommand>(&command)) {
+        ADD_FAILURE() << message->error;
+        return {};
+    }
+    return std::get<SolveCommand>(command);
+}
+
+MessageCommand ParseMessage(const std::vector<std::string>& arguments)
+{
+    const Command command = Parse(arguments);
+    const auto* message = std::get_if<MessageCommand>(&command);
+    EXPECT_NE(message, nullptr);
+    return message != nullptr ? *message : MessageCommand();
+}
+
+// Standard error of a command line that must be refused.
+std::string Fault(const std::vector<std::string>& arguments)
+{
+    const MessageCommand message = ParseMessage(arguments);
+    EXPECT_EQ(message.exitCode, ExitUsage);
+    EXPECT_EQ(message.output, "");
+    return message.error;
+}
+
+TEST(SolveArguments, HaveTheseDefaults)
+{
+    const SolveCommand command = ParseSolve({"solve", "wing.txt"});
+    EXPECT_EQ(command.solve.modelFile, "wing.txt");
+    EXPECT_EQ(command.solve.outputDirectory, ".");
+    EXPECT_EQ(command.solve.solver, SolverKind::Automatic);
+    EXPECT_EQ(command.solve.balance, BalanceKind::Exact);
+    EXPECT_EQ(command.solve.displacements, DisplacementKind::MassOrthogonal);
+    EXPECT_TRUE(command.solve.writeResults);
+    EXPECT_EQ(command.threads, 0);
+    EXPECT_EQ(command.units, UnitSystem::Unnamed);
+    EXPECT_EQ(command.jsonFile, "");
+    EXPECT_FALSE(command.quiet);
+}
+
+TEST(SolveArguments, ReachEveryOption)
+{
+    const SolveCommand command =
+        ParseSolve({"solve", "-o", "run", "--threads=3", "--solver", "skyline", "--balance", "classic",
+                    "--displacements", "held", "--units", "mm-t-s", "--format", "none", "--json", "-", "-q", "wing"});
+    EXPECT_EQ(command.solve.modelFile, "wing");
+    EXPECT_EQ(command.solve.outputDirectory, "run");
+    EXPECT_EQ(command.solve.solver, SolverKind::Skyline);
+    EXPECT_EQ(command.solve.balance, BalanceKind::Classic);
+    EXPECT_EQ(command.solve.displacements, DisplacementKind::Held);
+    EXPECT_FALSE(command.solve.writeResults);
+    EXPECT_EQ(command.threads, 3);
+    EXPECT_EQ(command.units, UnitSystem::MillimetreTonneSecond);
+    EXPECT_EQ(command.jsonFile, "-");
+    EXPECT_TRUE(command.quiet);
+}
+
+TEST(SolveArguments, GivenTwiceCountAsGivenLast)
+{
+    EXPECT_EQ(ParseSolve({"solve", "m", "--threads", "2", "--threads", "5"}).threads, 5);
+}
+
+TEST(SolveArguments, TakeChoicesInAnyCase)
+{
+    EXPECT_EQ(ParseSolve({"solve", "m", "--units", "si"}).units, UnitSystem::SI);
+    EXPECT_EQ(ParseSolve({"solve", "m", "--solver", "Sparse"}).solve.solver, SolverKind::Sparse);
+}
+
+TEST(SolveArguments, TakeFormatsSeveralTimesOrWithCommas)
+{
+    EXPECT_TRUE(ParseSolve({"solve", "m", "--format", "text,text"}).solve.writeResults);
+    EXPECT_FALSE(ParseSolve({"solve", "--format", "none", "--format", "none", "m"}).solve.writeResults);
+    EXPECT_EQ(Fault({"solve", "m", "--format", "text", "--format", "none"}),
+              "tarnvexo solve: error: --format cannot be \"none\" together with another format\n"
+              "  expected: none alone, or the formats that are wanted\n"
+              "  to do:    see tarnvexo solve --help\n");
+}
+
+TEST(SolveArguments, MayNameAModelLikeACommandOrAnOption)
+{
+    EXPECT_EQ(ParseSolve({"solve", "info"}).solve.modelFile, "info");
+    EXPECT_EQ(ParseSolve({"solve", "--", "-odd"}).solve.modelFile, "-odd");
+}
+
+TEST(InfoArguments, AreModelUnitsJsonAndQuiet)
+{
+    const auto command = std::get<InfoCommand>(Parse({"info", "m", "--units", "SI", "--json", "a.json", "--quiet"}));
+    EXPECT_EQ(command.model, "m");
+    EXPECT_EQ(command.units, UnitSystem::SI);
+    EXPECT_EQ(command.jsonFile, "a.json");
+    EXPECT_TRUE(command.quiet);
+}
+
+TEST(RefineArguments, AreModelPartsOutputAndNoRenumber)
+{
+    const auto command = std::get<RefineCommand>(Parse({"refine", "m", "-k", "3", "-o", "fine.txt"}));
+    EXPECT_EQ(command.model, "m");
+    EXPECT_EQ(command.k, 3);
+    EXPECT_EQ(command.outputFile, "fine.txt");
+    EXPECT_TRUE(command.renumber);
+    EXPECT_FALSE(std::get<RefineCommand>(Parse({"refine", "m", "-k3", "-o", "f", "--no-renumber"})).renumber);
+}
+
+TEST(RenumberArguments, AreModelAndOutput)
+{
+    const auto command = std::get<RenumberCommand>(Parse({"renumber", "-o", "new.txt", "m"}));
+    EXPECT_EQ(command.model, "m");
+    EXPECT_EQ(command.outputFile, "new.txt");
+}
+
+TEST(UsageFault, NamesTheCommandThatWasMeant)
+{
+    EXPECT_EQ(Fault({"sovle", "m"}), "tarnvexo: error: there is no command \"sovle\"\n"
+                                     "  expected: solve, info, refine, renumber\n"
+                                     "  did you mean: solve\n"
+                                     "  to do:    see tarnvexo --help\n");
+    EXPECT_EQ(Fault({"xyzzy"}), "tarnvexo: error: there is no command \"xyzzy\"\n"
+                                "  expected: solve, info, refine, renumber\n"
+                                "  to do:    see tarnvexo --help\n");
+    EXPECT_EQ(Fault({""}).find("tarnvexo: error: a command is missing\n"), 0u);
+}
+
+TEST(UsageFault, NamesTheOptionThatWasMeant)
+{
+    const std::string solveOptions =
+        "  expected: --help --output --format --balance --displacements --solver --threads "
+        "--units --json --quiet\n";
+    EXPECT_EQ(Fault({"solve", "m", "--thread", "4"}), "tarnvexo solve: error: there is no option \"--thread\"\n" +
+                                                          solveOptions +
+                                                          "  did you mean: --threads\n"
+                                                          "  to do:    see tarnvexo solve --help\n");
+    EXPECT_NE(Fault({"solve", "-treads", "x"}).find("did you mean"), std::string::npos);
+    EXPECT_EQ(Fault({"--fast", "x"}), "tarnvexo: error: there is no option \"--fast\"\n"
+                                      "  expected: --help --version\n"
+                                      "  to do:    see tarnvexo --help\n");
+}
+
+TEST(UsageFault, SaysWhatIsMissing)
+{
+    EXPECT_EQ(Fault({"solve"}), "tarnvexo solve: error: MODEL is missing\n"
+                                "  expected: model file, or a directory with fem_solving.txt in it\n"
+                                "  to do:    see tarnvexo solve --help\n");
+    EXPECT_EQ(Fault({"refine", "m", "-o", "x"}), "tarnvexo refine: error: -k N is missing\n"
+                                                 "  expected: parts of every edge, from 2 on\n"
+                                                 "  to do:    see tarnvexo refine --help\n");
+    EXPECT_EQ(Fault({"renumber", "m"}).find("tarnvexo renumber: error: --output OUT is missing\n"), 0u);
+    EXPECT_EQ(Fault({"solve", "m", "--threads"}), "tarnvexo solve: error: --threads needs a value\n"
+                                                  "  expected: --threads N\n"
+                                                  "  to do:    see tarnvexo solve --help\n");
+}
+
+TEST(UsageFault, ShowsTheValueThatCannotBe)
+{
+    for (const char* threads : {"many", "0", "1025", "2x", "99999999999", "1.5"}) {
+        EXPECT_EQ(Fault({"solve", "m", "--threads", threads}),
+                  std::string("tarnvexo solve: error: --threads cannot be \"") + threads +
+                      "\"\n  expected: a whole number from 1 to 1024\n  to do:    see tarnvexo solve --help\n");
+    }
+    EXPECT_EQ(Fault({"solve", "m", "--solver", "sparce"}), "tarnvexo solve: error: --solver cannot be \"sparce\"\n"
+                                                           "  expected: auto or sparse or skyline\n"
+                                                           "  did you mean: sparse\n"
+                                                           "  to do:    see tarnvexo solve --help\n");
+    EXPECT_EQ(Fault({"refine", "m", "-o", "x", "-k", "1"}).find("tarnvexo refine: error: -k cannot be \"1\"\n"), 0u);
+}
+
+TEST(UsageFault, RefusesASecondModel)
+{
+    EXPECT_EQ(Fault({"solve", "a", "b"}), "tarnvexo solve: error: \"b\" is one argument too many\n"
+                                          "  expected: one MODEL, and options\n"
+                                          "  to do:    see tarnvexo solve --help\n");
+}
+
+TEST(Help, OfEveryCommandHasExamplesAndFitsTheTerminal)
+{
+    const std::vector<std::vector<std::string>> commands = {
+        {"--help"}, {"solve", "--help"}, {"info", "-h"}, {"refine", "--help"}, {"renumber", "--help"}};
+    for (const auto& arguments : commands) {
+        const MessageCommand help = ParseMessage(arguments);
+        EXPECT_EQ(help.exitCode, ExitGood);
+        EXPECT_NE(help.output.find("\nUsage: tarnvexo "), std::string::npos);
+        EXPECT_NE(help.output.find("\nExamples:\n"), std::string::npos);
+        std::size_t lineBegin = 0;
+        for (std::size_t end; (end = help.output.find('\n', lineBegin)) != std::string::npos; lineBegin = end + 1) {
+            EXPECT_LE(end - lineBegin, 100u) << help.output.substr(lineBegin, end - lineBegin);
+        }
+    }
+}
+
+TEST(Help, StandsInThePageOfTheCommandLine)
+{
+    std::ifstream file(TARNVEXO_SOURCE_DIR "/docs/command-line.md", std::ios::binary);
+    const std::string page{std::istreambuf_iterator<char>(file), {}};
+    for (const char* command : {"solve", "info", "refine", "renumber"}) {
+        const std::string help = ParseMessage({command, "--help"}).output;
+        EXPECT_NE(page.find("```\n" + help + "```\n"), std::string::npos) << help;
+    }
+}
+
+TEST(Version, IsTheTextGiven)
+{
+    const MessageCommand message = ParseMessage({"--version"});
+    EXPECT_EQ(message.output, "tarnvexo 1.2.3\n");
+    EXPECT_EQ(message.exitCode, ExitGood);
+}
+
+} // namespace
+} // namespace tarnvexo

@@ -1,0 +1,214 @@
+// solve and info from the command to what the user sees, with reports in place of real runs.
+#include "cli/ReportCommands.h"
+
+#include "cli/CommandFailure.h"
+#include "cli/ReportJson.h"
+#include "cli/ReportText.h"
+#include "cli/SampleReports.h"
+#include "core/Parallel.h"
+#include "support/ChildProcess.h"
+#include "support/TemporaryDirectory.h"
+
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <new>
+#include <unistd.h>
+
+namespace tarnvexo {
+namespace {
+
+using test::ChildResult;
+using test::RunInChild;
+using test::TemporaryDirectory;
+
+void WriteFile(const std::string& name, const std::string& text)
+{
+    std::ofstream(name, std::ios::binary) << text;
+}
+
+std::string FileText(const std::string& name)
+{
+    std::ifstream file(name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+// One stage, then the sample report of the model asked for.
+SolveReport SampleRun(const SolveOptions& options, const ProgressListener& listener)
+{
+    Progress progress;
+    progress.stage = "read";
+    progress.number = 1;
+    progress.stages = 1;
+    progress.ended = true;
+    listener(progress);
+    SolveReport report = test::SampleSolveReport();
+    report.modelFile = options.modelFile;
+    return report;
+}
+
+SolveReport SampleFor(const std::string& modelFile)
+{
+    SolveReport report = test::SampleSolveReport();
+    report.modelFile = modelFile;
+    return report;
+}
+
+ChildResult RunSolve(const SolveCommand& command, const SolveProcedure& solve = SampleRun)
+{
+    return RunInChild([&] { _exit(RunReportingFailures([&] { return RunSolveCommand(command, solve); })); });
+}
+
+SolveCommand CommandFor(const std::string& model)
+{
+    SolveCommand command;
+    command.solve.modelFile = model;
+    return command;
+}
+
+TEST(SolveCommand, PrintsTheReportAndShowsProgress)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    const ChildResult run = RunSolve(CommandFor("m.txt"));
+    EXPECT_EQ(run.exitCode, ExitGood);
+    EXPECT_EQ(run.output, SolveReportText(SampleFor("m.txt"), UnitSystem::Unnamed));
+    EXPECT_EQ(run.error.find("[1/1]   read "), 0u) << run.error;
+}
+
+TEST(SolveCommand, TakesTheModelFileOfADirectory)
+{
+    const TemporaryDirectory directory;
+    std::filesystem::create_directory("wing");
+    WriteFile("wing/fem_solving.txt", "");
+    for (const char* model : {"wing", "wing/"}) {
+        const ChildResult run = RunSolve(CommandFor(model));
+        EXPECT_EQ(run.output.find("tarnvexo solve wing/fem_solving.txt\n"), 0u) << run.output;
+    }
+}
+
+TEST(SolveCommand, WritesJsonBesideTheText)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveCommand command = CommandFor("m.txt");
+    command.jsonFile = "report.json";
+    command.units = UnitSystem::SI;
+    const ChildResult run = RunSolve(command);
+    EXPECT_EQ(run.output, SolveReportText(SampleFor("m.txt"), UnitSystem::SI));
+    EXPECT_EQ(FileText("report.json"), SolveReportJson(SampleFor("m.txt"), UnitSystem::SI));
+}
+
+TEST(SolveCommand, WritesJsonInPlaceOfTheTextToStandardOutput)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveCommand command = CommandFor("m.txt");
+    command.jsonFile = "-";
+    command.quiet = true;
+    const ChildResult run = RunSolve(command);
+    EXPECT_EQ(run.output, SolveReportJson(SampleFor("m.txt"), UnitSystem::Unnamed));
+    EXPECT_EQ(run.error, "");
+}
+
+TEST(SolveCommand, SetsTheNumberOfThreads)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveCommand command = CommandFor("m.txt");
+    command.threads = 3;
+    const ChildResult run = RunSolve(command, [](const SolveOptions& options, const ProgressListener&) {
+        return SampleFor(options.modelFile + " " + std::to_string(ThreadCount()));
+    });
+    EXPECT_EQ(run.output.find("tarnvexo solve m.txt 3\n"), 0u) << run.output;
+}
+
+TEST(InfoCommand, PrintsItsReport)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    InfoCommand command;
+    command.model = "m.txt";
+    const ChildResult run = RunInChild([&] {
+        _exit(RunInfoCommand(command,
+                             [](const std::string&, const ProgressListener&) { return test::SampleInfoReport(); }));
+    });
+    EXPECT_EQ(run.exitCode, ExitGood);
+    EXPECT_EQ(run.output, InfoReportText(test::SampleInfoReport(), UnitSystem::Unnamed));
+}
+
+TEST(CommandFailure, OfAModelThatIsNotThereHasExitCode4)
+{
+    const TemporaryDirectory directory;
+    const ChildResult file = RunSolve(CommandFor("wing.txt"));
+    EXPECT_EQ(file.exitCode, ExitFile);
+    EXPECT_EQ(file.error, "wing.txt: error: there is no such file or directory\n"
+                          "  expected: a model file, or a directory with fem_solving.txt in it\n"
+                          "  to do:    correct the path\n");
+    std::filesystem::create_directory("wing");
+    EXPECT_EQ(RunSolve(CommandFor("wing")).error,
+              "wing: error: this directory holds no fem_solving.txt\n"
+              "  expected: a model file, or a directory with fem_solving.txt in it\n"
+              "  to do:    name the model file itself\n");
+}
+
+TEST(CommandFailure, OfAPlaceForJsonComesBeforeTheRun)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveCommand command = CommandFor("m.txt");
+    command.jsonFile = "nowhere/report.json";
+    const ChildResult run = RunSolve(command);
+    EXPECT_EQ(run.exitCode, ExitFile);
+    EXPECT_EQ(run.error, "nowhere/report.json: error: the directory of this file does not exist\n"
+                         "  expected: a directory that may be written to\n"
+                         "  to do:    make the directory, or correct the path\n");
+}
+
+TEST(CommandFailure, OfAFullDiskHasExitCode4AndKeepsTheText)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveCommand command = CommandFor("m.txt");
+    command.quiet = true;
+    command.jsonFile = "/dev/full";
+    const ChildResult run = RunSolve(command);
+    EXPECT_EQ(run.exitCode, ExitFile);
+    EXPECT_EQ(run.output, SolveReportText(SampleFor("m.txt"), UnitSystem::Unnamed));
+    EXPECT_EQ(run.error, "/dev/full: error: the text cannot be written: No space left on device\n"
+                         "  expected: a place that may be written to and has room\n"
+                         "  to do:    name another place\n");
+}
+
+TEST(CommandFailure, OfStandardOutputHasExitCode4)
+{
+    const ChildResult run = RunInChild([] {
+        const TemporaryDirectory directory;
+        WriteFile("m.txt", "");
+        dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO);
+        _exit(RunReportingFailures([] { return RunSolveCommand(CommandFor("m.txt"), SampleRun); }));
+    });
+    EXPECT_EQ(run.exitCode, ExitFile);
+    EXPECT_NE(run.error.find("standard output: error: the text cannot be written"), std::string::npos) << run.error;
+}
+
+TEST(CommandFailure, OfARunGivesItsTextAndItsExitCode)
+{
+    const ChildResult run = RunInChild(
+        [] { _exit(RunReportingFailures([]() -> int { throw RunFailure(ExitBadModel, "m.txt: error: no nodes"); })); });
+    EXPECT_EQ(run.exitCode, ExitBadModel);
+    EXPECT_EQ(run.error, "m.txt: error: no nodes\n");
+    EXPECT_EQ(run.output, "");
+}
+
+TEST(CommandFailure, OfMemoryHasExitCode3)
+{
+    const ChildResult run = RunInChild([] { _exit(RunReportingFailures([]() -> int { throw std::bad_alloc(); })); });
+    EXPECT_EQ(run.exitCode, ExitNumerical);
+    EXPECT_EQ(run.error.find("tarnvexo: error: memory ran out\n"), 0u) << run.error;
+}
+
+} // namespace
+} // namespace tarnvexo
