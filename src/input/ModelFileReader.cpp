@@ -535,18 +535,15 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
 void ReadModelFile(ModelStore& model, const char* fileName)
 {
     const platform::MappedFile mapped(fileName);
-    std::string_view text = mapped.Bytes();
     std::string copy;
-    if (text.empty() && !ReadWholeFile(fileName, copy)) {
+    if (mapped.Bytes().empty() && !ReadWholeFile(fileName, copy)) {
         Warn(std::string(fileName) + ": error: the model file cannot be read: " + std::strerror(errno) +
              "\n"
              "  expected: a readable file of this name in the current directory\n"
              "  to do:    change to the directory of the model and start the program there");
         FailWithPause(messages::PreprocessorFileError);
     }
-    if (text.empty()) {
-        text = copy;
-    }
+    const std::string_view text = mapped.Bytes().empty() ? std::string_view(copy) : mapped.Bytes();
     const ModelReading reading = ReadModelText(model, text, fileName);
     std::fputs(reading.warnings.c_str(), stderr);
     switch (reading.end) {
