@@ -61,7 +61,7 @@ int main(int argc, char** argv)
         return PrintUsage();
     }
     const ModelStore model = chosen->make(equations);
-    if (!WriteModelFile(model, argv[3])) {
+    if (WriteModelFile(model, argv[3]).outcome != FileOutcome::Written) {
         return 1;
     }
     std::printf("%s: %d nodes, %lld equations, %d four-node shells, %d three-node shells, %d beams\n", argv[3],

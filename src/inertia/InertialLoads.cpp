@@ -39,6 +39,7 @@ void AddShellInertia(const std::vector<ShellElement<Nodes>>& elements,
     for (std::size_t e = 0; e < elements.size(); ++e) {
         for (int i = 0; i < Nodes; ++i) {
             NodeInertia& sum = sums[connectivity[e][i]];
+            sum.hasShells = true;
             sum.mass += shares[e][i].mass;
             sum.moment = sum.moment + shares[e][i].moment;
         }
@@ -98,6 +99,9 @@ void AddInertialLoads(const ModelStore& model, const std::vector<NodeInertia>& s
                       const RigidAcceleration& acceleration, std::vector<double>& loads)
 {
     for (std::size_t n = 0; n < shellInertia.size(); ++n) {
+        if (!shellInertia[n].hasShells) {
+            continue;
+        }
         const Vector3 force = InertialForce(shellInertia[n], acceleration);
         for (int k = 0; k < 3; ++k) { loads[DofsPerNode * n + k] += force[k]; }
     }

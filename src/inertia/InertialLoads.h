@@ -23,8 +23,9 @@ struct RigidAcceleration {
 
 // Share of a node in the mass of shells.
 struct NodeInertia {
-    double mass = 0.0;   // Σj m_ij       mass
-    Vector3 moment = {}; // Σj m_ij·rj    mass·length, about the origin
+    bool hasShells = false; // without: it gets no load even of an acceleration that is not a number
+    double mass = 0.0;      // Σj m_ij       mass
+    Vector3 moment = {};    // Σj m_ij·rj    mass·length, about the origin
 };
 
 // f = −(mass·a + α × moment)

@@ -541,15 +541,11 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
 std::optional<ModelReading> TryReadModelFile(ModelStore& model, const char* fileName)
 {
     const platform::MappedFile mapped(fileName);
-    std::string_view text = mapped.Bytes();
     std::string copy;
-    if (text.empty()) { // an empty file, or one that cannot be mapped
-        if (!ReadWholeFile(fileName, copy)) {
-            return std::nullopt;
-        }
-        text = copy;
+    if (mapped.Bytes().empty() && !ReadWholeFile(fileName, copy)) {
+        return std::nullopt;
     }
-    return ReadModelText(model, text, fileName);
+    return ReadModelText(model, mapped.Bytes().empty() ? std::string_view(copy) : mapped.Bytes(), fileName);
 }
 
 void ReadModelFile(ModelStore& model, const char* fileName)

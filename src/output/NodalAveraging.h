@@ -3,7 +3,8 @@
 // positive face lies where its own does: d = (tj/2)·nj − (te/2)·ne no longer than te/10. Neighbours across a fold or of
 // another thickness stay out; a neighbour whose normal points the other way (ne·nj <= 0) joins with its faces
 // exchanged. The tolerance is a tenth of the element's own thickness, so the choice is not symmetric between two
-// neighbours. Fills averagedPositiveFace and averagedNegativeFace. Cost: linear, through the elements around each node.
+// neighbours. Fills averagedPositiveFace and averagedNegativeFace. Cost: linear, through the elements around each node;
+// elements are shared between threads, each sum keeps its order.
 #pragma once
 
 #include "core/ModelStore.h"

@@ -1,6 +1,7 @@
 // output/ShellStressRecovery.h
 // Face stresses of every shell element at its own nodes, from the solution: evaluated at the nodes, not extrapolated
-// from Gauss points. Fills positiveFace and negativeFace of the elements.
+// from Gauss points. Fills positiveFace and negativeFace of the elements. Elements are shared between threads; each is
+// written by one of them, so the stresses do not depend on their number.
 #pragma once
 
 #include "core/ModelStore.h"

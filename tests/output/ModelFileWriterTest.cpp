@@ -179,11 +179,14 @@ TEST(ModelFileWriter, WritesWhatAShortRecordTookFromTheRecordBefore)
 TEST(ModelFileWriter, TellsWhetherTheFileCouldBeWritten)
 {
     const ModelStore model = StoreOf(test::OneOfEachKind());
-    EXPECT_EQ(test::WrittenFile("model.txt", [&] { EXPECT_TRUE(WriteModelFile(model, "model.txt")); }), Written(model));
+    EXPECT_EQ(test::WrittenFile("model.txt",
+                                [&] { EXPECT_EQ(WriteModelFile(model, "model.txt").outcome, FileOutcome::Written); }),
+              Written(model));
 
     const test::TemporaryDirectory directory;
     std::filesystem::create_directory("model.txt");
-    const test::ChildResult run = test::RunInChild([&] { EXPECT_FALSE(WriteModelFile(model, "model.txt")); });
+    const test::ChildResult run =
+        test::RunInChild([&] { EXPECT_EQ(WriteModelFile(model, "model.txt").outcome, FileOutcome::NotCreated); });
     EXPECT_EQ(run.error.find("model.txt: error: the file cannot be created: Is a directory\n"), 0u);
 }
 

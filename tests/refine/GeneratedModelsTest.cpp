@@ -2,7 +2,7 @@
 
 #include "inertia/BalanceCheck.h"
 #include "output/ResultCheck.h"
-#include "refine/NodeGraph.h"
+#include "solver/NodeGraph.h"
 #include "refine/NodeRenumbering.h"
 #include "support/MeshBuilder.h"
 #include "support/SameModel.h"
