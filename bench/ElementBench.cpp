@@ -1,13 +1,16 @@
 // Element kernels on one distorted element that lies askew to the global axes: stiffness in global axes of the
-// quadrilateral, the triangle and the L beam with offset, and the quadrilateral's consistent mass. Counter: elements/s.
+// quadrilateral, the triangle (alone and in full batches) and the L beam with offset, and the quadrilateral's
+// consistent mass. Counter: elements/s.
 //     tarnvexo_bench --benchmark_filter=Element
 #include "elements/BeamSection.h"
 #include "elements/BeamStiffness.h"
 #include "elements/ShellSetUp.h"
 #include "elements/ShellStiffness.h"
+#include "elements/ShellStiffnessBatch.h"
 #include "inertia/ConsistentMass.h"
 
 #include <benchmark/benchmark.h>
+#include <vector>
 
 namespace {
 
@@ -79,6 +82,34 @@ void ElementTriStiffness(benchmark::State& state)
     });
 }
 BENCHMARK(ElementTriStiffness)->Unit(benchmark::kMicrosecond);
+
+// ShellBatch copies of the element.
+template <class Element, class Kernel> void RunBatch(benchmark::State& state, const Element& element, Kernel kernel)
+{
+    const std::vector<Element> copies(ShellBatch, element);
+    const Element* batch[ShellBatch];
+    for (int e = 0; e < ShellBatch; ++e) { batch[e] = &copies[e]; }
+    double K[ShellBatch][Element::DofCount][Element::DofCount];
+    for (auto _ : state) {
+        kernel(batch, ShellBatch, K);
+        benchmark::DoNotOptimize(K);
+        benchmark::ClobberMemory();
+    }
+    state.counters["elements"] =
+        benchmark::Counter(ShellBatch * double(state.iterations()), benchmark::Counter::kIsRate);
+}
+
+void ElementQuadStiffnessBatch(benchmark::State& state)
+{
+    RunBatch(state, Quad(), QuadShellStiffnessBatch);
+}
+BENCHMARK(ElementQuadStiffnessBatch)->Unit(benchmark::kMicrosecond);
+
+void ElementTriStiffnessBatch(benchmark::State& state)
+{
+    RunBatch(state, Tri(), TriShellStiffnessBatch);
+}
+BENCHMARK(ElementTriStiffnessBatch)->Unit(benchmark::kMicrosecond);
 
 void ElementBeamStiffness(benchmark::State& state)
 {

@@ -1,5 +1,6 @@
 #include "output/BeamJointAveraging.h"
 
+#include "core/Parallel.h"
 #include "output/NodalAveraging.h"
 #include "output/PointGrid.h"
 
@@ -10,6 +11,8 @@
 namespace tarnvexo {
 
 namespace {
+
+constexpr std::size_t BeamsPerRange = 64; // that a thread takes at a time
 
 struct Corner {
     int beam;
@@ -52,39 +55,29 @@ CornerTable FindCorners(const std::vector<BeamSectionModel>& records)
     return table;
 }
 
-// Beam b itself, then the other beams that have an end near one of its ends, in beam order.
-class CandidateBeams {
+// Ends of all beams.
+class BeamEnds {
 public:
-    explicit CandidateBeams(const std::vector<BeamElement>& beams)
-        : ends(EndPoints(beams)), grid(ends, JointTolerance), rank(beams.size(), NotCandidate)
-    {
-    }
+    explicit BeamEnds(const std::vector<BeamElement>& beams) : points(EndPoints(beams)), grid(points, JointTolerance) {}
 
-    void Select(int beam)
+    // Beams that have an end near one of the ends of this one, itself among them unless its ends are not numbers;
+    // ascending, each once.
+    void FindJoined(int beam, std::vector<int>& near, std::vector<int>& joined) const
     {
-        for (int b : selected) { rank[b] = NotCandidate; }
-        selected.clear();
+        joined.clear();
         for (int end = 0; end < BeamNodeCount; ++end) {
-            grid.FindNear(ends[BeamNodeCount * beam + end], near);
-            for (int point : near) { selected.push_back(point / BeamNodeCount); }
+            grid.FindNear(points[BeamNodeCount * beam + end], near);
+            for (int point : near) { joined.push_back(point / BeamNodeCount); }
         }
-        std::sort(selected.begin(), selected.end());
-        for (int b : selected) { rank[b] = b; }
-        selected.push_back(beam);
-        rank[beam] = First;
+        std::sort(joined.begin(), joined.end());
+        joined.erase(std::unique(joined.begin(), joined.end()), joined.end());
     }
-
-    bool IsCandidate(int beam) const { return rank[beam] != NotCandidate; }
-    bool IsFirst(int beam) const { return rank[beam] == First; }
-    int Rank(int beam) const { return rank[beam]; } // order of summation
 
 private:
-    static constexpr int NotCandidate = -2;
-    static constexpr int First = -1;
-
     static std::vector<Vector3> EndPoints(const std::vector<BeamElement>& beams)
     {
         std::vector<Vector3> points;
+        points.reserve(BeamNodeCount * beams.size());
         for (const BeamElement& beam : beams) {
             points.push_back(beam.node1);
             points.push_back(beam.node2);
@@ -92,34 +85,68 @@ private:
         return points;
     }
 
-    std::vector<Vector3> ends;
+    std::vector<Vector3> points;
     PointGrid grid;
-    std::vector<int> rank;
-    std::vector<int> selected;
-    std::vector<int> near;
 };
 
-// Corners of candidate beams at the places, in the order of summation: beam b itself, then by beam, patch, position.
-void CollectJoint(const CornerTable& table, const std::vector<int>& places, const CandidateBeams& candidates,
-                  std::vector<Corner>& joint)
+// What the averaging of one beam needs, used again for the next beam.
+struct JointWork {
+    std::vector<int> near;
+    std::vector<int> joined; // beams
+    std::vector<int> places;
+    std::vector<Corner> joint;
+    std::vector<bool> known; // nodes
+};
+
+// Corners at the places on the beam itself and on beams joined to it, in the order of summation: the beam itself, then
+// by beam, patch, position.
+void CollectJoint(const CornerTable& table, int beam, JointWork& work)
 {
+    std::vector<Corner>& joint = work.joint;
     joint.clear();
-    for (int place : places) {
+    for (int place : work.places) {
         for (std::size_t c = table.first[place]; c < table.first[place + 1]; ++c) {
-            if (candidates.IsCandidate(table.corners[c].beam)) {
+            const int other = table.corners[c].beam;
+            if (other == beam || std::binary_search(work.joined.begin(), work.joined.end(), other)) {
                 joint.push_back(table.corners[c]);
             }
         }
     }
-    const auto before = [&](const Corner& left, const Corner& right) {
-        return std::array{candidates.Rank(left.beam), left.patch, left.position} <
-               std::array{candidates.Rank(right.beam), right.patch, right.position};
+    const auto before = [beam](const Corner& left, const Corner& right) {
+        const auto rank = [beam](const Corner& corner) { return corner.beam == beam ? -1 : corner.beam; };
+        return std::array{rank(left), left.patch, left.position} < std::array{rank(right), right.patch, right.position};
     };
-    // Places come by beam and node, so corners mostly stand in order already once beam b's own are in front.
-    std::stable_partition(joint.begin(), joint.end(),
-                          [&](const Corner& corner) { return candidates.IsFirst(corner.beam); });
+    // Places come by beam and node, so corners mostly stand in order already once the beam's own are in front.
+    std::stable_partition(joint.begin(), joint.end(), [beam](const Corner& corner) { return corner.beam == beam; });
     if (!std::is_sorted(joint.begin(), joint.end(), before)) {
         std::sort(joint.begin(), joint.end(), before);
+    }
+}
+
+// The averages of one beam; of the other beams only the raw stresses are read.
+void AverageBeam(const CornerTable& table, const PointGrid& grid, const BeamEnds& ends,
+                 std::vector<BeamSectionModel>& records, int beam, JointWork& work)
+{
+    BeamSectionModel& record = records[beam];
+    record.averaged.assign(record.nodes.size(), {});
+    work.known.assign(record.nodes.size(), false);
+    ends.FindJoined(beam, work.near, work.joined);
+    for (const SectionPatch& patch : record.patches) {
+        for (int node : patch.nodes) {
+            if (work.known[node]) {
+                continue; // the first corner visited decides
+            }
+            grid.FindNear(record.nodes[node], work.places);
+            CollectJoint(table, beam, work);
+            FaceStressMean mean;
+            for (const Corner& corner : work.joint) {
+                const SectionPatch& other = records[corner.beam].patches[corner.patch];
+                mean.Add(other.positiveFace[corner.position], other.negativeFace[corner.position],
+                         MatchFaces(patch.normal, patch.thickness, other.normal, other.thickness));
+            }
+            mean.Store(record.averaged[node].positiveFace, record.averaged[node].negativeFace);
+            work.known[node] = true;
+        }
     }
 }
 
@@ -130,33 +157,13 @@ void AverageBeamJoints(ModelStore& model)
     std::vector<BeamSectionModel>& records = model.BeamStressRecords;
     const CornerTable table = FindCorners(records);
     const PointGrid grid(table.places, JointTolerance);
-    CandidateBeams candidates(model.BeamElements);
-    std::vector<int> places;
-    std::vector<Corner> joint;
-
-    for (std::size_t b = 0; b < records.size(); ++b) {
-        BeamSectionModel& record = records[b];
-        record.averaged.assign(record.nodes.size(), {});
-        std::vector<bool> known(record.nodes.size(), false);
-        candidates.Select(static_cast<int>(b));
-        for (const SectionPatch& patch : record.patches) {
-            for (int node : patch.nodes) {
-                if (known[node]) {
-                    continue; // the first corner visited decides
-                }
-                grid.FindNear(record.nodes[node], places);
-                CollectJoint(table, places, candidates, joint);
-                FaceStressMean mean;
-                for (const Corner& corner : joint) {
-                    const SectionPatch& other = records[corner.beam].patches[corner.patch];
-                    mean.Add(other.positiveFace[corner.position], other.negativeFace[corner.position],
-                             MatchFaces(patch.normal, patch.thickness, other.normal, other.thickness));
-                }
-                mean.Store(record.averaged[node].positiveFace, record.averaged[node].negativeFace);
-                known[node] = true;
-            }
+    const BeamEnds ends(model.BeamElements);
+    ParallelFor(records.size(), BeamsPerRange, [&](std::size_t begin, std::size_t end) {
+        JointWork work;
+        for (std::size_t b = begin; b < end; ++b) {
+            AverageBeam(table, grid, ends, records, static_cast<int>(b), work);
         }
-    }
+    });
 }
 
 } // namespace tarnvexo

@@ -2,12 +2,13 @@
 
 #include "core/Failure.h"
 #include "core/Messages.h"
+#include "core/Parallel.h"
 #include "elements/BeamSection.h"
 #include "elements/BeamStiffness.h"
 #include "elements/QuadGeometry.h"
 #include "elements/ShellNodeStress.h"
 #include "elements/ShellSetUp.h"
-#include "elements/ShellStiffness.h"
+#include "elements/ShellStiffnessBatch.h"
 #include "output/BeamJointAveraging.h"
 #include "output/ShellStressRecovery.h"
 #include "platform/Platform.h"
@@ -18,6 +19,8 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <functional>
+#include <queue>
 #include <string>
 #include <utility>
 
@@ -38,17 +41,22 @@ constexpr double BytesToGigabytes = 1.0 / (1 << 30);
 // Outline points looked at for one that lies on the node line.
 constexpr int NearEndSearch = 6;
 
-// The small system of one beam.
-struct SectionSystem {
-    std::vector<int> columnHeight;
-    std::vector<int> diagonalAddress;
-    std::vector<double> stiffness;
-    std::vector<double> load;
-};
+// Beams that a thread takes at a time; their systems share memory.
+constexpr std::size_t BeamsPerRange = 16;
 
 struct Link {
     std::array<int, BeamNodeCount> nodes;
     BeamElement element;
+};
+
+// The small system of one beam. Its memory serves one beam after another.
+struct SectionSystem {
+    std::vector<QuadShellElement> walls; // one per patch
+    std::vector<Link> links;
+    std::vector<int> columnHeight;
+    std::vector<int> diagonalAddress;
+    std::vector<double> stiffness;
+    std::vector<double> load;
 };
 
 // Beam end 1, the rings of outline points, beam end 2.
@@ -91,11 +99,11 @@ std::vector<SectionPatch> SectionPatches(const SectionOutline& outline, int slic
 }
 
 // One link from each beam end to every outline point of its ring.
-std::vector<Link> SectionLinks(const BeamElement& beam, const std::vector<Vector3>& nodes, int points)
+void SetUpLinks(const BeamElement& beam, const std::vector<Vector3>& nodes, int points, std::vector<Link>& links)
 {
     const Vector3 axis = beam.node2 - beam.node1;
     const int last = static_cast<int>(nodes.size()) - 1;
-    std::vector<Link> links;
+    links.clear();
     const auto addLinks = [&](int end, int firstOfRing) {
         for (int i = 0; i < points; ++i) {
             Link link;
@@ -107,20 +115,21 @@ std::vector<Link> SectionLinks(const BeamElement& beam, const std::vector<Vector
     };
     addLinks(0, 1);
     addLinks(last, last - points);
-    return links;
 }
 
-QuadShellElement PatchElement(const BeamElement& beam, const SectionPatch& patch, const std::vector<Vector3>& nodes)
+void SetUpWalls(const BeamElement& beam, const BeamSectionModel& section, std::vector<QuadShellElement>& walls)
 {
-    Vector3 corners[QuadNodeCount];
-    for (int i = 0; i < QuadNodeCount; ++i) { corners[i] = nodes[patch.nodes[i]]; }
-    QuadShellElement element;
-    QuadShellSetUp(element, corners, QuadNodeCount, beam.E, beam.Mu, 0.0, patch.thickness);
-    return element;
+    walls.resize(section.patches.size());
+    for (std::size_t p = 0; p < walls.size(); ++p) {
+        const SectionPatch& patch = section.patches[p];
+        Vector3 corners[QuadNodeCount];
+        for (int i = 0; i < QuadNodeCount; ++i) { corners[i] = section.nodes[patch.nodes[i]]; }
+        QuadShellSetUp(walls[p], corners, QuadNodeCount, beam.E, beam.Mu, 0.0, patch.thickness);
+    }
 }
 
 // Profile and zeroed matrix. Links that are left out of the matrix still count in the profile.
-void LayOutSystem(const BeamSectionModel& section, const std::vector<Link>& links, SectionSystem& system)
+void LayOutSystem(const BeamSectionModel& section, SectionSystem& system)
 {
     const std::size_t equations = DofsPerNode * section.nodes.size();
     system.columnHeight.assign(equations, 1);
@@ -129,7 +138,7 @@ void LayOutSystem(const BeamSectionModel& section, const std::vector<Link>& link
         ElementDofMap<QuadNodeCount>(patch.nodes, map);
         RaiseColumns(map, QuadDofCount, system.columnHeight);
     }
-    for (const Link& link : links) {
+    for (const Link& link : system.links) {
         int map[BeamDofCount];
         ElementDofMap<BeamNodeCount>(link.nodes.data(), map);
         RaiseColumns(map, BeamDofCount, system.columnHeight);
@@ -139,17 +148,26 @@ void LayOutSystem(const BeamSectionModel& section, const std::vector<Link>& link
     system.load.assign(equations, 0.0);
 }
 
-void AssembleSystem(const BeamElement& beam, const BeamSectionModel& section, const std::vector<Link>& links,
-                    double leadingSize, SectionSystem& system)
+void AssembleWalls(const BeamSectionModel& section, SectionSystem& system)
 {
-    for (const SectionPatch& patch : section.patches) {
-        double K[QuadDofCount][QuadDofCount];
-        int map[QuadDofCount];
-        QuadShellStiffness(PatchElement(beam, patch, section.nodes), K);
-        ElementDofMap<QuadNodeCount>(patch.nodes, map);
-        AddElementMatrix(&K[0][0], map, QuadDofCount, system.diagonalAddress, system.stiffness);
+    const int wallCount = static_cast<int>(system.walls.size());
+    for (int first = 0; first < wallCount; first += ShellBatch) {
+        const int count = std::min(ShellBatch, wallCount - first);
+        const QuadShellElement* batch[ShellBatch];
+        double K[ShellBatch][QuadDofCount][QuadDofCount];
+        for (int e = 0; e < count; ++e) { batch[e] = &system.walls[first + e]; }
+        QuadShellStiffnessBatch(batch, count, K);
+        for (int e = 0; e < count; ++e) {
+            int map[QuadDofCount];
+            ElementDofMap<QuadNodeCount>(section.patches[first + e].nodes, map);
+            AddElementMatrix(&K[e][0][0], map, QuadDofCount, system.diagonalAddress, system.stiffness);
+        }
     }
-    for (const Link& link : links) {
+}
+
+void AssembleLinks(double leadingSize, SectionSystem& system)
+{
+    for (const Link& link : system.links) {
         if (BeamLength(link.element) < LinkTolerance * leadingSize) {
             continue;
         }
@@ -184,15 +202,69 @@ void PrescribeEnd(const BeamSectionModel& section, int end, int firstNear, const
     }
 }
 
-void RecoverPatchStresses(const BeamElement& beam, BeamSectionModel& section)
+void RecoverPatchStresses(const std::vector<QuadShellElement>& walls, BeamSectionModel& section)
 {
-    for (SectionPatch& patch : section.patches) {
-        const QuadShellElement element = PatchElement(beam, patch, section.nodes);
-        patch.normal = element.axes[2];
+    for (std::size_t p = 0; p < walls.size(); ++p) {
+        SectionPatch& patch = section.patches[p];
+        patch.normal = walls[p].axes[2];
         double d[QuadDofCount];
         GatherDisplacements<QuadNodeCount>(patch.nodes, section.displacements, d);
         for (int i = 0; i < QuadNodeCount; ++i) {
-            QuadNodeStress(element, patch.positiveFace[i], patch.negativeFace[i], d, QuadNodeXi[i], QuadNodeEta[i]);
+            QuadNodeStress(walls[p], patch.positiveFace[i], patch.negativeFace[i], d, QuadNodeXi[i], QuadNodeEta[i]);
+        }
+    }
+}
+
+BeamSectionModel SolveSection(const BeamElement& beam, const SectionOutline& outline,
+                              const double endDisplacements[BeamDofCount], SectionSystem& system)
+{
+    const int slices = static_cast<int>(SliceCount(BeamLength(beam), outline));
+    BeamSectionModel section;
+    section.nodes = SectionNodes(beam, outline, slices);
+    section.patches = SectionPatches(outline, slices);
+    SetUpWalls(beam, section, system.walls);
+    SetUpLinks(beam, section.nodes, static_cast<int>(outline.points.size()), system.links);
+
+    LayOutSystem(section, system);
+    AssembleWalls(section, system);
+    AssembleLinks(outline.leadingSize, system);
+    const int count = static_cast<int>(section.nodes.size());
+    PrescribeEnd(section, 0, 1, endDisplacements, outline.leadingSize, system);
+    PrescribeEnd(section, count - 1, count - 1 - NearEndSearch, endDisplacements + DofsPerNode, outline.leadingSize,
+                 system);
+
+    const SkylineView matrix = {DofsPerNode * count, system.columnHeight.data(), system.diagonalAddress.data(),
+                                system.stiffness.data()};
+    section.displacements.resize(system.load.size());
+    FactoriseSkyline(matrix);
+    ForwardReduce(matrix, system.load.data());
+    BackSubstitute(matrix, system.load.data(), section.displacements.data());
+
+    RecoverPatchStresses(system.walls, section);
+    return section;
+}
+
+bool HasKnownSection(const ModelStore& model, int b)
+{
+    const int type = model.BeamSectionRefs[b].BeamSecType;
+    return type >= TSection && type <= CSection;
+}
+
+[[noreturn]] void FailOnUnknownSection(const ModelStore& model, int b)
+{
+    Warn("beam " + std::to_string(b) + ": error: section type " + std::to_string(model.BeamSectionRefs[b].BeamSecType) +
+         "\n"
+         "  expected: BeamSecType=0 (T), 1 (L) or 2 (tube)\n"
+         "  to do:    correct the record of this beam in the model file, then run again");
+    FailWithPause(messages::BeamSectionTypeError);
+}
+
+// The run ends at the first beam of unknown type, before threads divide the beams among them.
+void CheckSectionTypes(const ModelStore& model)
+{
+    for (int b = 0; b < model.NELEM_B; ++b) {
+        if (!HasKnownSection(model, b)) {
+            FailOnUnknownSection(model, b);
         }
     }
 }
@@ -221,16 +293,24 @@ void CheckSectionSizes(const ModelStore& model)
 {
     const double available = static_cast<double>(platform::AvailableMemory());
     double bytes = 0.0;
+    // As many systems as there are threads may be in memory at once: at worst the largest ones.
+    std::priority_queue<double, std::vector<double>, std::greater<>> largest;
+    double entriesAtOnce = 0.0;
     char text[500];
     for (int b = 0; b < model.NELEM_B; ++b) {
-        const BeamSectionRef& ref = model.BeamSectionRefs[b];
-        if (ref.BeamSecType < TSection || ref.BeamSecType > CSection) {
+        if (!HasKnownSection(model, b)) {
             return;
         }
         const SectionOutline outline = OutlineOfBeam(model, b);
         const double slices = SliceCount(BeamLength(model.BeamElements[b]), outline);
         const SectionSize size = SizeOfSection(outline, slices);
         bytes += size.bytes;
+        largest.push(size.entries);
+        entriesAtOnce += size.entries;
+        if (static_cast<int>(largest.size()) > ThreadCount()) {
+            entriesAtOnce -= largest.top();
+            largest.pop();
+        }
         if (size.entries > static_cast<double>(SkylineLimit)) {
             std::snprintf(text, sizeof text,
                           "beam %d: error: its section mesh would have %.0f slices along the beam, too many to solve\n"
@@ -239,7 +319,7 @@ void CheckSectionSizes(const ModelStore& model)
                           b, slices);
             FailWithDiagnostic(text);
         }
-        if (available > 0.0 && bytes + size.entries * sizeof(double) > available) {
+        if (available > 0.0 && bytes + entriesAtOnce * sizeof(double) > available) {
             std::snprintf(text, sizeof text,
                           "beams 0 to %d: error: their section meshes would take more than %.3g GB\n"
                           "  expected: at most %.3g GB, the memory that is free now\n"
@@ -263,11 +343,7 @@ SectionOutline OutlineOfBeam(const ModelStore& model, int b)
     case CSection:
         return TubeOutline(model.CBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
     default:
-        Warn("beam " + std::to_string(b) + ": error: section type " + std::to_string(ref.BeamSecType) +
-             "\n"
-             "  expected: BeamSecType=0 (T), 1 (L) or 2 (tube)\n"
-             "  to do:    correct the record of this beam in the model file, then run again");
-        FailWithPause(messages::BeamSectionTypeError);
+        FailOnUnknownSection(model, b);
     }
 }
 
@@ -280,43 +356,26 @@ double SliceCount(double length, const SectionOutline& outline)
 BeamSectionModel SolveBeamSection(const BeamElement& beam, const SectionOutline& outline,
                                   const double endDisplacements[BeamDofCount])
 {
-    const int slices = static_cast<int>(SliceCount(BeamLength(beam), outline));
-    BeamSectionModel section;
-    section.nodes = SectionNodes(beam, outline, slices);
-    section.patches = SectionPatches(outline, slices);
-    const int points = static_cast<int>(outline.points.size());
-    const std::vector<Link> links = SectionLinks(beam, section.nodes, points);
-
     SectionSystem system;
-    LayOutSystem(section, links, system);
-    AssembleSystem(beam, section, links, outline.leadingSize, system);
-    const int count = static_cast<int>(section.nodes.size());
-    PrescribeEnd(section, 0, 1, endDisplacements, outline.leadingSize, system);
-    PrescribeEnd(section, count - 1, count - 1 - NearEndSearch, endDisplacements + DofsPerNode, outline.leadingSize,
-                 system);
-
-    const SkylineView matrix = {DofsPerNode * count, system.columnHeight.data(), system.diagonalAddress.data(),
-                                system.stiffness.data()};
-    section.displacements.resize(system.load.size());
-    FactoriseSkyline(matrix);
-    ForwardReduce(matrix, system.load.data());
-    BackSubstitute(matrix, system.load.data(), section.displacements.data());
-
-    RecoverPatchStresses(beam, section);
-    return section;
+    return SolveSection(beam, outline, endDisplacements, system);
 }
 
 void RecoverBeamSectionStresses(ModelStore& model)
 {
     CheckSectionSizes(model);
+    CheckSectionTypes(model);
+    const std::size_t beams = static_cast<std::size_t>(model.NELEM_B);
     model.BeamStressRecords.clear();
-    model.BeamStressRecords.reserve(model.NELEM_B);
-    for (int b = 0; b < model.NELEM_B; ++b) {
-        const SectionOutline outline = OutlineOfBeam(model, b);
-        double d[BeamDofCount];
-        GatherDisplacements<BeamNodeCount>(model.BeamConnectivity[b].data(), model.GlobalDisplacement, d);
-        model.BeamStressRecords.push_back(SolveBeamSection(model.BeamElements[b], outline, d));
-    }
+    model.BeamStressRecords.resize(beams);
+    ParallelFor(beams, BeamsPerRange, [&model](std::size_t begin, std::size_t end) {
+        SectionSystem system;
+        for (std::size_t b = begin; b < end; ++b) {
+            const SectionOutline outline = OutlineOfBeam(model, static_cast<int>(b));
+            double d[BeamDofCount];
+            GatherDisplacements<BeamNodeCount>(model.BeamConnectivity[b].data(), model.GlobalDisplacement, d);
+            model.BeamStressRecords[b] = SolveSection(model.BeamElements[b], outline, d, system);
+        }
+    });
     AverageBeamJoints(model);
 }
 

@@ -1,5 +1,6 @@
 #include "output/BeamSectionStress.h"
 
+#include "core/Parallel.h"
 #include "elements/BeamSection.h"
 #include "elements/QuadGeometry.h"
 #include "elements/ShellNodeStress.h"
@@ -13,6 +14,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <vector>
 
 namespace tarnvexo {
 namespace {
@@ -525,6 +527,56 @@ TEST(BeamSectionStress, OfASectionTypeOtherThanTLCEndsTheRunAfterAPause)
                                  "  to do:    correct the record of this beam in the model file, then run again\n");
         EXPECT_EQ(run.exitCode, 1) << "type " << type;
     }
+}
+
+TEST(BeamSectionStress, OfSeveralUnknownSectionTypesTheFirstBeamIsNamed)
+{
+    ModelText text = Frame();
+    text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, 7, 0);
+    for (int b = 0; b < 100; ++b) { text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, 8, 0); }
+    const ModelStore model = MovedFrame(text);
+    const ChildResult run = RunInChild(
+        [&] {
+            ModelStore copy = model;
+            RecoverBeamSectionStresses(copy);
+        },
+        "k");
+    EXPECT_EQ(run.error.substr(0, 31), "beam 3: error: section type 7\n ");
+}
+
+// Displacements, raw and averaged stresses of all records in a row.
+std::vector<double> AllStresses(const ModelStore& model)
+{
+    std::vector<double> all;
+    for (const BeamSectionModel& record : model.BeamStressRecords) {
+        all.insert(all.end(), record.displacements.begin(), record.displacements.end());
+        for (const SectionPatch& patch : record.patches) {
+            for (const auto& corner : patch.positiveFace) { all.insert(all.end(), corner, corner + StressCount); }
+            for (const auto& corner : patch.negativeFace) { all.insert(all.end(), corner, corner + StressCount); }
+        }
+        for (const SectionNodeStress& node : record.averaged) {
+            all.insert(all.end(), node.positiveFace, node.positiveFace + StressCount);
+            all.insert(all.end(), node.negativeFace, node.negativeFace + StressCount);
+        }
+    }
+    return all;
+}
+
+TEST(BeamSectionStress, IsTheSameForAnyNumberOfThreads)
+{
+    ModelText text = Frame();
+    for (int b = 0; b < 150; ++b) { text.Beam({b % 4, (b + 1) % 4}, {0.2, 0.1, 1.0}, 0, b % 3, 0, 0.01 * (b % 7)); }
+    const ModelStore model = MovedFrame(text);
+    ModelStore alone = model;
+    SetThreadCount(1);
+    RecoverBeamSectionStresses(alone);
+    for (int threads : {2, 5}) {
+        ModelStore shared = model;
+        SetThreadCount(threads);
+        RecoverBeamSectionStresses(shared);
+        EXPECT_TRUE(AllStresses(shared) == AllStresses(alone)) << threads << " threads";
+    }
+    SetThreadCount(0);
 }
 
 TEST(BeamSectionStress, WithTooManySlicesEndsTheRunWithADiagnostic)
