@@ -32,18 +32,45 @@ struct Lanes {
     Lanes() = default;
     HWY_INLINE Lanes(double value) : v(hn::Set(Tag(), value)) {}
     HWY_INLINE explicit Lanes(hn::Vec<Tag> vector) : v(vector) {}
-
-    HWY_INLINE Lanes& operator+=(const Lanes& b) { return *this = *this + b; }
-    HWY_INLINE Lanes& operator-=(const Lanes& b) { return *this = *this - b; }
-
-    friend HWY_INLINE Lanes operator-(const Lanes& a) { return Lanes(hn::Neg(a.v)); }
-    friend HWY_INLINE Lanes operator+(const Lanes& a, const Lanes& b) { return Lanes(hn::Add(a.v, b.v)); }
-    friend HWY_INLINE Lanes operator-(const Lanes& a, const Lanes& b) { return Lanes(hn::Sub(a.v, b.v)); }
-    friend HWY_INLINE Lanes operator*(const Lanes& a, const Lanes& b) { return Lanes(hn::Mul(a.v, b.v)); }
-    friend HWY_INLINE Lanes operator/(const Lanes& a, const Lanes& b) { return Lanes(hn::Div(a.v, b.v)); }
-    friend HWY_INLINE Lanes sqrt(const Lanes& a) { return Lanes(hn::Sqrt(a.v)); }
-    friend HWY_INLINE Lanes fabs(const Lanes& a) { return Lanes(hn::Abs(a.v)); }
 };
+
+// Not members or friends: without optimisation, GCC 12 returns results of operators defined in the class wrongly.
+HWY_INLINE Lanes operator-(Lanes a)
+{
+    return Lanes(hn::Neg(a.v));
+}
+HWY_INLINE Lanes operator+(Lanes a, Lanes b)
+{
+    return Lanes(hn::Add(a.v, b.v));
+}
+HWY_INLINE Lanes operator-(Lanes a, Lanes b)
+{
+    return Lanes(hn::Sub(a.v, b.v));
+}
+HWY_INLINE Lanes operator*(Lanes a, Lanes b)
+{
+    return Lanes(hn::Mul(a.v, b.v));
+}
+HWY_INLINE Lanes operator/(Lanes a, Lanes b)
+{
+    return Lanes(hn::Div(a.v, b.v));
+}
+HWY_INLINE Lanes& operator+=(Lanes& a, Lanes b)
+{
+    return a = a + b;
+}
+HWY_INLINE Lanes& operator-=(Lanes& a, Lanes b)
+{
+    return a = a - b;
+}
+HWY_INLINE Lanes sqrt(Lanes a)
+{
+    return Lanes(hn::Sqrt(a.v));
+}
+HWY_INLINE Lanes fabs(Lanes a)
+{
+    return Lanes(hn::Abs(a.v));
+}
 
 // Element e of elements in lane e; lanes from count on repeat the last element.
 template <int Nodes> LocalShell<Lanes, Nodes> GatherShells(const ShellElement<Nodes>* const* elements, int count)
