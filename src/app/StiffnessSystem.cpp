@@ -111,7 +111,7 @@ void StiffnessSystem::Analyse(const std::string& modelFile)
                       "  expected: at most %.3g GB, the memory that is free now\n"
                       "  to do:    close other programs, take a machine with more memory, or coarsen the mesh",
                       model.NPOIN, needed * BytesToGigabytes, report.factorGigabytes, available * BytesToGigabytes);
-        throw RunFailure(ExitBadModel, modelFile + text);
+        throw RunFailure(ExitNumerical, modelFile + text);
     }
 }
 

@@ -24,7 +24,8 @@ public:
 
     void Order();
 
-    // Errors: throws RunFailure (bad model) when the factor does not fit into memory; the text has the figures.
+    // Errors: throws RunFailure (numerical, as when memory runs out) when the factor does not fit into memory; the text
+    // has the figures.
     void Analyse(const std::string& modelFile);
     const FactorSize& Size() const { return size; }
     const BlockPattern& Pattern() const { return matrix.pattern; }
