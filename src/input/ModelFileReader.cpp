@@ -3,7 +3,7 @@
 #include "core/Failure.h"
 #include "core/Messages.h"
 #include "core/ModelFileFormats.h"
-#include "elements/BeamSection.h"
+#include "elements/ModelSetUp.h"
 #include "elements/ShellSetUp.h"
 #include "input/FormatScanner.h"
 #include "input/ScanDiagnostics.h"
@@ -75,8 +75,8 @@ private:
     bool OutsideTable(int index, const Table& table, const ScanResult& scan, int field, const RecordName& user);
     template <std::size_t NodeCount>
     bool NodesInTable(const std::array<int, NodeCount>& nodes, const ScanResult& scan, const RecordName& user);
-    bool SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& ends, const Vector3& orientation,
-                   int materialIndex, const BeamSectionRef& section, const ScanResult& scan, const RecordName& name);
+    bool BeamIndicesInTables(int materialIndex, const BeamSectionRef& section, const ScanResult& scan,
+                             const RecordName& name);
     bool Fault(const ModelFault& found);
 
     ModelStore& model;
@@ -309,41 +309,26 @@ bool ModelTextReader::ReadBeams()
                                 section.BeamSecType, section.BeamSecIndex, section.BeamSecOz, mirrored);
         section.BeamSecMirrored = mirrored != 0;
         model.BeamProperties.push_back({materialIndex, orientation});
-        if (!NodesInTable(ends, scan, name) ||
-            !SetUpBeam(model.BeamElements.emplace_back(), ends, orientation, materialIndex, section, scan, name)) {
+        if (!NodesInTable(ends, scan, name) || !BeamIndicesInTables(materialIndex, section, scan, name)) {
             return false;
         }
+        model.BeamElements.emplace_back();
+        SetUpBeam(model, std::size_t(e));
     }
     return true;
 }
 
-bool ModelTextReader::SetUpBeam(BeamElement& beam, const std::array<int, BeamNodeCount>& ends,
-                                const Vector3& orientation, int materialIndex, const BeamSectionRef& section,
-                                const ScanResult& scan, const RecordName& name)
+// Those of a beam of unknown section type mean nothing; it is reported when beam stresses are recovered.
+bool ModelTextReader::BeamIndicesInTables(int materialIndex, const BeamSectionRef& section, const ScanResult& scan,
+                                          const RecordName& name)
 {
     const int type = section.BeamSecType;
     if (type != TSection && type != LSection && type != CSection) {
-        return true; // stays as constructed; reported when beam stresses are recovered
+        return true;
     }
     const Table& sections = type == TSection ? tSections : type == LSection ? lSections : cSections;
-    if (!InTable(materialIndex, materials, scan, BeamMaterial, name) ||
-        !InTable(section.BeamSecIndex, sections, scan, BeamIndex, name)) {
-        return false;
-    }
-    const Vector3& node1 = model.NodeCoordinates[std::size_t(ends[0])];
-    const Vector3& node2 = model.NodeCoordinates[std::size_t(ends[1])];
-    const Vector3 reference = node1 + orientation;
-    const Material& material = model.Materials[std::size_t(materialIndex)];
-    const std::size_t index = std::size_t(section.BeamSecIndex);
-    if (type == TSection) {
-        TBeamSetUp(beam, node1, node2, reference, material, model.TBeamSections[index], section.BeamSecOz);
-    } else if (type == LSection) {
-        LBeamSetUp(beam, node1, node2, reference, material, model.LBeamSections[index], section.BeamSecOz,
-                   section.BeamSecMirrored);
-    } else {
-        TubeBeamSetUp(beam, node1, node2, reference, material, model.CBeamSections[index], section.BeamSecOz);
-    }
-    return true;
+    return InTable(materialIndex, materials, scan, BeamMaterial, name) &&
+           InTable(section.BeamSecIndex, sections, scan, BeamIndex, name);
 }
 
 bool ModelTextReader::ReadRestraints()

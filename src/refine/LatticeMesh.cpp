@@ -1,6 +1,6 @@
 #include "refine/LatticeMesh.h"
 
-#include "refine/ModelSetUp.h"
+#include "elements/ModelSetUp.h"
 #include "refine/NodeRenumbering.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "core/Failure.h"
 #include "elements/ShellPressureLoad.h"
 #include "elements/ShellTransform.h"
-#include "refine/ModelSetUp.h"
+#include "elements/ModelSetUp.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,4 +1,4 @@
-#include "refine/ModelSetUp.h"
+#include "elements/ModelSetUp.h"
 
 #include "elements/BeamSection.h"
 #include "elements/ShellSetUp.h"
@@ -37,38 +37,35 @@ void SetUpShells(ModelStore& model)
     }
 }
 
-void SetUpBeams(ModelStore& model)
-{
-    model.BeamElements.assign(model.BeamConnectivity.size(), {});
-    for (std::size_t e = 0; e < model.BeamElements.size(); ++e) {
-        BeamElement& beam = model.BeamElements[e];
-        const BeamPropertyRef& property = model.BeamProperties[e];
-        const BeamSectionRef& section = model.BeamSectionRefs[e];
-        const int type = section.BeamSecType;
-        if (type != TSection && type != LSection && type != CSection) {
-            continue; // its material and section numbers mean nothing
-        }
-        const auto [node1, node2] = CornerPoints(model, model.BeamConnectivity[e]);
-        const Vector3 reference = node1 + property.orientation;
-        const Material& material = model.Materials[std::size_t(property.material)];
-        const std::size_t index = std::size_t(section.BeamSecIndex);
-        if (type == TSection) {
-            TBeamSetUp(beam, node1, node2, reference, material, model.TBeamSections[index], section.BeamSecOz);
-        } else if (type == LSection) {
-            LBeamSetUp(beam, node1, node2, reference, material, model.LBeamSections[index], section.BeamSecOz,
-                       section.BeamSecMirrored);
-        } else {
-            TubeBeamSetUp(beam, node1, node2, reference, material, model.CBeamSections[index], section.BeamSecOz);
-        }
-    }
-}
-
 template <class Record> int Count(const std::vector<Record>& table)
 {
     return static_cast<int>(table.size());
 }
 
 } // namespace
+
+void SetUpBeam(ModelStore& model, std::size_t e)
+{
+    BeamElement& beam = model.BeamElements[e];
+    const BeamPropertyRef& property = model.BeamProperties[e];
+    const BeamSectionRef& section = model.BeamSectionRefs[e];
+    const int type = section.BeamSecType;
+    if (type != TSection && type != LSection && type != CSection) {
+        return; // its material and section numbers mean nothing
+    }
+    const auto [node1, node2] = CornerPoints(model, model.BeamConnectivity[e]);
+    const Vector3 reference = node1 + property.orientation;
+    const Material& material = model.Materials[std::size_t(property.material)];
+    const std::size_t index = std::size_t(section.BeamSecIndex);
+    if (type == TSection) {
+        TBeamSetUp(beam, node1, node2, reference, material, model.TBeamSections[index], section.BeamSecOz);
+    } else if (type == LSection) {
+        LBeamSetUp(beam, node1, node2, reference, material, model.LBeamSections[index], section.BeamSecOz,
+                   section.BeamSecMirrored);
+    } else {
+        TubeBeamSetUp(beam, node1, node2, reference, material, model.CBeamSections[index], section.BeamSecOz);
+    }
+}
 
 void SetUpModel(ModelStore& model)
 {
@@ -87,7 +84,8 @@ void SetUpModel(ModelStore& model)
     model.NDL_S_3ND = Count(model.TriDistributedLoads);
     model.NDL_B = Count(model.BeamDistributedLoads);
     SetUpShells(model);
-    SetUpBeams(model);
+    model.BeamElements.assign(model.BeamConnectivity.size(), {});
+    for (std::size_t e = 0; e < model.BeamElements.size(); ++e) { SetUpBeam(model, e); }
 }
 
 } // namespace tarnvexo
