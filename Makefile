@@ -48,19 +48,10 @@ build: build/build.ninja
 	cmake --build build -j $(JOBS) --target tarnvexo $(TOOLS)
 
 run: build
-	@rm -rf run/midship && mkdir -p run/midship && cp examples/midship/fem_solving.txt run/midship/
-	@echo 'Solving examples/midship in run/midship ...'
-	@cd run/midship && ../../build/tarnvexo </dev/null >console.txt
+	@build/tarnvexo solve examples/midship -o run/midship
 	@echo
-	@echo 'The end of the console text (run/midship/console.txt, GBK):'
-	@iconv -f GBK -t UTF-8 run/midship/console.txt | \
-	    sed -E 's/[ 0-9][0-9]%Completed\.\x08{13}([ 0-9][0-9]\x08\x08)*//' | tail -n 14 | sed 's/^/    /'
-	@echo
-	@echo 'Results:'
 	@cd run/midship && for file in *.txt *.dxf; do \
 	    case "$$file" in \
-	        fem_solving.txt) what='the model' ;; \
-	        console.txt) what='console text: mass, loads before and after balancing, resultants' ;; \
 	        Node_Dis.txt) what='displacements and rotations of every node' ;; \
 	        'Shell element node stress.txt') what='stresses of every shell element at its nodes, both faces' ;; \
 	        'Shell element average node stress.txt') what='the same, averaged with the neighbours' ;; \
@@ -69,11 +60,9 @@ run: build
 	        deformation.dxf) what='line drawing of the deformed structure' ;; \
 	        *) what= ;; \
 	    esac; \
-	    printf '    run/midship/%-40s %8s kB  %s\n' "$$file" "$$(($$(wc -c <"$$file") / 1024))" "$$what"; \
+	    printf '  run/midship/%-40s %s\n' "$$file" "$$what"; \
 	done
-	@printf '%s\n' 'Begin with the console text and Node_Dis.txt:' \
-	    "    iconv -f GBK -t UTF-8 run/midship/console.txt | tr -d '\\b' | less" \
-	    'A picture, in about 20 s (needs the packages python3-numpy and python3-matplotlib):' \
+	@printf '%s\n' 'A picture, in about 20 s (needs the packages python3-numpy and python3-matplotlib):' \
 	    '    /usr/bin/python3 tools/draw_results.py run/midship/Tarn+Vexo_AverageStrs.txt --unit 1e6 --label MPa \' \
 	    '        --view -40,27 --limit 100 --scale 0.04 --out run/midship/picture.png'
 
