@@ -50,18 +50,6 @@ build: build/build.ninja
 run: build
 	@build/tarnvexo solve examples/midship -o run/midship
 	@echo
-	@cd run/midship && for file in *.txt *.dxf; do \
-	    case "$$file" in \
-	        Node_Dis.txt) what='displacements and rotations of every node' ;; \
-	        'Shell element node stress.txt') what='stresses of every shell element at its nodes, both faces' ;; \
-	        'Shell element average node stress.txt') what='the same, averaged with the neighbours' ;; \
-	        Tarn+Vexo_AverageStrs.txt) what='everything for the contour viewer, beams as small shell models' ;; \
-	        structure.dxf) what='line drawing of the structure, for any CAD program' ;; \
-	        deformation.dxf) what='line drawing of the deformed structure' ;; \
-	        *) what= ;; \
-	    esac; \
-	    printf '  run/midship/%-40s %s\n' "$$file" "$$what"; \
-	done
 	@printf '%s\n' 'A picture, in about 20 s (needs the packages python3-numpy and python3-matplotlib):' \
 	    '    /usr/bin/python3 tools/draw_results.py run/midship/Tarn+Vexo_AverageStrs.txt --unit 1e6 --label MPa \' \
 	    '        --view -40,27 --limit 100 --scale 0.04 --out run/midship/picture.png'
