@@ -7,11 +7,12 @@
 #include "core/Parallel.h"
 #include "solver/SparseEngine.h"
 
-#include <cassert>
+#include <algorithm>
 #include <cholmod.h>
-#include <cstring>
+#include <cstdlib>
 #include <new>
 #include <stdexcept>
+#include <thread>
 
 extern "C" {
 char* openblas_get_config();
@@ -25,7 +26,8 @@ namespace {
 
 using Index = SuiteSparse_long;
 
-constexpr std::size_t LargeBlock = std::size_t(4) << 20;
+constexpr std::size_t LargeBlock = std::size_t(4) << 20;       // bytes
+constexpr std::size_t PopulatedAtOnce = std::size_t(16) << 20; // bytes
 
 // Large blocks on large pages: the factor is then touched for the first time in a fraction of the time.
 void* AllocateLarge(std::size_t bytes)
@@ -35,6 +37,13 @@ void* AllocateLarge(std::size_t bytes)
         platform::PreferLargePages(block, bytes);
     }
     return block;
+}
+
+void Populate(std::stop_token stop, char* array, std::size_t bytes)
+{
+    for (std::size_t begin = 0; begin < bytes && !stop.stop_requested(); begin += PopulatedAtOnce) {
+        platform::PopulatePages(array + begin, std::min(PopulatedAtOnce, bytes - begin));
+    }
 }
 
 class CholmodEngine : public SparseEngine {
@@ -213,6 +222,18 @@ PivotReport CholmodEngine::Factorise(const BlockMatrix& matrix)
     sparse.xtype = CHOLMOD_REAL;
     sparse.dtype = CHOLMOD_DOUBLE;
     sparse.sorted = sparse.packed = true;
+
+    // Memory for the factor comes page by page while the first supernodes are computed: the kernel takes longer to
+    // clear it than one thread takes to fill it, and CHOLMOD is mostly one thread there.
+    if (factor->xtype == CHOLMOD_PATTERN) {
+        factor->x = cholmod_l_malloc(std::max<std::size_t>(factor->xsize, 1), sizeof(double), &common);
+        Require(factor->x != nullptr);
+        factor->xtype = CHOLMOD_REAL;
+    }
+    std::jthread populating;
+    if (ThreadCount() > 1) {
+        populating = std::jthread(Populate, static_cast<char*>(factor->x), factor->xsize * sizeof(double));
+    }
     double beta[2] = {0.0, 0.0};
     cholmod_l_super_numeric(&sparse, nullptr, beta, factor, &common);
     if (common.status != CHOLMOD_NOT_POSDEF) {

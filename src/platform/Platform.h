@@ -70,6 +70,10 @@ std::uint64_t PeakMemory();
 // in a fraction of the time and need fewer address translations. A hint; systems that do not know it ignore it.
 void PreferLargePages(void* array, std::size_t bytes);
 
+// Gives memory to the pages of an array that has been allocated, without changing what stands there; other threads may
+// use the array meanwhile. Systems that cannot do it leave that to the first touch.
+void PopulatePages(void* array, std::size_t bytes);
+
 // While it lives, an interruption of the program (Ctrl-C, a request to end) removes the file before the process ends
 // with exit code 130. One at a time.
 class RemovedOnInterrupt {

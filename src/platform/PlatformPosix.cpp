@@ -289,18 +289,32 @@ std::uint64_t PeakMemory()
     return getrusage(RUSAGE_SELF, &usage) == 0 ? static_cast<std::uint64_t>(usage.ru_maxrss) * 1024 : 0;
 }
 
-void PreferLargePages(void* array, std::size_t bytes)
+namespace {
+
+// Advice on the whole pages of an array; the partial ones at its ends stay out.
+void AdvisePages(void* array, std::size_t bytes, int advice)
 {
-#ifdef MADV_HUGEPAGE
-    // The call wants whole pages; the first and last partial ones stay small.
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     const auto begin = (reinterpret_cast<std::uintptr_t>(array) + page - 1) / page * page;
     const auto end = (reinterpret_cast<std::uintptr_t>(array) + bytes) / page * page;
     if (begin < end) {
-        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+        madvise(reinterpret_cast<void*>(begin), end - begin, advice);
     }
-#else
-    (void)array, (void)bytes;
+}
+
+} // namespace
+
+void PreferLargePages([[maybe_unused]] void* array, [[maybe_unused]] std::size_t bytes)
+{
+#ifdef MADV_HUGEPAGE
+    AdvisePages(array, bytes, MADV_HUGEPAGE);
+#endif
+}
+
+void PopulatePages([[maybe_unused]] void* array, [[maybe_unused]] std::size_t bytes)
+{
+#ifdef MADV_POPULATE_WRITE
+    AdvisePages(array, bytes, MADV_POPULATE_WRITE);
 #endif
 }
 

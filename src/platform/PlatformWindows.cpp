@@ -165,6 +165,8 @@ std::uint64_t PeakMemory()
 
 void PreferLargePages(void*, std::size_t) {}
 
+void PopulatePages(void*, std::size_t) {}
+
 namespace {
 
 constexpr UINT InterruptExitCode = 130;
