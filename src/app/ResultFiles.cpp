@@ -10,7 +10,20 @@ namespace tarnvexo {
 
 namespace {
 
-constexpr const char* UnfinishedSuffix = ".unfinished";
+std::string UnfinishedName(const std::string& path)
+{
+    return path + ".unfinished";
+}
+
+[[noreturn]] void FailAt(const std::string& path, const std::error_code& error)
+{
+    throw RunFailure(ExitFile,
+                     path + ": error: this result file was not written" +
+                         (error ? ": " + error.message() : std::string()) +
+                         "\n"
+                         "  expected: a directory with room for the results, and no directory of this name in it\n"
+                         "  to do:    make room or choose another directory with -o DIR, then run again");
+}
 
 } // namespace
 
@@ -27,26 +40,38 @@ ResultFiles::ResultFiles(const std::string& resultDirectory) : directory(resultD
     }
 }
 
+ResultFiles::~ResultFiles()
+{
+    for (std::size_t i = committed; i < written.size(); ++i) {
+        std::error_code ignored;
+        std::filesystem::remove(UnfinishedName(written[i].path), ignored);
+        platform::KeepOnInterrupt(UnfinishedName(written[i].path));
+    }
+}
+
 void ResultFiles::Write(const char* name, const std::function<FileResult(const std::string& path)>& write)
 {
-    const std::string path = (std::filesystem::path(directory) / name).string();
-    const std::string unfinished = path + UnfinishedSuffix;
-    const platform::RemovedOnInterrupt guard(unfinished);
+    written.push_back({(std::filesystem::path(directory) / name).string(), 0});
+    const std::string unfinished = UnfinishedName(written.back().path);
+    platform::RemoveOnInterrupt(unfinished);
     const FileResult result = write(unfinished); // tells on standard error what went wrong
-    std::error_code error;
-    if (result.outcome == FileOutcome::Written) {
-        std::filesystem::rename(unfinished, path, error);
+    if (result.outcome != FileOutcome::Written) {
+        FailAt(written.back().path, {});
     }
-    if (result.outcome != FileOutcome::Written || error) {
-        std::error_code ignored;
-        std::filesystem::remove(unfinished, ignored);
-        throw RunFailure(ExitFile, path + ": error: this result file was not written" +
-                                       (error ? ": " + error.message() : std::string()) +
-                                       "\n"
-                                       "  expected: a directory with room for the results\n"
-                                       "  to do:    make room or choose another directory with -o DIR, then run again");
+    written.back().bytes = result.bytes;
+}
+
+void ResultFiles::Commit()
+{
+    for (; committed < written.size(); ++committed) {
+        const std::string& path = written[committed].path;
+        std::error_code error;
+        std::filesystem::rename(UnfinishedName(path), path, error);
+        if (error) {
+            FailAt(path, error);
+        }
+        platform::KeepOnInterrupt(UnfinishedName(path));
     }
-    written.push_back({path, result.bytes});
 }
 
 } // namespace tarnvexo

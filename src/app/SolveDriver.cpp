@@ -28,6 +28,7 @@
 #include <cmath>
 #include <filesystem>
 #include <future>
+#include <memory>
 #include <numeric>
 #include <optional>
 
@@ -160,10 +161,11 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
         clock.Expect("write", WritingSeconds(model));
     }
 
-    // The ordering is the work of one thread: the loads are balanced meanwhile.
+    // The ordering is the work of one thread: the loads are balanced and the structure is drawn, about its centroid,
+    // meanwhile.
     clock.Next(); // order
-    StiffnessSystem system(model, options.solver);
-    std::future<void> ordering = std::async(std::launch::async, [&] { system.Order(); });
+    auto system = std::make_unique<StiffnessSystem>(model, options.solver);
+    std::future<void> ordering = std::async(std::launch::async, [&] { system->Order(); });
     AssembleLoads(model);
     const LoadSizes applied = SizesOfLoads(model);
     const std::vector<NodeInertia> shellInertia = ShellInertia(model);
@@ -176,23 +178,28 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     const FreeParts free = FindFreeParts(model);
     report.parts = ReportParts(free, options.displacements);
     AddWarning(CheckPartLoads(model, free, applied, options), report.warnings);
+    if (files) {
+        files->Write(StructureDrawingFileName,
+                     [&](const std::string& path) { return WriteStructureDrawing(model, path); });
+    }
     ordering.get();
 
     clock.Next(); // analyse
-    system.Analyse(options.modelFile);
-    clock.Expect("factorise", FactorisationSeconds(system.Size()));
-    clock.Expect("solve", SolutionSeconds(system.Size()));
+    system->Analyse(options.modelFile);
+    clock.Expect("factorise", FactorisationSeconds(system->Size()));
+    clock.Expect("solve", SolutionSeconds(system->Size()));
 
     clock.Next(); // assemble
-    system.Assemble();
+    system->Assemble();
 
     clock.Next(); // factorise
-    system.Factorise(free.isHeld, options.modelFile);
+    system->Factorise(free.isHeld, options.modelFile);
 
     clock.Next(); // solve
-    model.GlobalDisplacement = system.Solve(model.GLOAD);
-    report.solver = system.Report();
-    report.strainEnergy = system.StrainEnergy();
+    model.GlobalDisplacement = system->Solve(model.GLOAD);
+    report.solver = system->Report();
+    report.strainEnergy = system->StrainEnergy();
+    system.reset(); // the factor is not needed any more
     report.externalWork =
         0.5 * std::inner_product(model.GLOAD.begin(), model.GLOAD.end(), model.GlobalDisplacement.begin(), 0.0);
     report.reactions = Reactions(model, free, model.GlobalDisplacement);
@@ -204,11 +211,6 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Next(); // stresses
     RecoverShellStresses(model);
     AverageShellStresses(model);
-
-    if (files) {
-        files->Write(StructureDrawingFileName,
-                     [&](const std::string& path) { return WriteStructureDrawing(model, path); });
-    }
     ShiftOrigin(model, model.StructureCentroid); // results carry the model file's coordinates
 
     clock.Next(); // beam sections
@@ -224,6 +226,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
         files->Write(AveragedShellStressFileName,
                      [&](const std::string& path) { return WriteAveragedShellStresses(model, path); });
         files->Write(ContourFileName, [&](const std::string& path) { return WriteContourFile(model, path); });
+        files->Commit();
         report.files = files->Written();
     }
     report.largestDisplacement = LargestTranslation(model);

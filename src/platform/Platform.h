@@ -74,18 +74,12 @@ void PreferLargePages(void* array, std::size_t bytes);
 // use the array meanwhile. Systems that cannot do it leave that to the first touch.
 void PopulatePages(void* array, std::size_t bytes);
 
-// While it lives, an interruption of the program (Ctrl-C, a request to end) removes the file before the process ends
-// with exit code 130. One at a time.
-class RemovedOnInterrupt {
-public:
-    explicit RemovedOnInterrupt(const std::string& path);
-    ~RemovedOnInterrupt();
+// An interruption of the program (Ctrl-C, a request to end) removes these files before the process ends. A dozen may be
+// listed at a time; KeepOnInterrupt takes one from the list.
+void RemoveOnInterrupt(const std::string& path);
+void KeepOnInterrupt(const std::string& path);
 
-    RemovedOnInterrupt(const RemovedOnInterrupt&) = delete;
-    RemovedOnInterrupt& operator=(const RemovedOnInterrupt&) = delete;
-};
-
-// From now on an interruption ends the process with exit code 130. On a terminal the line in progress is ended.
+// From now on an interruption ends the process with exit code 130 and a notice on standard error.
 void ExitOnInterrupt();
 
 // Sets a variable of the process's environment unless it is set already.

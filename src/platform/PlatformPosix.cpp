@@ -322,34 +322,45 @@ namespace {
 
 constexpr int InterruptExitCode = 130;
 
-// What the signal handler may touch: a path that is complete when the flag is up.
-char unfinishedPath[4096];
-volatile std::sig_atomic_t hasUnfinishedFile = 0;
+// What the signal handler may touch: paths that are complete when their flag is up.
+struct UnfinishedFile {
+    char path[4096];
+    volatile std::sig_atomic_t isListed = 0;
+};
+UnfinishedFile unfinishedFiles[12];
 
 extern "C" void EndInterrupted(int)
 {
-    if (hasUnfinishedFile != 0) {
-        unlink(unfinishedPath);
+    for (const UnfinishedFile& file : unfinishedFiles) {
+        if (file.isListed != 0) {
+            unlink(file.path);
+        }
     }
-    if (isatty(STDERR_FILENO) != 0) {
-        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "\n", 1);
-    }
+    constexpr std::string_view notice = "\ninterrupted: no results were written\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, notice.data(), notice.size());
     _exit(InterruptExitCode);
 }
 
 } // namespace
 
-RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path)
+void RemoveOnInterrupt(const std::string& path)
 {
-    if (path.size() < sizeof unfinishedPath) {
-        std::memcpy(unfinishedPath, path.c_str(), path.size() + 1);
-        hasUnfinishedFile = 1;
+    for (UnfinishedFile& file : unfinishedFiles) {
+        if (file.isListed == 0 && path.size() < sizeof file.path) {
+            std::memcpy(file.path, path.c_str(), path.size() + 1);
+            file.isListed = 1;
+            return;
+        }
     }
 }
 
-RemovedOnInterrupt::~RemovedOnInterrupt()
+void KeepOnInterrupt(const std::string& path)
 {
-    hasUnfinishedFile = 0;
+    for (UnfinishedFile& file : unfinishedFiles) {
+        if (file.isListed != 0 && path == file.path) {
+            file.isListed = 0;
+        }
+    }
 }
 
 void ExitOnInterrupt()

@@ -9,6 +9,7 @@
 #include <io.h>
 #include <mutex>
 #include <string>
+#include <vector>
 #include <windows.h>
 // After windows.h, which it needs.
 #include <psapi.h>
@@ -172,29 +173,27 @@ namespace {
 constexpr UINT InterruptExitCode = 130;
 
 std::mutex unfinishedMutex;
-std::string unfinishedPath;
+std::vector<std::string> unfinishedPaths;
 
 BOOL WINAPI EndInterrupted(DWORD)
 {
     const std::lock_guard lock(unfinishedMutex);
-    if (!unfinishedPath.empty()) {
-        DeleteFileW(Utf8ToWide(unfinishedPath).c_str());
-    }
+    for (const std::string& path : unfinishedPaths) { DeleteFileW(Utf8ToWide(path).c_str()); }
     ExitProcess(InterruptExitCode);
 }
 
 } // namespace
 
-RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path)
+void RemoveOnInterrupt(const std::string& path)
 {
     const std::lock_guard lock(unfinishedMutex);
-    unfinishedPath = path;
+    unfinishedPaths.push_back(path);
 }
 
-RemovedOnInterrupt::~RemovedOnInterrupt()
+void KeepOnInterrupt(const std::string& path)
 {
     const std::lock_guard lock(unfinishedMutex);
-    unfinishedPath.clear();
+    std::erase(unfinishedPaths, path);
 }
 
 void ExitOnInterrupt()
