@@ -20,6 +20,11 @@ std::string StageLabel(const Progress& progress)
     return label;
 }
 
+std::string LeftText(const Progress& progress)
+{
+    return progress.secondsLeft > 0.0 ? "   " + EstimateText(progress.secondsLeft) + " left" : "";
+}
+
 } // namespace
 
 ProgressStyle StyleOfStandardError(bool quiet)
@@ -31,7 +36,7 @@ ProgressStyle StyleOfStandardError(bool quiet)
 
 std::string StageBeginText(const Progress& progress)
 {
-    return StageLabel(progress) + " …";
+    return StageLabel(progress) + " …" + LeftText(progress);
 }
 
 std::string StageEndText(const Progress& progress)
@@ -39,8 +44,7 @@ std::string StageEndText(const Progress& progress)
     char figures[64];
     std::snprintf(figures, sizeof figures, "%10s%10s", DurationText(progress.stageSeconds).c_str(),
                   MemoryText(progress.memoryGigabytes).c_str());
-    const bool known = progress.secondsLeft > 0.0;
-    return StageLabel(progress) + figures + (known ? "   " + EstimateText(progress.secondsLeft) + " left" : "");
+    return StageLabel(progress) + figures + LeftText(progress);
 }
 
 ProgressDisplay::ProgressDisplay(ProgressStyle style, Destination destination)

@@ -48,6 +48,13 @@ TEST(ProgressDisplay, RewritesTheLineOfAStageInPlace)
     EXPECT_EQ(Shown(ProgressStyle::InPlace, {Begin(), End()}), "\r\x1b[K[4/11]  factorise    …\r\x1b[K" + EndLine);
 }
 
+TEST(ProgressDisplay, TellsWhatIsLeftAlreadyWhenAStageBegins)
+{
+    Progress begin = Begin();
+    begin.secondsLeft = 12.0;
+    EXPECT_EQ(StageBeginText(begin), "[4/11]  factorise    …   about 12 s left");
+}
+
 TEST(ProgressDisplay, EndsTheLineOfAStageThatFailed)
 {
     EXPECT_EQ(Shown(ProgressStyle::InPlace, {Begin()}), "\r\x1b[K[4/11]  factorise    …\n");
