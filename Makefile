@@ -5,11 +5,12 @@
 JOBS ?= 2
 
 PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev python3
+BENCH_PACKAGES := calculix-ccx
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 TOOLS := $(basename $(notdir $(wildcard tools/*.cpp)))
 CONFIGURE := cmake -S . -G Ninja -DPython3_EXECUTABLE=/usr/bin/python3
 
-.PHONY: help deps build run test bench
+.PHONY: help deps build run test bench bench-quick bench-programs
 .DEFAULT_GOAL := help
 
 help:
@@ -17,7 +18,8 @@ help:
 	@echo 'make build   build/tarnvexo and the tools'
 	@echo 'make run     solve the example examples/midship and show where its results are'
 	@echo 'make test    all tests, optimised and under the sanitizers'
-	@echo 'make bench   all benchmarks; one: build/bench/tarnvexo_bench --benchmark_filter=NAME'
+	@echo 'make bench   all benchmarks, about an hour: stages, then whole runs into bench/results/'
+	@echo 'make bench-quick  whole runs up to 250,000 equations, about 5 minutes'
 
 deps:
 	@command -v dpkg-query >/dev/null || { \
@@ -60,6 +62,14 @@ test: build/build.ninja build-sanitize/build.ninja
 	cmake --build build-sanitize -j $(JOBS)
 	ctest --test-dir build-sanitize --output-on-failure -j $(JOBS)
 
-bench: build/build.ninja
-	cmake --build build -j $(JOBS) --target tarnvexo_bench
+bench bench-quick: PACKAGES += $(BENCH_PACKAGES)
+
+bench-programs: build
+	cmake --build build -j $(JOBS) --target tarnvexo_bench machine_rates cholmod_alone calculix_export
+
+bench: bench-programs
 	build/bench/tarnvexo_bench
+	/usr/bin/python3 bench/scaling.py
+
+bench-quick: bench-programs
+	/usr/bin/python3 bench/scaling.py --quick

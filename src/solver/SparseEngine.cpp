@@ -28,15 +28,7 @@ const char* BlasCoreName()
 // millisecond, and the libraries behind it read their settings from the environment only while they are loaded.
 MakeEngine LoadCholmod()
 {
-    // OpenBLAS takes the oldest kernels for processors it does not know by name; they reach a fifth of the speed. So it
-    // is told by what the processor can do. A name that the user has set is kept.
-    if (*BlasCoreName() != '\0') {
-        platform::SetEnvironmentDefault("OPENBLAS_CORETYPE", BlasCoreName());
-    }
-    // CHOLMOD starts four OpenMP threads in its own small loops whatever is set; beside the threads of OpenBLAS they
-    // only get into the way.
-    platform::SetEnvironmentDefault("OMP_THREAD_LIMIT", "1");
-
+    SetBlasEnvironment();
     std::string reason;
     void* const library = platform::LoadPlugin("libtarnvexo_cholmod.so", reason);
     void* const symbol = library == nullptr ? nullptr : platform::PluginSymbol(library, "MakeCholmodEngine");
@@ -52,6 +44,18 @@ MakeEngine LoadCholmod()
 }
 
 } // namespace
+
+void SetBlasEnvironment()
+{
+    // OpenBLAS takes the oldest kernels for processors it does not know by name; they reach a fifth of the speed. So it
+    // is told by what the processor can do. A name that the user has set is kept.
+    if (*BlasCoreName() != '\0') {
+        platform::SetEnvironmentDefault("OPENBLAS_CORETYPE", BlasCoreName());
+    }
+    // CHOLMOD starts four OpenMP threads in its own small loops whatever is set; beside the threads of OpenBLAS they
+    // only get into the way.
+    platform::SetEnvironmentDefault("OMP_THREAD_LIMIT", "1");
+}
 
 std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads)
 {

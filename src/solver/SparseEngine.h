@@ -55,4 +55,9 @@ struct EngineMissing : std::runtime_error {
 };
 std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads);
 
+// What OpenBLAS and CHOLMOD read from the environment while they are loaded: the kernels that suit this processor, no
+// threads of CHOLMOD's own. MakeSparseEngine sets it; a program that loads them itself calls it before. What the user
+// has set is kept.
+void SetBlasEnvironment();
+
 } // namespace tarnvexo
