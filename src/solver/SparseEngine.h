@@ -55,4 +55,7 @@ struct EngineMissing : std::runtime_error {
 };
 std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads);
 
+// One line per engine: its name and its kernels, or why it cannot be loaded. Loads CHOLMOD, which takes milliseconds.
+std::vector<std::string> DescribeEngines();
+
 } // namespace tarnvexo
