@@ -4,7 +4,8 @@
 
 JOBS ?= 2
 
-PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev python3
+PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev \
+    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev python3
 BENCH_PACKAGES := calculix-ccx
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 TOOLS := $(basename $(notdir $(wildcard tools/*.cpp)))

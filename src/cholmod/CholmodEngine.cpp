@@ -8,6 +8,7 @@
 #include "solver/SparseEngine.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cholmod.h>
 #include <cstdlib>
 #include <new>
@@ -241,37 +242,43 @@ PivotReport CholmodEngine::Factorise(const BlockMatrix& matrix)
     }
 
     PivotReport report;
-    report.failedAt = factor->minor < factor->n ? static_cast<std::int64_t>(factor->minor) : -1;
     report.pivots.assign(factor->n, 0.0);
+    // CHOLMOD stops at pivots that are not positive, but goes on through those that are not a number.
+    std::size_t good = std::min(factor->minor, factor->n);
     const auto* const super = static_cast<const Index*>(factor->super);
     const auto* const pi = static_cast<const Index*>(factor->pi);
     const auto* const px = static_cast<const Index*>(factor->px);
     const auto* const values = static_cast<const double*>(factor->x);
     for (std::size_t s = 0; s < factor->nsuper; ++s) {
         const Index height = pi[s + 1] - pi[s];
-        for (Index j = super[s]; j < super[s + 1]; ++j) {
-            if (report.Complete() || j < report.failedAt) {
-                const double diagonal = values[px[s] + (j - super[s]) * (height + 1)];
-                report.pivots[static_cast<std::size_t>(j)] = diagonal * diagonal;
+        for (std::size_t j = static_cast<std::size_t>(super[s]); j < static_cast<std::size_t>(super[s + 1]); ++j) {
+            const double diagonal = values[px[s] + (static_cast<Index>(j) - super[s]) * (height + 1)];
+            if (j < good && diagonal > 0.0) {
+                report.pivots[j] = diagonal * diagonal;
+            } else {
+                good = std::min(good, j);
             }
         }
     }
+    report.failedAt = good < factor->n ? static_cast<std::int64_t>(good) : -1;
     return report;
 }
 
 void CholmodEngine::Solve(double* vectors, int count)
 {
-    cholmod_dense right = {};
-    right.nrow = right.d = factor->n;
-    right.ncol = static_cast<std::size_t>(count);
-    right.nzmax = right.nrow * right.ncol;
-    right.x = vectors;
-    right.xtype = CHOLMOD_REAL;
-    right.dtype = CHOLMOD_DOUBLE;
-    cholmod_dense* work = cholmod_l_zeros(factor->maxesize, right.ncol, CHOLMOD_REAL, &common);
+    cholmod_dense* work = cholmod_l_zeros(factor->maxesize, 1, CHOLMOD_REAL, &common);
     Require(work != nullptr);
-    const bool done = cholmod_l_super_lsolve(factor, &right, work, &common) != 0 &&
-                      cholmod_l_super_ltsolve(factor, &right, work, &common) != 0;
+    bool done = true;
+    for (int c = 0; c < count && done; ++c) { // one by one: several at once need kernels that FixedBlas does not have
+        cholmod_dense right = {};
+        right.nrow = right.nzmax = right.d = factor->n;
+        right.ncol = 1;
+        right.x = vectors + factor->n * static_cast<std::size_t>(c);
+        right.xtype = CHOLMOD_REAL;
+        right.dtype = CHOLMOD_DOUBLE;
+        done = cholmod_l_super_lsolve(factor, &right, work, &common) != 0 &&
+               cholmod_l_super_ltsolve(factor, &right, work, &common) != 0;
+    }
     cholmod_l_free_dense(&work, &common);
     Require(done);
 }

@@ -10,6 +10,7 @@
 #include "cli/ReportCommands.h"
 #include "cli/VersionText.h"
 #include "core/Failure.h"
+#include "solver/SparseEngine.h"
 
 #include <cstdio>
 #include <new>
@@ -64,9 +65,9 @@ int RunCommandLine(int argc, char** argv)
     if (argc < 2) {
         return RunConsoleWithinMemory();
     }
-    const std::vector<std::string> engines = {"skyline LDLᵀ"};
     return RunReportingFailures([&] {
-        const Command command = ParseCommandLine({argv + 1, argv + argc}, VersionText(engines));
+        const Command command =
+            ParseCommandLine({argv + 1, argv + argc}, [] { return VersionText(DescribeEngines()); });
         return std::visit([](const auto& one) { return Run(one); }, command);
     });
 }

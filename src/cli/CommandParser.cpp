@@ -212,7 +212,7 @@ void AddRenumber(CLI::App& app, OptionTexts& texts)
     AddModelOutput(command, texts);
 }
 
-std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts, const std::string& versionText)
+std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts)
 {
     auto app =
         std::make_unique<CLI::App>("Linear static analysis of shells and beams with inertia relief.", "tarnvexo");
@@ -223,7 +223,7 @@ std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts, const std::string& version
     formatter->label("SUBCOMMAND", "COMMAND ...");
     app->formatter(formatter);
     app->set_help_flag("-h,--help", "this text; tarnvexo COMMAND --help for a command's options");
-    app->set_version_flag("--version", versionText, "version, compiler, vector unit in use, equation solvers");
+    app->set_version_flag("--version", "", "version, compiler, vector unit in use, equation solvers");
     app->require_subcommand(1);
     app->footer("Examples:\n"
                 "  tarnvexo info examples/wing            check a model before solving it\n"
@@ -347,10 +347,10 @@ Command CommandOf(const std::string& name, const OptionTexts& texts)
 
 } // namespace
 
-Command ParseCommandLine(const std::vector<std::string>& arguments, const std::string& versionText)
+Command ParseCommandLine(const std::vector<std::string>& arguments, const std::function<std::string()>& versionText)
 {
     OptionTexts texts;
-    const std::unique_ptr<CLI::App> app = MakeApp(texts, versionText);
+    const std::unique_ptr<CLI::App> app = MakeApp(texts);
     const std::vector<std::string> commandNames = CommandNames(*app);
 
     // A misspelt command is found before its options are looked at.
@@ -366,7 +366,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments, const std::s
     } catch (const CLI::CallForHelp&) {
         return MessageCommand{app->help(), "", ExitGood};
     } catch (const CLI::CallForVersion&) {
-        return MessageCommand{versionText, "", ExitGood};
+        return MessageCommand{versionText(), "", ExitGood};
     } catch (const CLI::ParseError& error) {
         const CLI::App* command = app->get_subcommands().empty() ? app.get() : app->get_subcommands().front();
         const std::string name = command == app.get() ? "tarnvexo" : "tarnvexo " + command->get_name();

@@ -6,6 +6,7 @@
 #include "app/SolveDriver.h"
 #include "cli/Quantities.h"
 
+#include <functional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -52,8 +53,8 @@ struct MessageCommand {
 
 using Command = std::variant<SolveCommand, InfoCommand, RefineCommand, RenumberCommand, MessageCommand>;
 
-// arguments: the words behind the program's name. versionText: what --version prints.
+// arguments: the words behind the program's name. versionText: gives what --version prints; called only for that.
 // A usage error says which command, what is wrong, what was expected, and the nearest name to a misspelt one.
-Command ParseCommandLine(const std::vector<std::string>& arguments, const std::string& versionText);
+Command ParseCommandLine(const std::vector<std::string>& arguments, const std::function<std::string()>& versionText);
 
 } // namespace tarnvexo

@@ -7,7 +7,7 @@
 
 namespace tarnvexo {
 
-// Program version, build type, compiler, vector target in use, and one line per engine ("CHOLMOD 5.1, METIS").
+// Program version, build type, compiler, vector target in use, and one line per engine (solver/SparseEngine's DescribeEngines).
 std::string VersionText(const std::vector<std::string>& engines);
 
 } // namespace tarnvexo

@@ -17,7 +17,6 @@
 #include <ratio>
 #include <string>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -283,10 +282,20 @@ std::uint64_t ResidentMemory()
     return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
+// getrusage would count what the program that started this one held.
 std::uint64_t PeakMemory()
 {
-    rusage usage;
-    return getrusage(RUSAGE_SELF, &usage) == 0 ? static_cast<std::uint64_t>(usage.ru_maxrss) * 1024 : 0;
+    std::uint64_t kilobytes = 0;
+    if (std::FILE* file = std::fopen("/proc/self/status", "r")) {
+        char line[256];
+        while (std::fgets(line, sizeof line, file) != nullptr) {
+            if (std::sscanf(line, "VmHWM: %" SCNu64, &kilobytes) == 1) {
+                break;
+            }
+        }
+        std::fclose(file);
+    }
+    return kilobytes * 1024;
 }
 
 namespace {

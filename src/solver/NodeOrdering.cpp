@@ -14,16 +14,27 @@ namespace tarnvexo {
 
 static_assert(std::is_same_v<idx_t, int>, "METIS is expected with 32-bit indices");
 
+namespace {
+
+// Any order is as good where there are no edges; the libraries want at least one.
+EliminationOrder OrderWithoutEdges(const NodeGraph& graph)
+{
+    std::vector<int> nodeAt(graph.first.size() - 1);
+    std::iota(nodeAt.begin(), nodeAt.end(), 0);
+    return OrderFromSequence(std::move(nodeAt));
+}
+
+} // namespace
+
 EliminationOrder OrderByMetis(const NodeGraph& graph)
 {
+    if (graph.neighbours.empty()) {
+        return OrderWithoutEdges(graph);
+    }
     idx_t size = graph.Size();
     EliminationOrder order;
     order.nodeAt.resize(graph.first.size() - 1);
     order.positionOf.resize(graph.first.size() - 1);
-    if (graph.neighbours.empty()) { // METIS wants at least one edge
-        std::iota(order.nodeAt.begin(), order.nodeAt.end(), 0);
-        return OrderFromSequence(std::move(order.nodeAt));
-    }
     std::vector<int> first = graph.first, neighbours = graph.neighbours; // METIS renumbers them while it works
     const int status = METIS_NodeND(&size, first.data(), neighbours.data(), nullptr, nullptr, order.nodeAt.data(),
                                     order.positionOf.data());
@@ -38,6 +49,9 @@ EliminationOrder OrderByMetis(const NodeGraph& graph)
 
 EliminationOrder OrderByAmd(const NodeGraph& graph)
 {
+    if (graph.neighbours.empty()) {
+        return OrderWithoutEdges(graph);
+    }
     std::vector<int> nodeAt(graph.first.size() - 1);
     const int status =
         amd_order(graph.Size(), graph.first.data(), graph.neighbours.data(), nodeAt.data(), nullptr, nullptr);

@@ -68,10 +68,12 @@ PivotReport SkylineEngine::Factorise(const BlockMatrix& matrix)
         {static_cast<int>(columnHeight.size()), columnHeight.data(), diagonalAddress.data(), values.Data()});
 
     PivotReport report;
-    report.pivots.resize(columnHeight.size());
-    for (std::size_t j = 0; j < columnHeight.size(); ++j) {
-        report.pivots[j] = values.Data()[diagonalAddress[j]];
-        if (report.failedAt < 0 && !(report.pivots[j] > 0.0)) { // not a number counts too
+    report.pivots.assign(columnHeight.size(), 0.0);
+    for (std::size_t j = 0; j < columnHeight.size() && report.Complete(); ++j) {
+        const double pivot = values.Data()[diagonalAddress[j]];
+        if (pivot > 0.0) { // not a number is none
+            report.pivots[j] = pivot;
+        } else {
             report.failedAt = static_cast<std::int64_t>(j);
         }
     }

@@ -1,5 +1,6 @@
 #include "solver/SparseEngine.h"
 
+#include "core/Parallel.h"
 #include "platform/Platform.h"
 #include "solver/SkylineEngine.h"
 
@@ -64,6 +65,21 @@ std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads)
     }
     static const MakeEngine makeCholmodEngine = LoadCholmod();
     return std::unique_ptr<SparseEngine>(makeCholmodEngine(threads));
+}
+
+std::vector<std::string> DescribeEngines()
+{
+    std::vector<std::string> lines;
+    for (const EngineKind kind : {EngineKind::Cholmod, EngineKind::Skyline}) {
+        try {
+            const std::unique_ptr<SparseEngine> engine = MakeSparseEngine(kind, ThreadCount());
+            lines.push_back(engine->Name() + ", " + engine->Kernels());
+        } catch (const EngineMissing& missing) {
+            const std::string reason = missing.what();
+            lines.push_back(reason.substr(0, reason.find('\n')));
+        }
+    }
+    return lines;
 }
 
 } // namespace tarnvexo

@@ -60,4 +60,7 @@ std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads);
 // has set is kept.
 void SetBlasEnvironment();
 
+// One line per engine: its name and its kernels, or why it cannot be loaded. Loads CHOLMOD, which takes milliseconds.
+std::vector<std::string> DescribeEngines();
+
 } // namespace tarnvexo

@@ -9,7 +9,7 @@ namespace {
 
 Command Parse(const std::vector<std::string>& arguments)
 {
-    return ParseCommandLine(arguments, "tarnvexo 1.2.3\n");
+    return ParseCommandLine(arguments, [] { return std::string("tarnvexo 1.2.3\n"); });
 }
 
 SolveCommand ParseSolve(const std::vector<std::string>& arguments)
@@ -217,6 +217,21 @@ TEST(Version, IsTheTextGiven)
     const MessageCommand message = ParseMessage({"--version"});
     EXPECT_EQ(message.output, "tarnvexo 1.2.3\n");
     EXPECT_EQ(message.exitCode, ExitGood);
+}
+
+// It names the engines, and to do so loads them.
+TEST(Version, IsAskedForOnlyWhenItIsPrinted)
+{
+    int asked = 0;
+    const auto versionText = [&] {
+        ++asked;
+        return std::string("tarnvexo 1.2.3\n");
+    };
+    ParseCommandLine({"solve", "model.txt"}, versionText);
+    ParseCommandLine({"--help"}, versionText);
+    EXPECT_EQ(asked, 0);
+    ParseCommandLine({"--version"}, versionText);
+    EXPECT_EQ(asked, 1);
 }
 
 } // namespace
