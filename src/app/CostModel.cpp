@@ -14,20 +14,15 @@ constexpr double PerFactorEntry = 6e-9;  // assembly of fronts, first touch of m
 constexpr double PerOperation = 1.6e-11; // dense kernels
 constexpr double PerEntrySolved = 1.2e-9;
 constexpr double PerShellStress = 6e-7;
-constexpr double PerBeamSection = 3e-4;
+constexpr double PerSectionPatch = 5e-6; // patches of the beams' section meshes
 constexpr double PerShellWritten = 4e-6;
 constexpr double PerNodeWritten = 4e-7;
-constexpr double PerBeamWritten = 1e-4;
+constexpr double PerPatchWritten = 1.2e-6;
 constexpr double PerSkylineOperation = 1.2e-10;
 
 double Shells(const ModelStore& model)
 {
     return static_cast<double>(model.QuadElements.size()) + static_cast<double>(model.TriElements.size());
-}
-
-double Beams(const ModelStore& model)
-{
-    return static_cast<double>(model.BeamElements.size());
 }
 
 } // namespace
@@ -44,7 +39,7 @@ double OrderingSeconds(std::size_t nodes)
 
 double AssemblySeconds(const ModelStore& model)
 {
-    return PerAssembledElement * (Shells(model) + Beams(model));
+    return PerAssembledElement * (Shells(model) + static_cast<double>(model.BeamElements.size()));
 }
 
 double FactorisationSeconds(const FactorSize& size)
@@ -62,14 +57,14 @@ double StressSeconds(const ModelStore& model)
     return PerShellStress * Shells(model);
 }
 
-double BeamSectionSeconds(const ModelStore& model)
+double BeamSectionSeconds(double sectionPatches)
 {
-    return PerBeamSection * Beams(model);
+    return PerSectionPatch * sectionPatches;
 }
 
-double WritingSeconds(const ModelStore& model)
+double WritingSeconds(const ModelStore& model, double sectionPatches)
 {
-    return PerShellWritten * Shells(model) + PerBeamWritten * Beams(model) +
+    return PerShellWritten * Shells(model) + PerPatchWritten * sectionPatches +
            PerNodeWritten * static_cast<double>(model.NodeCoordinates.size());
 }
 

@@ -16,8 +16,8 @@ double AssemblySeconds(const ModelStore& model);
 double FactorisationSeconds(const FactorSize& size);
 double SolutionSeconds(const FactorSize& size);
 double StressSeconds(const ModelStore& model);
-double BeamSectionSeconds(const ModelStore& model);
-double WritingSeconds(const ModelStore& model);
+double BeamSectionSeconds(double sectionPatches);
+double WritingSeconds(const ModelStore& model, double sectionPatches);
 double SkylineSeconds(double operations); // of the console run's solution
 
 // Bytes at the peak of `tarnvexo solve`, the factorisation, beyond what the process holds already: factor with its

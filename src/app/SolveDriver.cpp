@@ -156,9 +156,13 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
     clock.Expect("assemble", AssemblySeconds(model));
     clock.Expect("stresses", StressSeconds(model));
-    clock.Expect("beam sections", BeamSectionSeconds(model));
+    const SectionMeshSize meshes = MeasureSectionMeshes(model);
+    if (!meshes.fault.empty()) {
+        throw RunFailure(ExitNumerical, options.modelFile + ": " + meshes.fault);
+    }
+    clock.Expect("beam sections", BeamSectionSeconds(meshes.patches));
     if (files) {
-        clock.Expect("write", WritingSeconds(model));
+        clock.Expect("write", WritingSeconds(model, meshes.patches));
     }
 
     // The ordering is the work of one thread: the loads are balanced and the structure is drawn, about its centroid,
@@ -281,14 +285,17 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
         report.warnings.push_back(tooLarge.what());
     }
     report.solver = system.Report();
+    const SectionMeshSize meshes = MeasureSectionMeshes(model);
+    AddWarning(meshes.fault, report.warnings);
     const double outside = ReadingSeconds(std::filesystem::file_size(modelFile)) + StressSeconds(model) +
-                           BeamSectionSeconds(model) + WritingSeconds(model);
+                           BeamSectionSeconds(meshes.patches) + WritingSeconds(model, meshes.patches);
     report.expectedSeconds = outside + OrderingSeconds(model.NodeCoordinates.size()) + AssemblySeconds(model) +
                              FactorisationSeconds(system.Size()) + SolutionSeconds(system.Size());
     report.expectedSkylineSeconds = outside + SkylineSeconds(skyline.operations);
-    report.expectedMemoryGigabytes =
-        (static_cast<double>(platform::ResidentMemory()) + FactorisationBytes(system.Size(), system.Pattern())) *
-        BytesToGigabytes;
+    // The factor is gone before the section meshes come.
+    report.expectedMemoryGigabytes = (static_cast<double>(platform::ResidentMemory()) +
+                                      std::max(FactorisationBytes(system.Size(), system.Pattern()), meshes.bytes)) *
+                                     BytesToGigabytes;
     clock.End();
     return report;
 }

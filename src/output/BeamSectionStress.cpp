@@ -287,49 +287,6 @@ SectionSize SizeOfSection(const SectionOutline& outline, double slices)
     return size;
 }
 
-// Refuses section meshes that cannot be held, before the first is built. Beams behind one of unknown type do not count:
-// the run ends at that beam with its own message.
-void CheckSectionSizes(const ModelStore& model)
-{
-    const double available = static_cast<double>(platform::AvailableMemory());
-    double bytes = 0.0;
-    // As many systems as there are threads may be in memory at once: at worst the largest ones.
-    std::priority_queue<double, std::vector<double>, std::greater<>> largest;
-    double entriesAtOnce = 0.0;
-    char text[500];
-    for (int b = 0; b < model.NELEM_B; ++b) {
-        if (!HasKnownSection(model, b)) {
-            return;
-        }
-        const SectionOutline outline = OutlineOfBeam(model, b);
-        const double slices = SliceCount(BeamLength(model.BeamElements[b]), outline);
-        const SectionSize size = SizeOfSection(outline, slices);
-        bytes += size.bytes;
-        largest.push(size.entries);
-        entriesAtOnce += size.entries;
-        if (static_cast<int>(largest.size()) > ThreadCount()) {
-            entriesAtOnce -= largest.top();
-            largest.pop();
-        }
-        if (size.entries > static_cast<double>(SkylineLimit)) {
-            std::snprintf(text, sizeof text,
-                          "beam %d: error: its section mesh would have %.0f slices along the beam, too many to solve\n"
-                          "  expected: a section whose longest wall segment is not tiny against the beam's length\n"
-                          "  to do:    correct the section's sizes (Hw, Bf or R), or divide the beam",
-                          b, slices);
-            FailWithDiagnostic(text);
-        }
-        if (available > 0.0 && bytes + entriesAtOnce * sizeof(double) > available) {
-            std::snprintf(text, sizeof text,
-                          "beams 0 to %d: error: their section meshes would take more than %.3g GB\n"
-                          "  expected: at most %.3g GB, the memory that is free now\n"
-                          "  to do:    close other programs, or leave out beams whose wall stresses are not needed",
-                          b, bytes * BytesToGigabytes, available * BytesToGigabytes);
-            FailWithDiagnostic(text);
-        }
-    }
-}
-
 } // namespace
 
 SectionOutline OutlineOfBeam(const ModelStore& model, int b)
@@ -360,9 +317,52 @@ BeamSectionModel SolveBeamSection(const BeamElement& beam, const SectionOutline&
     return SolveSection(beam, outline, endDisplacements, system);
 }
 
+SectionMeshSize MeasureSectionMeshes(const ModelStore& model)
+{
+    const double available = static_cast<double>(platform::AvailableMemory());
+    SectionMeshSize sum;
+    // As many systems as there are threads may be in memory at once: at worst the largest ones.
+    std::priority_queue<double, std::vector<double>, std::greater<>> largest;
+    double meshBytes = 0.0, entriesAtOnce = 0.0;
+    char text[500];
+    for (int b = 0; b < model.NELEM_B && HasKnownSection(model, b) && sum.fault.empty(); ++b) {
+        const SectionOutline outline = OutlineOfBeam(model, b);
+        const double slices = SliceCount(BeamLength(model.BeamElements[b]), outline);
+        const SectionSize size = SizeOfSection(outline, slices);
+        meshBytes += size.bytes;
+        largest.push(size.entries);
+        entriesAtOnce += size.entries;
+        if (static_cast<int>(largest.size()) > ThreadCount()) {
+            entriesAtOnce -= largest.top();
+            largest.pop();
+        }
+        sum.patches += slices * static_cast<double>(outline.segments.size());
+        sum.bytes = meshBytes + entriesAtOnce * sizeof(double);
+        if (size.entries > static_cast<double>(SkylineLimit)) {
+            std::snprintf(text, sizeof text,
+                          "beam %d: error: its section mesh would have %.0f slices along the beam, too many to solve\n"
+                          "  expected: a section whose longest wall segment is not tiny against the beam's length\n"
+                          "  to do:    correct the section's sizes (Hw, Bf or R), or divide the beam",
+                          b, slices);
+            sum.fault = text;
+        } else if (available > 0.0 && sum.bytes > available) {
+            std::snprintf(text, sizeof text,
+                          "beams 0 to %d: error: their section meshes would take more than %.3g GB\n"
+                          "  expected: at most %.3g GB, the memory that is free now\n"
+                          "  to do:    close other programs, or leave out beams whose wall stresses are not needed",
+                          b, meshBytes * BytesToGigabytes, available * BytesToGigabytes);
+            sum.fault = text;
+        }
+    }
+    return sum;
+}
+
 void RecoverBeamSectionStresses(ModelStore& model)
 {
-    CheckSectionSizes(model);
+    const std::string fault = MeasureSectionMeshes(model).fault;
+    if (!fault.empty()) {
+        FailWithDiagnostic(fault.c_str());
+    }
     CheckSectionTypes(model);
     const std::size_t beams = static_cast<std::size_t>(model.NELEM_B);
     model.BeamStressRecords.clear();

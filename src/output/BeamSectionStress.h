@@ -9,9 +9,20 @@
 #include "core/ModelStore.h"
 #include "output/BeamSectionOutline.h"
 
+#include <string>
+
 namespace tarnvexo {
 
 void RecoverBeamSectionStresses(ModelStore& model);
+
+// What the section meshes of all beams will take, before the first is built: upper bounds. Beams behind one of unknown
+// type do not count.
+struct SectionMeshSize {
+    double patches = 0.0;
+    double bytes = 0.0;
+    std::string fault; // of the first beam whose mesh cannot be addressed or held beside those before it; empty: none
+};
+SectionMeshSize MeasureSectionMeshes(const ModelStore& model);
 
 // Outline of the section of beam b. A section type other than T, L, C ends the run.
 SectionOutline OutlineOfBeam(const ModelStore& model, int b);
