@@ -59,7 +59,7 @@ bool WriteUtf8Output(std::string_view text);
 // True when standard error is a terminal whose lines can be rewritten in place ("\r", "\x1b[K").
 bool ErrorLinesCanBeRewritten();
 
-// Memory that can still be had without swapping, in bytes; 0 when the system does not tell.
+// Memory that this process can still get without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
 
 // Memory of this process, in bytes: what it holds now, and the most it has held; 0 when the system does not tell.
@@ -81,7 +81,8 @@ public:
     RemovedOnInterrupt& operator=(const RemovedOnInterrupt&) = delete;
 };
 
-// From now on an interruption ends the process with exit code 130. On a terminal the line in progress is ended.
+// From now on an interruption ends the process with exit code 130. On a terminal the line in progress is ended. To be
+// called before the process starts threads.
 void ExitOnInterrupt();
 
 // Sets a variable of the process's environment unless it is set already.

@@ -13,13 +13,16 @@
 #include <inttypes.h>
 #include <langinfo.h>
 #include <locale.h>
+#include <mutex>
 #include <poll.h>
 #include <ratio>
 #include <string>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace tarnvexo::platform {
 
@@ -133,6 +136,26 @@ bool ReadNumberFile(const char* path, std::uint64_t& number)
     std::fclose(file);
     number = value;
     return found;
+}
+
+// Bytes of this process: addresses handed out to it, and memory behind them; zero when the system does not tell.
+struct ProcessMemory {
+    std::uint64_t addressed = 0;
+    std::uint64_t resident = 0;
+};
+
+ProcessMemory OwnMemory()
+{
+    ProcessMemory memory;
+    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
+        std::uint64_t addressed = 0, resident = 0; // pages
+        if (std::fscanf(file, "%" SCNu64 " %" SCNu64, &addressed, &resident) == 2) {
+            const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+            memory = {addressed * pageSize, resident * pageSize};
+        }
+        std::fclose(file);
+    }
+    return memory;
 }
 
 // 'text' as one word of the shell: nothing inside single quotes has a meaning but the quote itself.
@@ -268,19 +291,18 @@ std::uint64_t AvailableMemory()
         ReadNumberFile("/sys/fs/cgroup/memory.current", used)) {
         available = std::min(available, limit > used ? limit - used : 1);
     }
+    // And a process less than that, where a batch system or "ulimit -v" has limited it.
+    rlimit addresses;
+    if (available > 0 && getrlimit(RLIMIT_AS, &addresses) == 0 && addresses.rlim_cur != RLIM_INFINITY) {
+        used = OwnMemory().addressed;
+        available = std::min(available, addresses.rlim_cur > used ? addresses.rlim_cur - used : 1);
+    }
     return available;
 }
 
 std::uint64_t ResidentMemory()
 {
-    std::uint64_t pages = 0, resident = 0;
-    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%" SCNu64 " %" SCNu64, &pages, &resident) != 2) {
-            resident = 0;
-        }
-        std::fclose(file);
-    }
-    return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    return OwnMemory().resident;
 }
 
 std::uint64_t PeakMemory()
@@ -308,17 +330,20 @@ namespace {
 
 constexpr int InterruptExitCode = 130;
 
-// What the signal handler may touch: a path that is complete when the flag is up.
-char unfinishedPath[4096];
-volatile std::sig_atomic_t hasUnfinishedFile = 0;
+std::mutex unfinishedFileMutex;
+std::string unfinishedFile; // empty: none
 
-extern "C" void EndInterrupted(int)
+// Waits for an interruption and ends the process.
+void EndWhenInterrupted(sigset_t signals)
 {
-    if (hasUnfinishedFile != 0) {
-        unlink(unfinishedPath);
-    }
+    int signal = 0;
+    sigwait(&signals, &signal);
     if (isatty(STDERR_FILENO) != 0) {
         [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "\n", 1);
+    }
+    const std::lock_guard lock(unfinishedFileMutex);
+    if (!unfinishedFile.empty()) {
+        unlink(unfinishedFile.c_str());
     }
     _exit(InterruptExitCode);
 }
@@ -327,23 +352,30 @@ extern "C" void EndInterrupted(int)
 
 RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path)
 {
-    if (path.size() < sizeof unfinishedPath) {
-        std::memcpy(unfinishedPath, path.c_str(), path.size() + 1);
-        hasUnfinishedFile = 1;
-    }
+    const std::lock_guard lock(unfinishedFileMutex);
+    unfinishedFile = path;
 }
 
 RemovedOnInterrupt::~RemovedOnInterrupt()
 {
-    hasUnfinishedFile = 0;
+    const std::lock_guard lock(unfinishedFileMutex);
+    unfinishedFile.clear();
 }
 
+// A thread waits for the signals, and all others do not get them. Handlers would not do: METIS puts its own in place of
+// that of SIGTERM while it orders, and these end in a jump into a thread that is not there.
 void ExitOnInterrupt()
 {
-    struct sigaction action = {};
-    action.sa_handler = EndInterrupted;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    static bool isWatched = false;
+    if (std::exchange(isWatched, true)) {
+        return;
+    }
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr); // threads that are started from now on inherit it
+    std::thread(EndWhenInterrupted, signals).detach();
 }
 
 void SetEnvironmentDefault(const char* name, const char* value)
