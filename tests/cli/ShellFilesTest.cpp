@@ -25,7 +25,7 @@ std::string FileText(const std::string& name)
 // "-o" and "--output" of the lines "  -o,--output DIR   ..." of a help text.
 std::set<std::string> OptionsOfHelp(const std::vector<std::string>& arguments)
 {
-    const std::string help = std::get<MessageCommand>(ParseCommandLine(arguments, "")).output;
+    const std::string help = std::get<MessageCommand>(ParseCommandLine(arguments, [] { return std::string(); })).output;
     const std::regex optionLine("\n  (-[-a-z]+)(?:,(-[-a-z]+))?");
     std::set<std::string> options;
     for (std::sregex_iterator match(help.begin(), help.end(), optionLine), none; match != none; ++match) {
