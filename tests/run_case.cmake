@@ -1,14 +1,22 @@
 # One whole run: the model of CASE in a fresh DIRECTORY, PROGRAM there with nothing on standard input, then the six
 # result files and the console text against CASE/expected.
 #     cmake -D PROGRAM=... -D PYTHON=... -D COMPARE=.../compare.py -D CASE=... -D DIRECTORY=... -P run_case.cmake
+# -D ARGUMENTS=... (words with blanks between): a run of a command, whose standard output is no console text and is not
+# compared.
 file(REMOVE_RECURSE ${DIRECTORY})
 file(MAKE_DIRECTORY ${DIRECTORY})
 file(COPY ${CASE}/fem_solving.txt DESTINATION ${DIRECTORY})
 
-execute_process(COMMAND ${PROGRAM}
+if(ARGUMENTS)
+  separate_arguments(ARGUMENTS)
+  set(output report.txt)
+else()
+  set(output console.txt)
+endif()
+execute_process(COMMAND ${PROGRAM} ${ARGUMENTS}
   WORKING_DIRECTORY ${DIRECTORY}
   INPUT_FILE /dev/null
-  OUTPUT_FILE ${DIRECTORY}/console.txt
+  OUTPUT_FILE ${DIRECTORY}/${output}
   ERROR_VARIABLE diagnostics
   RESULT_VARIABLE exitCode)
 if(NOT exitCode EQUAL 0)

@@ -26,6 +26,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <future>
 #include <memory>
@@ -37,6 +38,9 @@ namespace tarnvexo {
 namespace {
 
 constexpr double BytesToGigabytes = 1.0 / (1 << 30);
+
+// Sound models differ by 1e-9 and less.
+constexpr double EnergyTolerance = 1e-6;
 
 void AddWarning(const std::string& text, std::vector<std::string>& warnings)
 {
@@ -118,6 +122,24 @@ std::vector<SupportReaction> Reactions(const ModelStore& model, const FreeParts&
                              free.restrained[equation] == 0});
     }
     return reactions;
+}
+
+// Both energies are the same number unless round-off has its part in the displacements.
+std::string EnergyWarning(const SolveReport& report)
+{
+    const double larger = std::max(std::fabs(report.strainEnergy), std::fabs(report.externalWork));
+    if (std::fabs(report.strainEnergy - report.externalWork) <= EnergyTolerance * larger) {
+        return "";
+    }
+    char text[600];
+    std::snprintf(text, sizeof text,
+                  ": warning: the strain energy is %.6g, the work of the loads %.6g: round-off is part of the results\n"
+                  "  there:    the smallest pivot, %.2g of its stiffness, is at node %d\n"
+                  "  expected: the same energy within %g\n"
+                  "  to do:    look there for stiffnesses of very different size side by side, and for a mechanism",
+                  report.strainEnergy, report.externalWork, report.solver.smallestPivotRatio,
+                  report.solver.smallestPivot.node, EnergyTolerance);
+    return report.modelFile + text;
 }
 
 double LargestForce(const std::vector<SupportReaction>& reactions)
@@ -206,6 +228,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     system.reset(); // the factor is not needed any more
     report.externalWork =
         0.5 * std::inner_product(model.GLOAD.begin(), model.GLOAD.end(), model.GlobalDisplacement.begin(), 0.0);
+    AddWarning(EnergyWarning(report), report.warnings);
     report.reactions = Reactions(model, free, model.GlobalDisplacement);
     report.largestReaction = LargestForce(report.reactions);
     if (options.displacements == DisplacementKind::MassOrthogonal) {

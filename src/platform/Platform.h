@@ -59,7 +59,7 @@ bool WriteUtf8Output(std::string_view text);
 // True when standard error is a terminal whose lines can be rewritten in place ("\r", "\x1b[K").
 bool ErrorLinesCanBeRewritten();
 
-// Memory that can still be had without swapping, in bytes; 0 when the system does not tell.
+// Memory that this process can still get without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
 
 // Memory of this process, in bytes: what it holds now, and the most it has held; 0 when the system does not tell.
@@ -74,12 +74,13 @@ void PreferLargePages(void* array, std::size_t bytes);
 // use the array meanwhile. Systems that cannot do it leave that to the first touch.
 void PopulatePages(void* array, std::size_t bytes);
 
-// An interruption of the program (Ctrl-C, a request to end) removes these files before the process ends. A dozen may be
-// listed at a time; KeepOnInterrupt takes one from the list.
+// An interruption of the program (Ctrl-C, a request to end) removes these files before the process ends.
+// KeepOnInterrupt takes one from the list.
 void RemoveOnInterrupt(const std::string& path);
 void KeepOnInterrupt(const std::string& path);
 
-// From now on an interruption ends the process with exit code 130 and a notice on standard error.
+// From now on an interruption ends the process with exit code 130 and a notice on standard error. To be called before
+// the process starts threads.
 void ExitOnInterrupt();
 
 // Sets a variable of the process's environment unless it is set already.

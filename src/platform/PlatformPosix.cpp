@@ -13,12 +13,17 @@
 #include <inttypes.h>
 #include <langinfo.h>
 #include <locale.h>
+#include <mutex>
 #include <poll.h>
 #include <ratio>
 #include <string>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace tarnvexo::platform {
 
@@ -132,6 +137,26 @@ bool ReadNumberFile(const char* path, std::uint64_t& number)
     std::fclose(file);
     number = value;
     return found;
+}
+
+// Bytes of this process: addresses handed out to it, and memory behind them; zero when the system does not tell.
+struct ProcessMemory {
+    std::uint64_t addressed = 0;
+    std::uint64_t resident = 0;
+};
+
+ProcessMemory OwnMemory()
+{
+    ProcessMemory memory;
+    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
+        std::uint64_t addressed = 0, resident = 0; // pages
+        if (std::fscanf(file, "%" SCNu64 " %" SCNu64, &addressed, &resident) == 2) {
+            const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+            memory = {addressed * pageSize, resident * pageSize};
+        }
+        std::fclose(file);
+    }
+    return memory;
 }
 
 // 'text' as one word of the shell: nothing inside single quotes has a meaning but the quote itself.
@@ -267,19 +292,18 @@ std::uint64_t AvailableMemory()
         ReadNumberFile("/sys/fs/cgroup/memory.current", used)) {
         available = std::min(available, limit > used ? limit - used : 1);
     }
+    // And a process less than that, where a batch system or "ulimit -v" has limited it.
+    rlimit addresses;
+    if (available > 0 && getrlimit(RLIMIT_AS, &addresses) == 0 && addresses.rlim_cur != RLIM_INFINITY) {
+        used = OwnMemory().addressed;
+        available = std::min(available, addresses.rlim_cur > used ? addresses.rlim_cur - used : 1);
+    }
     return available;
 }
 
 std::uint64_t ResidentMemory()
 {
-    std::uint64_t pages = 0, resident = 0;
-    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%" SCNu64 " %" SCNu64, &pages, &resident) != 2) {
-            resident = 0;
-        }
-        std::fclose(file);
-    }
-    return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    return OwnMemory().resident;
 }
 
 // getrusage would count what the program that started this one held.
@@ -331,20 +355,16 @@ namespace {
 
 constexpr int InterruptExitCode = 130;
 
-// What the signal handler may touch: paths that are complete when their flag is up.
-struct UnfinishedFile {
-    char path[4096];
-    volatile std::sig_atomic_t isListed = 0;
-};
-UnfinishedFile unfinishedFiles[12];
+std::mutex unfinishedFilesMutex;
+std::vector<std::string> unfinishedFiles;
 
-extern "C" void EndInterrupted(int)
+// Waits for an interruption and ends the process.
+void EndWhenInterrupted(sigset_t signals)
 {
-    for (const UnfinishedFile& file : unfinishedFiles) {
-        if (file.isListed != 0) {
-            unlink(file.path);
-        }
-    }
+    int signal = 0;
+    sigwait(&signals, &signal);
+    const std::lock_guard lock(unfinishedFilesMutex);
+    for (const std::string& path : unfinishedFiles) { unlink(path.c_str()); }
     constexpr std::string_view notice = "\ninterrupted: no results were written\n";
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, notice.data(), notice.size());
     _exit(InterruptExitCode);
@@ -354,30 +374,30 @@ extern "C" void EndInterrupted(int)
 
 void RemoveOnInterrupt(const std::string& path)
 {
-    for (UnfinishedFile& file : unfinishedFiles) {
-        if (file.isListed == 0 && path.size() < sizeof file.path) {
-            std::memcpy(file.path, path.c_str(), path.size() + 1);
-            file.isListed = 1;
-            return;
-        }
-    }
+    const std::lock_guard lock(unfinishedFilesMutex);
+    unfinishedFiles.push_back(path);
 }
 
 void KeepOnInterrupt(const std::string& path)
 {
-    for (UnfinishedFile& file : unfinishedFiles) {
-        if (file.isListed != 0 && path == file.path) {
-            file.isListed = 0;
-        }
-    }
+    const std::lock_guard lock(unfinishedFilesMutex);
+    std::erase(unfinishedFiles, path);
 }
 
+// A thread waits for the signals, and all others do not get them. Handlers would not do: METIS puts its own in place of
+// that of SIGTERM while it orders, and these end in a jump into a thread that is not there.
 void ExitOnInterrupt()
 {
-    struct sigaction action = {};
-    action.sa_handler = EndInterrupted;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    static bool isWatched = false;
+    if (std::exchange(isWatched, true)) {
+        return;
+    }
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr); // threads that are started from now on inherit it
+    std::thread(EndWhenInterrupted, signals).detach();
 }
 
 void SetEnvironmentDefault(const char* name, const char* value)

@@ -149,14 +149,18 @@ private:
     std::vector<std::array<int, 2>> beams;
 };
 
-ModelText RandomPlate(RandomStructure& model)
+ModelText RandomPlate(RandomStructure& model, Quads quads)
 {
     const int m = 4 + model.random.Below(3), n = 4 + model.random.Below(3);
     std::vector<int> points;
     for (int i = 0; i <= m; ++i) {
         for (int j = 0; j <= n; ++j) {
-            const Vector3 flat = {0.5 * i, 0.4 * j, 0.2 * std::sin(0.9 * i) * std::cos(0.7 * j)};
-            points.push_back(model.Point(flat + model.random.Jitter(0.05)));
+            if (quads == Quads::Flat) { // folded along lines of one i
+                points.push_back(model.Point({0.5 * i, 0.4 * j + model.random.Between(-0.05, 0.05), 0.1 * (i % 3)}));
+                continue;
+            }
+            const Vector3 bumpy = {0.5 * i, 0.4 * j, 0.2 * std::sin(0.9 * i) * std::cos(0.7 * j)};
+            points.push_back(model.Point(bumpy + model.random.Jitter(0.05)));
         }
     }
     const auto at = [&](int i, int j) { return points[static_cast<std::size_t>(i * (n + 1) + j)]; };
@@ -167,29 +171,30 @@ ModelText RandomPlate(RandomStructure& model)
     return model.Finish(at(0, 0), at(m, 0), at(0, n));
 }
 
-ModelText RandomTube(RandomStructure& model)
+ModelText RandomTube(RandomStructure& model, Quads quads)
 {
     constexpr int around = 8;
-    const int along = 3 + model.random.Below(3);
+    const int length = 3 + model.random.Below(3);
     std::vector<int> points;
-    for (int i = 0; i <= along; ++i) {
+    for (int i = 0; i <= length; ++i) {
         for (int j = 0; j < around; ++j) {
             const double angle = 2.0 * std::numbers::pi * j / around;
             const Vector3 round = {0.6 * i, 0.8 * std::cos(angle), 0.5 * std::sin(angle)};
-            points.push_back(model.Point(round + model.random.Jitter(0.05)));
+            const Vector3 along = {model.random.Between(-0.05, 0.05), 0.0, 0.0}; // a prism stays one
+            points.push_back(model.Point(round + (quads == Quads::Flat ? along : model.random.Jitter(0.05))));
         }
     }
     const auto at = [&](int i, int j) { return points[static_cast<std::size_t>(i * around + j % around)]; };
-    for (int i = 0; i < along; ++i) {
+    for (int i = 0; i < length; ++i) {
         for (int j = 0; j < around; ++j) { model.Cell(at(i, j), at(i + 1, j), at(i + 1, j + 1), at(i, j + 1)); }
         model.Beam(at(i, 2), at(i + 1, 2));
     }
     const int middle = model.Point({0.1, 0.0, 0.0});
     for (int j = 0; j < around; ++j) { model.Tri(at(0, j), at(0, j + 1), middle); }
-    return model.Finish(at(0, 0), at(along, 0), at(0, 4));
+    return model.Finish(at(0, 0), at(length, 0), at(0, 4));
 }
 
-// A cell with diagonals, so that no mechanism is left whatever the sections.
+// Cells in a row.
 ModelText RandomFrame(RandomStructure& model)
 {
     const int along = 2 + model.random.Below(2);
@@ -211,10 +216,10 @@ ModelText RandomFrame(RandomStructure& model)
 
 } // namespace
 
-ModelText RandomModel(unsigned seed, Supports supports)
+ModelText RandomModel(unsigned seed, Supports supports, Quads quads)
 {
     RandomStructure model(seed, supports);
-    return seed % 3 == 0 ? RandomPlate(model) : seed % 3 == 1 ? RandomTube(model) : RandomFrame(model);
+    return seed % 3 == 0 ? RandomPlate(model, quads) : seed % 3 == 1 ? RandomTube(model, quads) : RandomFrame(model);
 }
 
 } // namespace tarnvexo::test

@@ -13,7 +13,11 @@ enum class Supports {
     More,        // and others beside them
 };
 
+// Flat: every quadrilateral in a plane of its own. The stiffness of a warped one is that of its projection, which a
+// rigid rotation strains; statements about free motions hold for flat ones.
+enum class Quads { Warped, Flat };
+
 // By turns a bumpy plate with stiffeners, a tube of shells with an end wall, and a frame of beams; 12 to 60 nodes.
-ModelText RandomModel(unsigned seed, Supports supports);
+ModelText RandomModel(unsigned seed, Supports supports, Quads quads = Quads::Warped);
 
 } // namespace tarnvexo::test

@@ -1,0 +1,65 @@
+#include "app/ResultExtremes.h"
+
+#include "core/Parallel.h"
+#include "support/SmallModels.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnvexo {
+namespace {
+
+using namespace test;
+
+TEST(ResultExtremes, NameTheNodeThatMovesMost)
+{
+    ModelStore model = StoreOf(OneOfEachKind());
+    model.GlobalDisplacement.assign(30, 0.0);
+    model.GlobalDisplacement[DofsPerNode * 3 + DX] = 3.0;
+    model.GlobalDisplacement[DofsPerNode * 3 + DZ] = -4.0;
+    model.GlobalDisplacement[DofsPerNode * 1 + DY] = 4.5;
+    model.GlobalDisplacement[DofsPerNode * 4 + RY] = -0.1;
+    const ExtremeValue translation = LargestTranslation(model), rotation = LargestRotation(model);
+    EXPECT_EQ(translation.value, 5.0);
+    EXPECT_EQ(translation.node, 3);
+    EXPECT_EQ(translation.place, model.NodeCoordinates[3]);
+    EXPECT_EQ(rotation.value, 0.1);
+    EXPECT_EQ(rotation.node, 4);
+}
+
+// SX = 100 alone has the equivalent stress 100, pure shear 60 has √3·60 = 103.9.
+TEST(ResultExtremes, NameElementFaceAndNodeOfTheLargestStress)
+{
+    ModelStore model = StoreOf(OneOfEachKind());
+    model.QuadElements[0].positiveFace[2][0] = 100.0;
+    EXPECT_EQ(LargestShellStress(model).kind, "quad");
+    EXPECT_EQ(LargestShellStress(model).node, model.QuadConnectivity[0][2]);
+    model.TriElements[0].negativeFace[1][3] = 60.0;
+    const ExtremeValue shear = LargestShellStress(model);
+    EXPECT_NEAR(shear.value, 103.923048454, 1e-8);
+    EXPECT_EQ(shear.kind, "tri");
+    EXPECT_EQ(shear.element, 0);
+    EXPECT_EQ(shear.node, model.TriConnectivity[0][1]);
+}
+
+TEST(ResultExtremes, OfEqualValuesNameTheFirstForAnyNumberOfThreads)
+{
+    ModelStore model;
+    model.NodeCoordinates.resize(30000);
+    model.GlobalDisplacement.assign(180000, 0.0);
+    for (const std::size_t node : {9000u, 9001u, 25000u}) { model.GlobalDisplacement[DofsPerNode * node] = 1.0; }
+    for (const int threads : {1, 2, 5}) {
+        SetThreadCount(threads);
+        EXPECT_EQ(LargestTranslation(model).node, 9000) << threads;
+    }
+    SetThreadCount(0);
+}
+
+TEST(ResultExtremes, WithoutResultsNameNothing)
+{
+    const ExtremeValue none = LargestBeamStress(StoreOf(OneOfEachKind()));
+    EXPECT_EQ(none.value, 0.0);
+    EXPECT_EQ(none.element, -1);
+}
+
+} // namespace
+} // namespace tarnvexo

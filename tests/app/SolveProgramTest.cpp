@@ -1,0 +1,262 @@
+// `tarnvexo` with arguments, as a user starts it.
+#include "app/SolveDriver.h"
+#include "output/ModelFileWriter.h"
+#include "refine/GeneratedModels.h"
+#include "support/ProgramRun.h"
+#include "support/RandomModels.h"
+#include "support/TemporaryDirectory.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <sstream>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tarnvexo {
+namespace {
+
+using namespace test;
+
+const std::string Examples = TARNVEXO_SOURCE_DIR "/examples/";
+
+ProgramRun Tarnvexo(const std::vector<std::string>& arguments, const std::map<std::string, std::string>& files = {})
+{
+    return RunProgram({.program = TARNVEXO_PROGRAM, .arguments = arguments, .files = files});
+}
+
+std::string FileText(const std::string& name)
+{
+    std::ifstream file(name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+std::string GeneratedText(const ModelStore& model)
+{
+    const TemporaryDirectory directory;
+    WriteModelFile(model, "model.txt");
+    return FileText("model.txt");
+}
+
+// The number behind a label of the report.
+double Figure(const std::string& report, const std::string& label)
+{
+    const std::size_t at = report.find("\n  " + label + " ");
+    EXPECT_NE(at, std::string::npos) << label << " is not in\n" << report;
+    return at == std::string::npos ? NAN : std::strtod(report.c_str() + at + 3 + label.size(), nullptr);
+}
+
+// Six displacements per node out of Node_Dis.txt, by the numbers in front of the colons.
+std::vector<std::array<double, 6>> Displacements(const std::string& file)
+{
+    std::vector<std::array<double, 6>> all;
+    std::istringstream lines(file);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t colon = line.find(':');
+        if (colon == std::string::npos || line.find_first_of("0123456789") > colon) {
+            continue;
+        }
+        std::istringstream numbers(line.substr(colon + 1));
+        std::array<double, 6> d;
+        for (double& value : d) { numbers >> value; }
+        EXPECT_TRUE(numbers) << line;
+        EXPECT_EQ(std::strtoul(line.c_str(), nullptr, 10), all.size());
+        all.push_back(d);
+    }
+    return all;
+}
+
+TEST(Program, SolvesTheExamples)
+{
+    for (const std::string name : {"wing", "jib", "elements"}) {
+        const ProgramRun run = Tarnvexo({"solve", Examples + name, "-o", ".", "--quiet"});
+        EXPECT_EQ(run.exitCode, 0) << run.error;
+        EXPECT_EQ(run.error, "");
+        EXPECT_EQ(run.files.size(), 6u);
+        EXPECT_NE(run.output.find("\nSUMMARY\n"), std::string::npos) << run.output;
+        EXPECT_GT(Figure(run.output, "strain energy"), 0.0);
+    }
+}
+
+TEST(Program, DescribesAModelWithoutSolvingIt)
+{
+    const ProgramRun run = Tarnvexo({"info", Examples + "wing", "--quiet"});
+    EXPECT_EQ(run.exitCode, 0) << run.error;
+    EXPECT_TRUE(run.files.empty());
+    EXPECT_NE(run.output.find("\n  equations "), std::string::npos) << run.output;
+}
+
+TEST(Program, NamesItsEnginesAndTheirKernels)
+{
+    const ProgramRun run = Tarnvexo({"--version"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("  engines   CHOLMOD "), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find(", OpenBLAS "), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find("            skyline LDLᵀ, Highway "), std::string::npos) << run.output;
+}
+
+// A finer mesh is softer, and by a few per cent only when the coarse one was fine enough.
+TEST(Program, RefinesAModelWithoutChangingTheStructure)
+{
+    const ProgramRun coarse = Tarnvexo({"solve", Examples + "wing", "--format", "none", "-q"});
+    const ProgramRun refine = Tarnvexo({"refine", Examples + "wing", "-k", "2", "-o", "fine.txt"});
+    ASSERT_EQ(refine.exitCode, 0) << refine.error;
+    const ProgramRun fine =
+        Tarnvexo({"solve", "fine.txt", "--format", "none", "-q"}, {{"fine.txt", refine.files.at("fine.txt")}});
+    ASSERT_EQ(fine.exitCode, 0) << fine.error;
+    const double before = Figure(coarse.output, "strain energy"), after = Figure(fine.output, "strain energy");
+    EXPECT_GT(after, before);
+    EXPECT_LT(after, 1.1 * before);
+    EXPECT_NEAR(Figure(fine.output, "mass"), Figure(coarse.output, "mass"), 1e-5 * Figure(coarse.output, "mass"));
+}
+
+// Which node is which is told by its place: no two share one.
+TEST(Program, RenumbersAModelForTheConsoleRun)
+{
+    const ProgramRun renumber = Tarnvexo({"renumber", Examples + "jib", "-o", "new.txt"});
+    ASSERT_EQ(renumber.exitCode, 0) << renumber.error;
+    const auto consoleRun = [](const std::string& model) {
+        const ProgramRun run = Tarnvexo({}, {{"fem_solving.txt", model}});
+        EXPECT_EQ(run.exitCode, 0) << run.error;
+        return Displacements(run.files.at("Node_Dis.txt"));
+    };
+    const auto placesOf = [](const std::string& model) {
+        std::vector<std::string> places; // of the nodes, as written
+        std::istringstream lines(model.substr(model.find("NPOIN=")));
+        std::string line;
+        std::getline(lines, line);
+        while (std::getline(lines, line) && line.find("NELEM_S_4ND") == std::string::npos) {
+            double x = 0.0, y = 0.0, z = 0.0;
+            std::sscanf(line.c_str(), "%*d:%lf,%lf,%lf", &x, &y, &z);
+            places.push_back(std::to_string(x) + " " + std::to_string(y) + " " + std::to_string(z));
+        }
+        return places;
+    };
+    const std::string oldModel = FileText(Examples + "jib/fem_solving.txt"), newModel = renumber.files.at("new.txt");
+    const std::vector<std::array<double, 6>> before = consoleRun(oldModel), after = consoleRun(newModel);
+    const std::vector<std::string> oldPlaces = placesOf(oldModel), newPlaces = placesOf(newModel);
+    ASSERT_EQ(before.size(), oldPlaces.size());
+    ASSERT_EQ(after.size(), newPlaces.size());
+    std::map<std::string, std::size_t> newNumber;
+    for (std::size_t n = 0; n < newPlaces.size(); ++n) { newNumber[newPlaces[n]] = n; }
+    ASSERT_EQ(newNumber.size(), oldPlaces.size());
+    double largest[2] = {}; // translation, rotation
+    for (const auto& d : before) {
+        for (int k = 0; k < 6; ++k) { largest[k / 3] = std::max(largest[k / 3], std::fabs(d[k])); }
+    }
+    for (std::size_t n = 0; n < oldPlaces.size(); ++n) {
+        for (int k = 0; k < 6; ++k) {
+            EXPECT_NEAR(before[n][k], after[newNumber.at(oldPlaces[n])][k], 1e-5 * largest[k / 3]) << n << ", " << k;
+        }
+    }
+}
+
+TEST(Program, EndsWithAMessageForAFaultOfEachKind)
+{
+    EXPECT_EQ(Tarnvexo({"solve", "nothing.txt"}).exitCode, ExitFile);
+    EXPECT_EQ(Tarnvexo({"solve", "m.txt", "-q"}, {{"m.txt", "no model"}}).exitCode, ExitBadModel);
+    EXPECT_EQ(Tarnvexo({"solve"}).exitCode, ExitUsage);
+    EXPECT_EQ(Tarnvexo({"solve", Examples + "elements", "-q", "-o", "/proc/self/task"}).exitCode, ExitFile);
+}
+
+// An address space limit, as a batch system sets it, that has room for the model and the libraries but not for the
+// factor.
+TEST(Program, RefusesWhatMemoryDoesNotHoldBeforeTheWorkBegins)
+{
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the address sanitizer needs more addresses than such a limit leaves";
+#endif
+    const std::string command = "ulimit -v 700000; exec \"" TARNVEXO_PROGRAM "\" solve model.txt --threads 2";
+    const ProgramRun run = RunProgram({.program = "/bin/sh",
+                                       .arguments = {"-c", command},
+                                       .files = {{"model.txt", GeneratedText(StiffenedPlateModel(120000))}}});
+    EXPECT_EQ(run.exitCode, ExitBadModel) << run.error;
+    EXPECT_NE(run.error.find("model.txt: error: the equations of "), std::string::npos) << run.error;
+    EXPECT_NE(run.error.find(" GB to be solved, their factor "), std::string::npos) << run.error;
+    EXPECT_NE(run.error.find("\n  expected: at most "), std::string::npos) << run.error;
+    EXPECT_EQ(run.error.find("assemble"), std::string::npos) << run.error;
+    EXPECT_EQ(run.files.size(), 1u);
+}
+
+// Starts the program in the current directory; its report goes nowhere.
+pid_t Start(const std::vector<std::string>& arguments)
+{
+    std::vector<char*> words = {const_cast<char*>(TARNVEXO_PROGRAM)};
+    for (const std::string& argument : arguments) { words.push_back(const_cast<char*>(argument.c_str())); }
+    words.push_back(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        execv(words[0], words.data());
+        _exit(127);
+    }
+    return child;
+}
+
+int ExitCodeOf(pid_t child)
+{
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0) {}
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+bool AnythingUnfinished()
+{
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
+        if (entry.path().string().find(".unfinished") != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The unfinished file is a pipe that is read no further than its first byte: the program is certain to be in the midst
+// of writing when the signal comes.
+TEST(Program, InterruptedWhileItWritesLeavesNothingUnfinished)
+{
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const TemporaryDirectory directory;
+        WriteModelFile(StiffenedPlateModel(12000), "model.txt");
+        ASSERT_EQ(mkfifo("Node_Dis.txt.unfinished", 0600), 0);
+        const int reader = open("Node_Dis.txt.unfinished", O_RDONLY | O_NONBLOCK);
+        const pid_t child = Start({"solve", "model.txt", "-q"});
+        char byte = 0;
+        while (read(reader, &byte, 1) != 1) {
+            ASSERT_EQ(waitpid(child, nullptr, WNOHANG), 0); // it is still there
+            usleep(1000);
+        }
+        kill(child, signal);
+        EXPECT_EQ(ExitCodeOf(child), ExitInterrupted);
+        close(reader);
+        EXPECT_FALSE(AnythingUnfinished());
+        EXPECT_FALSE(std::filesystem::exists("Node_Dis.txt"));
+        EXPECT_TRUE(std::filesystem::exists("structure.dxf")); // had been complete
+    }
+}
+
+// Whenever the signal comes, in reading, ordering, factorising or writing: the run is over with one code or the other.
+TEST(Program, InterruptedAnywhereLeavesNothingUnfinished)
+{
+    const TemporaryDirectory directory;
+    WriteModelFile(StiffenedPlateModel(30000), "model.txt");
+    for (const int signal : {SIGINT, SIGTERM}) {
+        for (int milliseconds = 2; milliseconds < 400; milliseconds *= 2) {
+            const pid_t child = Start({"solve", "model.txt", "-q", "--json", "report.json"});
+            usleep(1000u * static_cast<unsigned>(milliseconds));
+            kill(child, signal);
+            const int exitCode = ExitCodeOf(child);
+            // Before main has set its handlers, the signal itself ends the process.
+            EXPECT_TRUE(exitCode == ExitInterrupted || exitCode == ExitGood || exitCode == -signal)
+                << exitCode << " after " << milliseconds << " ms";
+            EXPECT_FALSE(AnythingUnfinished());
+        }
+    }
+}
+
+} // namespace
+} // namespace tarnvexo
