@@ -53,6 +53,7 @@ TEST(ResultFiles, MakesTheDirectory)
     const TemporaryDirectory directory;
     ResultFiles files("a/b/c");
     files.Write("result.txt", Writer("1 2 3\n"));
+    files.Commit();
     EXPECT_EQ(FileText("a/b/c/result.txt"), "1 2 3\n");
     ASSERT_EQ(files.Written().size(), 1u);
     EXPECT_EQ(files.Written()[0].path, "a/b/c/result.txt");
@@ -82,17 +83,19 @@ TEST(ResultFiles, SayWhenTheDirectoryCannotBeWritten)
     ResultFiles files("/proc/self/task");
     const std::string failure = FailureOf([&] { files.Write("result.txt", Writer("text")); });
     EXPECT_EQ(failure.find("/proc/self/task/result.txt: error: this result file was not written\n"), 0u) << failure;
-    EXPECT_NE(failure.find("\n  expected: a directory with room for the results\n"), std::string::npos) << failure;
-    EXPECT_TRUE(files.Written().empty());
+    EXPECT_NE(failure.find("\n  expected: a directory with room for the results"), std::string::npos) << failure;
 }
 
 TEST(ResultFiles, LeaveNothingWhenADirectoryBearsTheName)
 {
     const TemporaryDirectory directory;
     std::filesystem::create_directories("result.txt/kept");
-    ResultFiles files(".");
-    const std::string failure = FailureOf([&] { files.Write("result.txt", Writer("text")); });
-    EXPECT_EQ(failure.find("./result.txt: error: this result file was not written: "), 0u) << failure;
+    {
+        ResultFiles files(".");
+        files.Write("result.txt", Writer("text"));
+        const std::string failure = FailureOf([&] { files.Commit(); });
+        EXPECT_EQ(failure.find("./result.txt: error: this result file was not written: "), 0u) << failure;
+    }
     EXPECT_TRUE(std::filesystem::is_directory("result.txt/kept"));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 1);
 }
@@ -105,25 +108,40 @@ TEST(ResultFiles, LeaveNothingNewWhenTheDiskIsFull)
     const TemporaryDirectory directory;
     std::ofstream("result.txt") << "of an earlier run";
     std::filesystem::create_symlink("/dev/full", "result.txt.unfinished");
-    ResultFiles files(".");
-    const std::string failure = FailureOf([&] { files.Write("result.txt", Writer(std::string(100000, 'x'))); });
-    EXPECT_EQ(failure.find("./result.txt: error: this result file was not written\n"), 0u) << failure;
+    {
+        ResultFiles files(".");
+        const std::string failure = FailureOf([&] { files.Write("result.txt", Writer(std::string(100000, 'x'))); });
+        EXPECT_EQ(failure.find("./result.txt: error: this result file was not written\n"), 0u) << failure;
+    }
     EXPECT_EQ(FileText("result.txt"), "of an earlier run");
     EXPECT_FALSE(std::filesystem::is_symlink("result.txt.unfinished"));
 }
 
-// While a file is written, the one of an earlier run is still whole.
-TEST(ResultFiles, KeepAnEarlierFileUntilTheNewOneIsComplete)
+// Until all files of a run are complete, those of an earlier one are still there.
+TEST(ResultFiles, KeepEarlierFilesUntilAllNewOnesAreComplete)
 {
     const TemporaryDirectory directory;
-    std::ofstream("result.txt") << "of an earlier run";
+    std::ofstream("a.txt") << "of an earlier run";
     ResultFiles files(".");
-    files.Write("result.txt", [](const std::string& path) {
-        const FileResult result = Writer("new")(path);
-        EXPECT_EQ(FileText("result.txt"), "of an earlier run");
-        return result;
-    });
-    EXPECT_EQ(FileText("result.txt"), "new");
+    files.Write("a.txt", Writer("new"));
+    files.Write("b.txt", Writer("new too"));
+    EXPECT_EQ(FileText("a.txt"), "of an earlier run");
+    EXPECT_FALSE(std::filesystem::exists("b.txt"));
+    files.Commit();
+    EXPECT_EQ(FileText("a.txt"), "new");
+    EXPECT_EQ(FileText("b.txt"), "new too");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 2);
+}
+
+TEST(ResultFiles, RemoveWhatARunThatFailedHasWritten)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("a.txt") << "of an earlier run";
+    {
+        ResultFiles files(".");
+        files.Write("a.txt", Writer("new"));
+    }
+    EXPECT_EQ(FileText("a.txt"), "of an earlier run");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 1);
 }
 
