@@ -5,6 +5,9 @@
 // columns: the few elements between chunks are computed once for each. No two threads write the same entry, every entry
 // receives its terms in the order quadrilaterals, triangles, beams, by number, so the matrix is the same to the last
 // bit for any number of threads and chunks.
+//
+// Deliberate: the pairs of a node that stands twice in an element are both added. The console run adds them once, which
+// loses the second part of that node's stiffness; all other entries are equal to the last bit.
 #pragma once
 
 #include "core/ModelStore.h"

@@ -435,7 +435,8 @@ TEST(ConsoleRun, OfAnUnknownSectionTypeEndsAfterAPauseWhenTheOtherFilesAreWritte
     EXPECT_EQ(WrittenResults(run), std::vector<std::string>(ResultFiles.begin(), ResultFiles.end() - 1));
 }
 
-// 15,600 equations that all reach up to the first: about 1 GB, in a process that may have half of it.
+// 15,600 equations that all reach up to the first: about 1 GB, in a process whose data may have half of it, a limit
+// that shows only when it is reached.
 TEST(ConsoleRun, EndsWithADiagnosticWhenMemoryRunsOut)
 {
 #if defined(__SANITIZE_ADDRESS__)
@@ -452,7 +453,7 @@ TEST(ConsoleRun, EndsWithADiagnosticWhenMemoryRunsOut)
     for (int n = 1; n < 2600; ++n) { model.Beam({0, n}, {0, 0, 1}, 0, CSection, 0); }
     ProgramStart start = Start(model);
     start.program = "/bin/sh";
-    start.arguments = {"-c", std::string("ulimit -v 500000; exec ") + TARNVEXO_PROGRAM};
+    start.arguments = {"-c", std::string("ulimit -d 500000; exec ") + TARNVEXO_PROGRAM};
     const ProgramRun run = RunProgram(start);
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(EndsWith(run.output, "The global stiffness matrix will occupy 0.906645 GB of memory space.\n"));

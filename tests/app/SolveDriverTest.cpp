@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
+#include <numeric>
 
 namespace tarnvexo {
 namespace {
@@ -83,7 +84,7 @@ TEST(Solve, GivesTheSameWithEitherEngine)
 
 TEST(Solve, WritesTheSameFilesWithOneThreadAndTwo)
 {
-    for (unsigned seed = 0; seed < Models / 2; ++seed) { // a file holds a megabyte for every few beams
+    for (unsigned seed = 0; seed < Models; seed += 7) { // every kind three times
         const TemporaryDirectory directory;
         SolveOptions options = OptionsFor(RandomModel(seed, SupportsOf(seed)));
         options.writeResults = true;
@@ -104,7 +105,8 @@ TEST(Solve, WritesTheSameFilesWithOneThreadAndTwo)
 TEST(Solve, BalancesEveryModelExactly)
 {
     for (unsigned seed = 0; seed < 30; ++seed) {
-        const BalanceSheet balance = ReportOf(RandomModel(seed, Supports::ThreeTwoOne)).balance;
+        const BalanceSheet balance =
+            RunSolveSteps(RandomModel(seed, Supports::ThreeTwoOne), SolverKind::Skyline).balance;
         EXPECT_LT(balance.relativeForce, 1e-13) << "seed " << seed;
         EXPECT_LT(balance.relativeMoment, 1e-13) << "seed " << seed;
     }
@@ -112,7 +114,7 @@ TEST(Solve, BalancesEveryModelExactly)
 
 TEST(Solve, TellsWhatTheClassicBalanceWouldLeave)
 {
-    for (unsigned seed = 0; seed < 9; ++seed) {
+    for (unsigned seed = 0; seed < 3; ++seed) {
         const ModelText text = RandomModel(seed, Supports::ThreeTwoOne);
         const BalanceSheet exact = ReportOf(text).balance, classic = ReportOf(text, BalanceKind::Classic).balance;
         EXPECT_GT(classic.relativeForce + classic.relativeMoment, 1e-6) << "seed " << seed;
@@ -124,7 +126,7 @@ TEST(Solve, TellsWhatTheClassicBalanceWouldLeave)
 // Supports that only fix the position carry nothing when the balance closes, and what it leaves when it does not.
 TEST(Solve, LeavesNominalSupportsWithoutReactions)
 {
-    for (unsigned seed = 0; seed < 18; ++seed) {
+    for (unsigned seed = 0; seed < 6; ++seed) {
         const ModelText text = RandomModel(seed, Supports::ThreeTwoOne, Quads::Flat);
         const SolveReport exact = ReportOf(text), classic = ReportOf(text, BalanceKind::Classic);
         EXPECT_EQ(exact.reactions.size(), 6u);
@@ -138,10 +140,11 @@ TEST(Solve, LeavesNominalSupportsWithoutReactions)
 
 TEST(Solve, DoesAsMuchWorkInsideAsOutside)
 {
-    for (unsigned seed = 0; seed < 30; ++seed) {
-        const SolveReport report = ReportOf(RandomModel(seed, SupportsOf(seed)));
-        EXPECT_GT(report.strainEnergy, 0.0);
-        EXPECT_NEAR(report.strainEnergy, report.externalWork, 1e-9 * report.strainEnergy) << "seed " << seed;
+    for (unsigned seed = 0; seed < Models; ++seed) {
+        const SolveSteps run = RunSolveSteps(RandomModel(seed, SupportsOf(seed)), SolverKind::Skyline);
+        const double work = 0.5 * std::inner_product(run.held.begin(), run.held.end(), run.model.GLOAD.begin(), 0.0);
+        EXPECT_GT(run.strainEnergy, 0.0);
+        EXPECT_NEAR(run.strainEnergy, work, 1e-9 * work) << "seed " << seed;
     }
 }
 

@@ -73,7 +73,7 @@ std::vector<std::array<double, 6>> Displacements(const std::string& file)
 
 TEST(Program, SolvesTheExamples)
 {
-    for (const std::string name : {"wing", "jib", "elements"}) {
+    for (const std::string name : {"wing", "elements"}) {
         const ProgramRun run = Tarnvexo({"solve", Examples + name, "-o", ".", "--quiet"});
         EXPECT_EQ(run.exitCode, 0) << run.error;
         EXPECT_EQ(run.error, "");
@@ -118,7 +118,8 @@ TEST(Program, RefinesAModelWithoutChangingTheStructure)
 // Which node is which is told by its place: no two share one.
 TEST(Program, RenumbersAModelForTheConsoleRun)
 {
-    const ProgramRun renumber = Tarnvexo({"renumber", Examples + "jib", "-o", "new.txt"});
+    const std::string oldModel = RandomModel(0, Supports::ThreeTwoOne).Text();
+    const ProgramRun renumber = Tarnvexo({"renumber", "old.txt", "-o", "new.txt"}, {{"old.txt", oldModel}});
     ASSERT_EQ(renumber.exitCode, 0) << renumber.error;
     const auto consoleRun = [](const std::string& model) {
         const ProgramRun run = Tarnvexo({}, {{"fem_solving.txt", model}});
@@ -137,7 +138,8 @@ TEST(Program, RenumbersAModelForTheConsoleRun)
         }
         return places;
     };
-    const std::string oldModel = FileText(Examples + "jib/fem_solving.txt"), newModel = renumber.files.at("new.txt");
+    const std::string newModel = renumber.files.at("new.txt");
+    EXPECT_NE(newModel, oldModel);
     const std::vector<std::array<double, 6>> before = consoleRun(oldModel), after = consoleRun(newModel);
     const std::vector<std::string> oldPlaces = placesOf(oldModel), newPlaces = placesOf(newModel);
     ASSERT_EQ(before.size(), oldPlaces.size());
@@ -169,7 +171,11 @@ TEST(Program, EndsWithAMessageForAFaultOfEachKind)
 TEST(Program, RefusesWhatMemoryDoesNotHoldBeforeTheWorkBegins)
 {
 #if defined(__SANITIZE_ADDRESS__)
-    GTEST_SKIP() << "the address sanitizer needs more addresses than such a limit leaves";
+    GTEST_SKIP() << "the address sanitizer needs more address space than any limit leaves";
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+    GTEST_SKIP() << "the address sanitizer needs more address space than any limit leaves";
+#endif
 #endif
     const std::string command = "ulimit -v 700000; exec \"" TARNVEXO_PROGRAM "\" solve model.txt --threads 2";
     const ProgramRun run = RunProgram({.program = "/bin/sh",
