@@ -25,25 +25,8 @@ double WorkInMotion(const ModelStore& model, const ConnectedParts& parts, int pa
     return work;
 }
 
-std::string LooseLoadWarning(const ModelStore& model, const FreeParts& free, const std::string& modelFile)
-{
-    int count = 0, first = 0;
-    for (int node = 0; node < model.NPOIN; ++node) {
-        const double* load = &model.GLOAD[static_cast<std::size_t>(DofsPerNode) * node];
-        if (free.parts.partOfNode[node] < 0 &&
-            std::any_of(load, load + DofsPerNode, [](double value) { return value != 0.0; })) {
-            first = count++ == 0 ? node : first;
-        }
-    }
-    if (count == 0) {
-        return "";
-    }
-    return modelFile + ": warning: " + std::to_string(count) + " nodes without elements carry loads (first " +
-           std::to_string(first) +
-           ")\n"
-           "  expected: loads on nodes of the structure; these have no effect on it but count in the balance\n"
-           "  to do:    connect these nodes, or take their loads away";
-}
+// Shares of the loads that are round-off of a part's own loads, and of the balance of the whole model.
+constexpr double RoundOffOfBalance = 1e-13;
 
 } // namespace
 
@@ -85,37 +68,80 @@ std::vector<PartReport> ReportParts(const FreeParts& free, DisplacementKind disp
     return reports;
 }
 
-std::string CheckPartLoads(const ModelStore& model, const FreeParts& free, const LoadSizes& applied,
-                           const SolveOptions& options)
+std::vector<double> LoadSizesOfParts(const ModelStore& model, const FreeParts& free)
 {
-    std::string warnings = LooseLoadWarning(model, free, options.modelFile);
-    const double forceSize = applied.forces + SizesOfLoads(model).forces;
+    std::vector<double> sizes(static_cast<std::size_t>(free.parts.count), 0.0);
     for (int part = 0; part < free.parts.count; ++part) {
         const PartMotions& motions = free.motions[part];
-        double largest = 0.0;
-        for (const MotionVector& q : motions.free) {
-            largest = std::max(largest, std::fabs(WorkInMotion(model, free.parts, part, motions, q)));
+        for (int k = free.parts.firstOfPart[part]; k < free.parts.firstOfPart[part + 1]; ++k) {
+            const int node = free.parts.nodes[k];
+            const double* load = &model.GLOAD[static_cast<std::size_t>(DofsPerNode) * node];
+            const double force = Length({load[DX], load[DY], load[DZ]});
+            const double arm = Length(model.NodeCoordinates[node] - motions.reference);
+            sizes[part] += force + (arm * force + Length({load[RX], load[RY], load[RZ]})) / motions.size;
         }
-        // Moments count with the part's size as their arm, so their size is among the forces'.
-        if (largest <= BalanceTolerance * (forceSize + applied.moments / motions.size)) {
+    }
+    return sizes;
+}
+
+PartLoadCheck CheckPartLoads(const ModelStore& model, const FreeParts& free, const std::vector<double>& appliedByPart,
+                             double appliedForces, BalanceKind kind, const std::string& modelFile)
+{
+    PartLoadCheck check;
+    const std::vector<double> balancedByPart = LoadSizesOfParts(model, free);
+    for (int part = 0; part < free.parts.count && check.fault.empty(); ++part) {
+        const PartMotions& motions = free.motions[part];
+        const double size = appliedByPart[part] + balancedByPart[part];
+        double push = 0.0;
+        for (const MotionVector& q : motions.free) {
+            push = std::max(push, std::fabs(WorkInMotion(model, free.parts, part, motions, q)));
+        }
+        if (push <= BalanceTolerance * size + RoundOffOfBalance * appliedForces) {
             continue;
         }
         char text[900];
         const bool isAlone = free.parts.count == 1;
+        const bool isFault = !isAlone || kind == BalanceKind::Exact;
         std::snprintf(text, sizeof text,
                       "%s: %s: part %d of %d (%d nodes, the lowest is node %d) is free to move, and its loads push it\n"
-                      "  push:     %.6g of a load size of %.6g, along its %zu free rigid motions\n"
+                      "  push:     %.6g against loads of %.6g on it, along its %zu free rigid motions\n"
                       "  expected: loads that inertia relief balances: one connected structure%s\n"
                       "  to do:    %s",
-                      options.modelFile.c_str(), isAlone ? "warning" : "error", part + 1, free.parts.count,
-                      free.parts.NodeCount(part), free.parts.LowestNode(part), largest, forceSize, motions.free.size(),
-                      isAlone ? ", balanced exactly" : ", or parts that are balanced each by itself",
-                      isAlone ? "use --balance exact; the holds carry this rest now"
-                              : "connect the part with the others, support it, or analyse it as a model of its own");
-        if (!isAlone) {
-            throw RunFailure(ExitBadModel, text);
+                      modelFile.c_str(), isFault ? "error" : "warning", part + 1, free.parts.count,
+                      free.parts.NodeCount(part), free.parts.LowestNode(part), push, size, motions.free.size(),
+                      isAlone ? "" : ", or parts that are balanced each by itself",
+                      !isFault  ? "use --balance exact; the holds carry this rest now"
+                      : isAlone ? "hold it against this motion by supports, or give it mass beside one line"
+                                : "connect the part with the others, support it, or analyse it alone");
+        if (isFault) {
+            check.fault = text;
+        } else {
+            check.warnings.push_back(text);
         }
-        warnings += (warnings.empty() ? "" : "\n") + std::string(text);
+    }
+    return check;
+}
+
+std::vector<std::string> SupportWarnings(const FreeParts& free, const LoadSizes& applied, const std::string& modelFile)
+{
+    std::vector<std::string> warnings;
+    if (applied.forces == 0.0 && applied.moments == 0.0) {
+        return warnings;
+    }
+    for (int part = 0; part < free.parts.count; ++part) {
+        const PartMotions& motions = free.motions[part];
+        const int held = RigidMotionCount - static_cast<int>(motions.free.size());
+        if (motions.restrainedDofs <= held) {
+            continue;
+        }
+        char text[600];
+        std::snprintf(text, sizeof text,
+                      "%s: warning: %d directions of part %d of %d are restrained where %d hold it, but the loads are\n"
+                      "  balanced by inertia, not by supports\n"
+                      "  expected: a structure that floats, flies or hangs free, held in position by six directions\n"
+                      "  to do:    do not use these results for a structure that stands on its supports",
+                      modelFile.c_str(), motions.restrainedDofs, part + 1, free.parts.count, held);
+        warnings.push_back(text);
     }
     return warnings;
 }

@@ -3,7 +3,8 @@
 // the equations are solved.
 #pragma once
 
-#include "app/SolveDriver.h"
+#include "app/SolveOptions.h"
+#include "app/SolveReport.h"
 #include "core/ConnectedParts.h"
 #include "inertia/BalanceCheck.h"
 #include "inertia/RigidMotions.h"
@@ -25,10 +26,22 @@ FreeParts FindFreeParts(const ModelStore& model, const std::vector<int>& holdNod
 
 std::vector<PartReport> ReportParts(const FreeParts& free, DisplacementKind displacements);
 
+// Per part, the sizes of the loads in GLOAD on it: Σ|F|, plus moments about the part's reference point, with the
+// forces' arms, divided by its size.   force
+std::vector<double> LoadSizesOfParts(const ModelStore& model, const FreeParts& free);
+
 // The loads in GLOAD, balanced, against the free motions of every part: a part that they still move has no equilibrium.
-// Returns warnings: loads on nodes without elements; loads that a part's holds will carry when the balance is classic.
-// Errors: throws RunFailure (bad model) for a part that inertia relief of the whole structure does not balance.
-std::string CheckPartLoads(const ModelStore& model, const FreeParts& free, const LoadSizes& applied,
-                           const SolveOptions& options);
+//   appliedByPart  LoadSizesOfParts before balancing
+//   appliedForces  Σ|F| of the whole model before balancing: round-off of the balance is of its size
+struct PartLoadCheck {
+    std::string fault;                 // a part that inertia relief of the whole structure does not balance
+    std::vector<std::string> warnings; // a rest that the holds of the only part carry
+};
+PartLoadCheck CheckPartLoads(const ModelStore& model, const FreeParts& free, const std::vector<double>& appliedByPart,
+                             double appliedForces, BalanceKind kind, const std::string& modelFile);
+
+// Parts with more restrained directions than rigid motions: balanced loads leave such supports next to nothing to
+// carry, so a structure that stands on the ground comes out wrong. Empty without loads.
+std::vector<std::string> SupportWarnings(const FreeParts& free, const LoadSizes& applied, const std::string& modelFile);
 
 } // namespace tarnvexo

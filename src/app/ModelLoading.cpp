@@ -1,6 +1,6 @@
 #include "app/ModelLoading.h"
 
-#include "app/SolveDriver.h"
+#include "app/RunFailure.h"
 #include "input/ModelFileReader.h"
 
 #include <cerrno>
@@ -9,7 +9,7 @@
 
 namespace tarnvexo {
 
-std::string LoadModel(ModelStore& model, const std::string& fileName)
+void LoadModel(ModelStore& model, const std::string& fileName)
 {
     const std::optional<ModelReading> reading = TryReadModelFile(model, fileName.c_str());
     if (!reading) {
@@ -18,15 +18,14 @@ std::string LoadModel(ModelStore& model, const std::string& fileName)
                                        "  expected: a readable model file, or a directory that holds fem_solving.txt\n"
                                        "  to do:    correct the path");
     }
-    if (reading->end != ModelReading::End::Complete) {
+    if (reading->end != ModelReading::End::Complete || !reading->warnings.empty()) {
         const std::string fault = !reading->fault.empty()
                                       ? reading->fault
-                                      : fileName + ": error: this is no model file\n"
-                                                   "  expected: a text that begins with its release\n"
-                                                   "  to do:    see docs/formats/model-file.md";
+                                      : fileName + ": error: the text is not that of a model file\n"
+                                                   "  expected: records as docs/formats/model-file.md has them\n"
+                                                   "  to do:    mend the first place that is named above";
         throw RunFailure(ExitBadModel, reading->warnings + fault);
     }
-    return reading->warnings;
 }
 
 } // namespace tarnvexo

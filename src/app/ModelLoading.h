@@ -8,9 +8,10 @@
 
 namespace tarnvexo {
 
-// Fills the model. Returns warnings about text that did not match the format, each with its line end.
-// Errors: throws RunFailure: a file that cannot be read (file error), another release or a fault of the model (bad
-// model).
-std::string LoadModel(ModelStore& model, const std::string& fileName);
+// Fills the model.
+// Errors: throws RunFailure: a file that cannot be read (file error); another release, a fault of the model, or any
+// place that does not match the format (bad model). The console run goes on where text does not match; its results of
+// such a file are not what anybody wants.
+void LoadModel(ModelStore& model, const std::string& fileName);
 
 } // namespace tarnvexo

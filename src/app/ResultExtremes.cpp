@@ -18,14 +18,15 @@ template <class Measure> ExtremeValue LargestOf(std::size_t count, Measure measu
     std::vector<ExtremeValue> largest((count + ItemsPerRange - 1) / ItemsPerRange);
     ParallelFor(count, ItemsPerRange, [&](std::size_t begin, std::size_t end) {
         ExtremeValue& found = largest[begin / ItemsPerRange];
-        for (std::size_t i = begin; i < end; ++i) {
+        found = measure(begin);
+        for (std::size_t i = begin + 1; i < end; ++i) {
             const ExtremeValue value = measure(i);
             if (value.value > found.value) {
                 found = value;
             }
         }
     });
-    ExtremeValue result;
+    ExtremeValue result = largest.empty() ? ExtremeValue() : largest.front();
     for (const ExtremeValue& value : largest) {
         if (value.value > result.value) {
             result = value;
@@ -54,9 +55,9 @@ ExtremeValue LargestStressOf(const ModelStore& model, const std::vector<ShellEle
     return LargestOf(shells.size(), [&](std::size_t e) {
         ExtremeValue value;
         for (std::size_t i = 0; i < Nodes; ++i) {
-            const double stress =
-                std::max(EquivalentStress(shells[e].positiveFace[i]), EquivalentStress(shells[e].negativeFace[i]));
-            if (stress > value.value) {
+            const double stress = std::max(EquivalentStress(shells[e].averagedPositiveFace[i]),
+                                           EquivalentStress(shells[e].averagedNegativeFace[i]));
+            if (i == 0 || stress > value.value) {
                 value.value = stress;
                 value.node = connectivity[e][i];
                 value.element = static_cast<int>(e);
@@ -84,7 +85,7 @@ ExtremeValue LargestShellStress(const ModelStore& model)
 {
     const ExtremeValue quad = LargestStressOf<QuadNodeCount>(model, model.QuadElements, model.QuadConnectivity, "quad");
     const ExtremeValue tri = LargestStressOf<TriNodeCount>(model, model.TriElements, model.TriConnectivity, "tri");
-    return tri.value > quad.value ? tri : quad;
+    return quad.element < 0 || tri.value > quad.value ? tri : quad;
 }
 
 ExtremeValue LargestBeamStress(const ModelStore& model)
@@ -92,16 +93,15 @@ ExtremeValue LargestBeamStress(const ModelStore& model)
     return LargestOf(model.BeamStressRecords.size(), [&](std::size_t b) {
         const BeamSectionModel& section = model.BeamStressRecords[b];
         ExtremeValue value;
-        for (const SectionPatch& patch : section.patches) {
-            for (int i = 0; i < QuadNodeCount; ++i) {
-                const double stress =
-                    std::max(EquivalentStress(patch.positiveFace[i]), EquivalentStress(patch.negativeFace[i]));
-                if (stress > value.value) {
-                    value.value = stress;
-                    value.element = static_cast<int>(b);
-                    value.kind = "beam";
-                    value.place = section.nodes[patch.nodes[i]];
-                }
+        for (std::size_t n = 0; n < section.averaged.size(); ++n) {
+            const SectionNodeStress& averaged = section.averaged[n];
+            const double stress =
+                std::max(EquivalentStress(averaged.positiveFace), EquivalentStress(averaged.negativeFace));
+            if (value.element < 0 || stress > value.value) {
+                value.value = stress;
+                value.element = static_cast<int>(b);
+                value.kind = "beam";
+                value.place = section.nodes[n];
             }
         }
         return value;

@@ -11,7 +11,8 @@ namespace tarnvexo {
 ExtremeValue LargestTranslation(const ModelStore& model);
 ExtremeValue LargestRotation(const ModelStore& model);
 
-// Equivalent stress of an element alone, at its nodes, on both faces; kind "quad" or "tri".
+// Equivalent stress at the nodes of the shells, averaged with the neighbours as in the result files, on both faces;
+// kind "quad" or "tri".
 ExtremeValue LargestShellStress(const ModelStore& model);
 
 // The same on the section walls of the beams; kind "beam", node -1, place on the wall.

@@ -1,6 +1,6 @@
 #include "app/ResultFiles.h"
 
-#include "app/SolveDriver.h"
+#include "app/RunFailure.h"
 #include "platform/Platform.h"
 
 #include <filesystem>

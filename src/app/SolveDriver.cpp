@@ -1,8 +1,8 @@
 #include "app/SolveDriver.h"
 
-#include "app/AssemblyDriver.h"
 #include "app/CostModel.h"
-#include "app/FreeParts.h"
+#include "app/LoadBalance.h"
+#include "app/ModelCheck.h"
 #include "app/ModelLoading.h"
 #include "app/ResultExtremes.h"
 #include "app/ResultFiles.h"
@@ -50,27 +50,12 @@ void AddWarning(const std::string& text, std::vector<std::string>& warnings)
 }
 
 // The model, with the origin at its centroid.
-void ReadAndShift(ModelStore& model, const std::string& modelFile, std::vector<std::string>& warnings)
+void ReadAndShift(ModelStore& model, const std::string& modelFile)
 {
-    std::string reading = LoadModel(model, modelFile);
-    if (!reading.empty()) {
-        reading.pop_back(); // the last line end
-    }
-    AddWarning(reading, warnings);
-    if (model.NPOIN < 1) {
-        throw RunFailure(ExitBadModel, modelFile + ": error: the model has no nodes\n"
-                                                   "  expected: NPOIN of 1 or more\n"
-                                                   "  to do:    add the nodes to the model file");
-    }
-    for (std::size_t b = 0; b < model.BeamSectionRefs.size(); ++b) {
-        const int type = model.BeamSectionRefs[b].BeamSecType;
-        if (type < TSection || type > CSection) {
-            throw RunFailure(ExitBadModel, modelFile + ": error: beam " + std::to_string(b) + " has section type " +
-                                               std::to_string(type) +
-                                               "\n"
-                                               "  expected: BeamSecType=0 (T), 1 (L) or 2 (tube)\n"
-                                               "  to do:    correct the record of this beam");
-        }
+    LoadModel(model, modelFile);
+    const std::string fault = ModelFault(model, modelFile);
+    if (!fault.empty()) {
+        throw RunFailure(ExitBadModel, fault);
     }
     model.EquationCount = DofsPerNode * model.NPOIN;
     model.StructureCentroid = StructureCentroid(model);
@@ -124,11 +109,13 @@ std::vector<SupportReaction> Reactions(const ModelStore& model, const FreeParts&
     return reactions;
 }
 
-// Both energies are the same number unless round-off has its part in the displacements.
-std::string EnergyWarning(const SolveReport& report)
+// Both energies are the same number unless round-off has its part in the displacements. Loads that the inertia of the
+// structure balances away node by node leave only round-off of both.
+std::string EnergyWarning(const SolveReport& report, double balancedForces)
 {
     const double larger = std::max(std::fabs(report.strainEnergy), std::fabs(report.externalWork));
-    if (std::fabs(report.strainEnergy - report.externalWork) <= EnergyTolerance * larger) {
+    if (std::fabs(report.strainEnergy - report.externalWork) <= EnergyTolerance * larger ||
+        balancedForces <= EnergyTolerance * report.balance.forceSize) {
         return "";
     }
     char text[600];
@@ -142,6 +129,20 @@ std::string EnergyWarning(const SolveReport& report)
     return report.modelFile + text;
 }
 
+void RequireFiniteDisplacements(const ModelStore& model, const std::string& modelFile)
+{
+    const std::vector<double>& u = model.GlobalDisplacement;
+    const auto bad = std::find_if(u.begin(), u.end(), [](double value) { return !std::isfinite(value); });
+    if (bad != u.end()) {
+        throw RunFailure(ExitNumerical, modelFile + ": error: the displacement of node " +
+                                            std::to_string((bad - u.begin()) / DofsPerNode) +
+                                            " is not a number\n"
+                                            "  expected: finite numbers everywhere\n"
+                                            "  to do:    look there for moduli, thicknesses, sections or coordinates "
+                                            "beyond all measure");
+    }
+}
+
 double LargestForce(const std::vector<SupportReaction>& reactions)
 {
     double largest = 0.0;
@@ -151,6 +152,18 @@ double LargestForce(const std::vector<SupportReaction>& reactions)
         }
     }
     return largest;
+}
+
+void WriteResults(const ModelStore& model, ResultFiles& files)
+{
+    files.Write(NodalDisplacementFileName,
+                [&](const std::string& path) { return WriteNodalDisplacements(model, path); });
+    files.Write(DeformationDrawingFileName, [&](const std::string& path) { return WriteDeformedDrawing(model, path); });
+    files.Write(ShellStressFileName, [&](const std::string& path) { return WriteShellStresses(model, path); });
+    files.Write(AveragedShellStressFileName,
+                [&](const std::string& path) { return WriteAveragedShellStresses(model, path); });
+    files.Write(ContourFileName, [&](const std::string& path) { return WriteContourFile(model, path); });
+    files.Commit();
 }
 
 } // namespace
@@ -173,14 +186,14 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
         files.emplace(options.outputDirectory);
     }
     ModelStore model;
-    ReadAndShift(model, options.modelFile, report.warnings);
+    ReadAndShift(model, options.modelFile);
     report.counts = CountsOf(model);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
     clock.Expect("assemble", AssemblySeconds(model));
     clock.Expect("stresses", StressSeconds(model));
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
     if (!meshes.fault.empty()) {
-        throw RunFailure(ExitNumerical, options.modelFile + ": " + meshes.fault);
+        throw RunFailure(meshes.isBeyondMemory ? ExitNumerical : ExitBadModel, meshes.fault);
     }
     clock.Expect("beam sections", BeamSectionSeconds(meshes.patches));
     if (files) {
@@ -188,22 +201,17 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     }
 
     // The ordering is the work of one thread: the loads are balanced and the structure is drawn, about its centroid,
-    // meanwhile.
+    // meanwhile. (Where no thread can be had, the ordering waits for get.)
     clock.Next(); // order
     auto system = std::make_unique<StiffnessSystem>(model, options.solver);
-    std::future<void> ordering = std::async(std::launch::async, [&] { system->Order(); });
-    AssembleLoads(model);
-    const LoadSizes applied = SizesOfLoads(model);
-    const std::vector<NodeInertia> shellInertia = ShellInertia(model);
-    report.balance = BalanceLoads(model, shellInertia, options.balance);
-    if (!report.balance.shortage.empty()) {
-        throw RunFailure(ExitBadModel, options.modelFile + ": error: " + report.balance.shortage);
+    std::future<void> ordering = std::async([&] { system->Order(); });
+    const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance);
+    if (!loads.fault.empty()) {
+        throw RunFailure(ExitBadModel, loads.fault);
     }
-    AddWarning(BalanceWarning(model, applied, options.modelFile.c_str()), report.warnings);
-    AddWarning(SupportWarning(model, applied, options.modelFile.c_str()), report.warnings);
-    const FreeParts free = FindFreeParts(model);
-    report.parts = ReportParts(free, options.displacements);
-    AddWarning(CheckPartLoads(model, free, applied, options), report.warnings);
+    report.balance = loads.sheet;
+    report.parts = ReportParts(loads.free, options.displacements);
+    report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
     if (files) {
         files->Write(StructureDrawingFileName,
                      [&](const std::string& path) { return WriteStructureDrawing(model, path); });
@@ -219,20 +227,21 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     system->Assemble();
 
     clock.Next(); // factorise
-    system->Factorise(free.isHeld, options.modelFile);
+    system->Factorise(loads.free.isHeld, options.modelFile);
 
     clock.Next(); // solve
     model.GlobalDisplacement = system->Solve(model.GLOAD);
+    RequireFiniteDisplacements(model, options.modelFile);
     report.solver = system->Report();
     report.strainEnergy = system->StrainEnergy();
     system.reset(); // the factor is not needed any more
     report.externalWork =
         0.5 * std::inner_product(model.GLOAD.begin(), model.GLOAD.end(), model.GlobalDisplacement.begin(), 0.0);
-    AddWarning(EnergyWarning(report), report.warnings);
-    report.reactions = Reactions(model, free, model.GlobalDisplacement);
+    AddWarning(EnergyWarning(report, SizesOfLoads(model).forces), report.warnings);
+    report.reactions = Reactions(model, loads.free, model.GlobalDisplacement);
     report.largestReaction = LargestForce(report.reactions);
     if (options.displacements == DisplacementKind::MassOrthogonal) {
-        MakeMassOrthogonal(model, shellInertia, free.parts, free.motions, model.GlobalDisplacement);
+        MakeMassOrthogonal(model, loads.shellInertia, loads.free.parts, loads.free.motions, model.GlobalDisplacement);
     }
 
     clock.Next(); // stresses
@@ -245,16 +254,12 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 
     if (files) {
         clock.Next(); // write
-        files->Write(NodalDisplacementFileName,
-                     [&](const std::string& path) { return WriteNodalDisplacements(model, path); });
-        files->Write(DeformationDrawingFileName,
-                     [&](const std::string& path) { return WriteDeformedDrawing(model, path); });
-        files->Write(ShellStressFileName, [&](const std::string& path) { return WriteShellStresses(model, path); });
-        files->Write(AveragedShellStressFileName,
-                     [&](const std::string& path) { return WriteAveragedShellStresses(model, path); });
-        files->Write(ContourFileName, [&](const std::string& path) { return WriteContourFile(model, path); });
-        files->Commit();
-        report.files = files->Written();
+        try {
+            WriteResults(model, *files);
+            report.files = files->Written();
+        } catch (const RunFailure& failure) { // the report is not lost with the files
+            report.fileFault = failure.what();
+        }
     }
     report.largestDisplacement = LargestTranslation(model);
     report.largestRotation = LargestRotation(model);
@@ -278,20 +283,18 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
 
     clock.Next(); // read
     ModelStore model;
-    ReadAndShift(model, modelFile, report.warnings);
+    ReadAndShift(model, modelFile);
     report.counts = CountsOf(model);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
 
     clock.Next(); // order
-    StiffnessSystem system(model, SolverKind::Sparse);
+    StiffnessSystem system(model, SolverKind::Automatic);
     system.Order();
-    AssembleLoads(model);
-    const LoadSizes applied = SizesOfLoads(model);
-    report.balance = BalanceLoads(model, ShellInertia(model), BalanceKind::Exact);
-    AddWarning(report.balance.shortage.empty() ? "" : modelFile + ": error: " + report.balance.shortage,
-               report.warnings);
-    AddWarning(SupportWarning(model, applied, modelFile.c_str()), report.warnings);
-    report.parts = ReportParts(FindFreeParts(model), DisplacementKind::MassOrthogonal);
+    const BalancedLoads loads = BalanceModelLoads(model, modelFile, BalanceKind::Exact);
+    report.balance = loads.sheet;
+    report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
+    report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
+    AddWarning(loads.fault, report.warnings); // what solve would refuse
 
     std::vector<int> numbers(model.NodeCoordinates.size());
     std::iota(numbers.begin(), numbers.end(), 0);
@@ -310,7 +313,9 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
     report.solver = system.Report();
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
     AddWarning(meshes.fault, report.warnings);
-    const double outside = ReadingSeconds(std::filesystem::file_size(modelFile)) + StressSeconds(model) +
+    std::error_code noFile; // a pipe has no size
+    const std::uintmax_t fileBytes = std::filesystem::file_size(modelFile, noFile);
+    const double outside = ReadingSeconds(noFile ? 0 : fileBytes) + StressSeconds(model) +
                            BeamSectionSeconds(meshes.patches) + WritingSeconds(model, meshes.patches);
     report.expectedSeconds = outside + OrderingSeconds(model.NodeCoordinates.size()) + AssemblySeconds(model) +
                              FactorisationSeconds(system.Size()) + SolutionSeconds(system.Size());

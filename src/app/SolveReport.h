@@ -57,7 +57,7 @@ struct SolverReport {
     double smallestPivotRatio = 0.0; // smallest pivot against the diagonal of the stiffness at the same place
     NodeDof smallestPivot;
     double conditionEstimate = 0.0; // lower bound: that of the matrix scaled to a unit diagonal is at least this
-    double relativeResidual = 0.0;  // |f − K·u| / (|K|·|u| + |f|), infinity norm
+    double relativeResidual = 0.0;  // |f − K·u| / (|K|·|u| + |f|), largest entries, of forces or of moments
 };
 
 struct SupportReaction {
@@ -93,17 +93,18 @@ struct SolveReport {
     SolverReport solver;
     std::vector<SupportReaction> reactions; // of restrained and held directions
     double largestReaction = 0.0;           // forces only; against balance.forceSize it must vanish
-    double strainEnergy = 0.0;
+    double strainEnergy = 0.0; // ½·uᵀ·K·u; against ½·fᵀ·u it shows the residual where it matters, not a wrong K
     double externalWork = 0.0;
     ExtremeValue largestDisplacement;
     ExtremeValue largestRotation;
-    ExtremeValue largestShellStress; // equivalent, raw corner value
-    ExtremeValue largestBeamStress;  // equivalent, on the section walls
+    ExtremeValue largestShellStress; // equivalent, averaged at the nodes as in the result files
+    ExtremeValue largestBeamStress;  // the same, on the section walls
     std::vector<ResultFile> files;
     std::vector<StageTime> stages;
     double seconds = 0.0; // whole run
     double peakMemoryGigabytes = 0.0;
     std::vector<std::string> warnings; // each a text of one or several lines, without a line end behind it
+    std::string fileFault;             // result files could not be written; empty: they are, or none were wanted
 };
 
 // What `tarnvexo info` tells without solving.

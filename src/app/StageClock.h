@@ -2,7 +2,8 @@
 // Times the stages of a run, tells a listener, and estimates what is left from the work that the stages ahead expect.
 #pragma once
 
-#include "app/SolveDriver.h"
+#include "app/Progress.h"
+#include "app/SolveReport.h"
 
 #include <chrono>
 #include <vector>

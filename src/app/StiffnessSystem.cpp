@@ -1,6 +1,7 @@
 #include "app/StiffnessSystem.h"
 
 #include "app/CostModel.h"
+#include "app/RunFailure.h"
 #include "app/SparseAssembly.h"
 #include "core/Parallel.h"
 #include "platform/Platform.h"
@@ -155,7 +156,7 @@ void StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const Pi
         return;
     }
     const int node = report.smallestPivot.node;
-    const Vector3& place = model.NodeCoordinates[node];
+    const Vector3 place = model.NodeCoordinates[node] + model.StructureCentroid; // as in the model file
     char text[700];
     std::snprintf(text, sizeof text,
                   ": error: the stiffness is not positive definite at node %d, direction %s (%.6g, %.6g, %.6g)\n"
@@ -187,13 +188,19 @@ std::vector<double> StiffnessSystem::Solve(const std::vector<double>& loads)
 
     std::vector<double> Ku(f.size()), KuSize(f.size());
     MultiplyBlockMatrix(matrix, u.data(), Ku.data(), KuSize.data());
-    double residual = 0.0, scale = 0.0, work = 0.0;
+    // Forces and moments have scales of their own, so that the result does not depend on the unit of length.
+    double residual[2] = {}, scale[2] = {}, work = 0.0;
     for (std::size_t i = 0; i < f.size(); ++i) {
-        residual = std::max(residual, std::fabs(f[i] - Ku[i]));
-        scale = std::max(scale, KuSize[i] + std::fabs(f[i]));
+        const int isMoment = i % DofsPerNode >= RX ? 1 : 0;
+        residual[isMoment] = std::max(residual[isMoment], std::fabs(f[i] - Ku[i]));
+        scale[isMoment] = std::max(scale[isMoment], KuSize[i] + std::fabs(f[i]));
         work += u[i] * Ku[i];
     }
-    report.relativeResidual = scale > 0.0 ? residual / scale : 0.0;
+    for (int kind = 0; kind < 2; ++kind) {
+        if (scale[kind] > 0.0) {
+            report.relativeResidual = std::max(report.relativeResidual, residual[kind] / scale[kind]);
+        }
+    }
     strainEnergy = 0.5 * work;
 
     std::vector<double> displacements(u.size());

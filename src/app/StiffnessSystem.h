@@ -3,7 +3,8 @@
 // factorise, solve. Vectors outside are in the model's numbering, equation DofsPerNode·node + DOF.
 #pragma once
 
-#include "app/SolveDriver.h"
+#include "app/SolveOptions.h"
+#include "app/SolveReport.h"
 #include "core/ModelStore.h"
 #include "solver/SparseEngine.h"
 

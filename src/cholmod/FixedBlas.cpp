@@ -3,8 +3,9 @@
 #include "core/Parallel.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 
 extern "C" {
 enum CblasOrder { ColumnMajor = 102 };
@@ -42,6 +43,17 @@ template <class Piece> void ForPieces(int m, double work, Piece piece)
     });
 }
 
+// CHOLMOD's supernodal factorisation calls each kernel in one form only. Another form would give wrong numbers.
+void Require(bool isTheForm, const char* kernel)
+{
+    if (!isTheForm) {
+        std::fprintf(stderr,
+                     "error: %s is called in a form that this program does not know: another version of CHOLMOD\n",
+                     kernel);
+        std::abort();
+    }
+}
+
 std::size_t At(int row, int column, int leadingDimension)
 {
     return static_cast<std::size_t>(row) +
@@ -52,21 +64,21 @@ std::size_t At(int row, int column, int leadingDimension)
 
 extern "C" {
 
-void dgemm_([[maybe_unused]] const char* transa, [[maybe_unused]] const char* transb, const int* m, const int* n,
-            const int* k, const double* alpha, const double* A, const int* lda, const double* B, const int* ldb,
-            const double* beta, double* C, const int* ldc)
+void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k, const double* alpha,
+            const double* A, const int* lda, const double* B, const int* ldb, const double* beta, double* C,
+            const int* ldc)
 {
-    assert(*transa == 'N' && *transb == 'C');
+    Require(*transa == 'N' && *transb == 'C', "dgemm");
     ForPieces(*m, 2.0 * *m * *n * *k, [&](int row, int rows) {
         cblas_dgemm(ColumnMajor, NoTranspose, Transposed, rows, *n, *k, *alpha, A + row, *lda, B, *ldb, *beta, C + row,
                     *ldc);
     });
 }
 
-void dsyrk_([[maybe_unused]] const char* uplo, [[maybe_unused]] const char* trans, const int* n, const int* k,
-            const double* alpha, const double* A, const int* lda, const double* beta, double* C, const int* ldc)
+void dsyrk_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha, const double* A,
+            const int* lda, const double* beta, double* C, const int* ldc)
 {
-    assert(*uplo == 'L' && *trans == 'N');
+    Require(*uplo == 'L' && *trans == 'N', "dsyrk");
     ForPieces(*n, 1.0 * *n * *n * *k, [&](int row, int rows) {
         if (row > 0) { // left of the diagonal block
             cblas_dgemm(ColumnMajor, NoTranspose, Transposed, rows, row, *k, *alpha, A + row, *lda, A, *lda, *beta,
@@ -77,11 +89,10 @@ void dsyrk_([[maybe_unused]] const char* uplo, [[maybe_unused]] const char* tran
     });
 }
 
-void dtrsm_([[maybe_unused]] const char* side, [[maybe_unused]] const char* uplo, [[maybe_unused]] const char* trans,
-            [[maybe_unused]] const char* diag, const int* m, const int* n, const double* alpha, const double* L,
-            const int* ldl, double* B, const int* ldb)
+void dtrsm_(const char* side, const char* uplo, const char* trans, const char* diag, const int* m, const int* n,
+            const double* alpha, const double* L, const int* ldl, double* B, const int* ldb)
 {
-    assert(*side == 'R' && *uplo == 'L' && *trans == 'C' && *diag == 'N');
+    Require(*side == 'R' && *uplo == 'L' && *trans == 'C' && *diag == 'N', "dtrsm");
     ForPieces(*m, 1.0 * *m * *n * *n, [&](int row, int rows) {
         cblas_dtrsm(ColumnMajor, Right, Lower, Transposed, NonUnit, rows, *n, *alpha, L, *ldl, B + row, *ldb);
     });

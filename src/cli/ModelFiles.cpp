@@ -1,21 +1,9 @@
 #include "cli/ModelFiles.h"
 
-#include "app/ModelLoading.h"
-#include "cli/CommandFiles.h"
 #include "cli/TextPage.h"
-#include "core/Failure.h"
 #include "solver/SkylineProfile.h"
 
 namespace tarnvexo {
-
-void LoadModelTellingWarnings(const std::string& model, ModelStore& store)
-{
-    std::string warnings = LoadModel(store, ModelFileOf(model));
-    if (!warnings.empty()) {
-        warnings.pop_back(); // the last line end
-    }
-    Warn(warnings);
-}
 
 ModelSize SizeOfModel(ModelStore& store)
 {

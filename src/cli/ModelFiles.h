@@ -1,5 +1,5 @@
 // cli/ModelFiles.h
-// Model files as the commands refine and renumber take and give them, and the few lines they print about it.
+// What the commands refine and renumber print about a model before and after.
 #pragma once
 
 #include "core/ModelStore.h"
@@ -8,10 +8,6 @@
 #include <string>
 
 namespace tarnvexo {
-
-// Reads the model that MODEL means (cli/CommandFiles). Places that did not match are told on standard error.
-// Throws RunFailure: ExitFile when the file cannot be read, ExitBadModel when it cannot be a model.
-void LoadModelTellingWarnings(const std::string& model, ModelStore& store);
 
 // What a model costs a direct solver.
 struct ModelSize {

@@ -1,5 +1,6 @@
 #include "cli/RefineCommand.h"
 
+#include "app/ModelLoading.h"
 #include "cli/CommandFiles.h"
 #include "cli/ModelFiles.h"
 #include "output/ModelFileWriter.h"
@@ -13,7 +14,7 @@ int RunRefineCommand(const RefineCommand& command)
     ModelStore coarse;
     ModelStore fine;
     RequireDirectoryOf(command.outputFile);
-    LoadModelTellingWarnings(command.model, coarse);
+    LoadModel(coarse, ModelFileOf(command.model));
     RefineModel(coarse, command.k, fine);
     if (command.renumber) {
         RenumberNodes(fine);

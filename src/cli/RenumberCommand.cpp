@@ -1,5 +1,6 @@
 #include "cli/RenumberCommand.h"
 
+#include "app/ModelLoading.h"
 #include "cli/CommandFiles.h"
 #include "cli/ModelFiles.h"
 #include "output/ModelFileWriter.h"
@@ -11,7 +12,7 @@ int RunRenumberCommand(const RenumberCommand& command)
 {
     ModelStore model;
     RequireDirectoryOf(command.outputFile);
-    LoadModelTellingWarnings(command.model, model);
+    LoadModel(model, ModelFileOf(command.model));
     const ModelSize before = SizeOfModel(model);
     RenumberNodes(model);
     if (WriteModelFile(model, command.outputFile).outcome != FileOutcome::Written) {

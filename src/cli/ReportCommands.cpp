@@ -44,6 +44,9 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
         report = solve(options, [&](const Progress& progress) { display.Show(progress); });
     }
     WriteReport(SolveReportText(report, command.units), SolveReportJson(report, command.units), command.jsonFile);
+    if (!report.fileFault.empty()) {
+        throw RunFailure(ExitFile, report.fileFault);
+    }
     return ExitGood;
 }
 

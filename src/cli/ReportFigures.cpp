@@ -36,7 +36,7 @@ double ShareOfLoads(const SupportReaction& reaction, const BalanceSheet& balance
 
 double RelativeTo(double loads, double size)
 {
-    return loads > 0.0 ? size / loads : 0.0;
+    return loads == 0.0 ? 0.0 : size / loads; // loads that are not numbers must show
 }
 
 double EnergyDifference(const SolveReport& report)

@@ -114,7 +114,7 @@ Json SolverJson(const SolveReport& report)
     json["factorise_operations_per_second"] = FactoriseRate(report);
     json["smallest_pivot_ratio"] = report.solver.smallestPivotRatio;
     json["smallest_pivot"] = NodeDofJson(report.solver.smallestPivot);
-    json["condition_estimate"] = report.solver.conditionEstimate;
+    json["condition_at_least"] = report.solver.conditionEstimate;
     json["relative_residual"] = report.solver.relativeResidual;
     return json;
 }

@@ -186,6 +186,18 @@ std::string BalanceSummary(const BalanceSheet& balance)
            " of the moments remain";
 }
 
+// The accelerations that balance the loads: large ones tell of a structure that was meant to stand on its supports.
+std::string AccelerationSummary(const BalanceSheet& balance, const UnitTexts& unit)
+{
+    const double a = Length(balance.applied.a);
+    std::string text = WithUnit(a, unit.acceleration);
+    if (unit.standardGravity > 0.0) {
+        text += " (" + NumberText(a / unit.standardGravity) + " g)";
+    }
+    return text + ", angular " + WithUnit(Length(balance.applied.alpha), unit.angularAcceleration) +
+           ", not by supports";
+}
+
 std::string WarningSummary(const std::vector<std::string>& warnings)
 {
     return warnings.empty() ? "none" : std::to_string(warnings.size()) + ", see above";
@@ -250,7 +262,7 @@ void AddSolution(TextPage& page, const SolveReport& report)
              rate > 0.0 ? NumberText(rate / 1e9) + " GF/s while factorising" : std::string());
     page.Row("smallest pivot ratio", {ShareText(solver.smallestPivotRatio)},
              "at node " + std::to_string(solver.smallestPivot.node) + " " + DofName(solver.smallestPivot.dof));
-    page.Row("condition estimate", {ShareText(solver.conditionEstimate)});
+    page.Row("condition at least", {ShareText(solver.conditionEstimate)});
     page.Row("relative residual", {ShareText(solver.relativeResidual)});
 }
 
@@ -282,8 +294,8 @@ void AddExtremes(TextPage& page, const SolveReport& report, const UnitTexts& uni
     page.Heading("LARGEST RESULTS");
     AddExtreme(page, "displacement", report.largestDisplacement, unit.length);
     AddExtreme(page, "rotation", report.largestRotation, "rad");
-    AddExtreme(page, "equivalent stress in shells", report.largestShellStress, unit.stress);
-    AddExtreme(page, "equivalent stress in beams", report.largestBeamStress, unit.stress);
+    AddExtreme(page, "averaged stress in shells", report.largestShellStress, unit.stress);
+    AddExtreme(page, "averaged stress in beams", report.largestBeamStress, unit.stress);
 }
 
 void AddFiles(TextPage& page, const std::vector<ResultFile>& files)
@@ -328,6 +340,7 @@ void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts&
 {
     page.Heading("SUMMARY");
     AddSummaryLine(page, "balance", BalanceSummary(report.balance));
+    AddSummaryLine(page, "balanced by", AccelerationSummary(report.balance, unit));
     AddSummaryLine(page, "largest displacement", ExtremeSummary(report.largestDisplacement, unit.length));
     AddSummaryLine(page, "largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
     AddSummaryLine(page, "largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
@@ -370,6 +383,7 @@ void AddInfoSummary(TextPage& page, const InfoReport& report, const UnitTexts& u
                    WithUnit(mass.mass, unit.mass) + ", centre of gravity " + PlaceText(mass.centreOfGravity));
     AddSummaryLine(page, "applied force", WithUnit(Length(report.balance.appliedAboutCentroid.force), unit.force));
     AddSummaryLine(page, "balance", BalanceSummary(report.balance));
+    AddSummaryLine(page, "balanced by", AccelerationSummary(report.balance, unit));
     AddSummaryLine(page, "tarnvexo solve",
                    EstimateText(report.expectedSeconds) + " and " + MemoryText(report.expectedMemoryGigabytes) +
                        " of " + MemoryText(report.availableMemoryGigabytes));

@@ -13,6 +13,7 @@ namespace tarnvexo {
 class LargeArray {
 public:
     LargeArray() = default;
+    // Errors: throws std::bad_alloc.
     explicit LargeArray(std::size_t count) : values(new double[count]), count(count)
     {
         platform::PreferLargePages(values.get(), count * sizeof(double));

@@ -25,7 +25,7 @@ bool IsZero(const Vector3& v)
 // Newton: m·aG = F at the centre of gravity c; Euler: Ji·αi = Mi about each principal axis there, M = Mo − c × F.
 // The origin then accelerates with a = aG − α × c. No inertia about an axis: αi = 0 when nothing turns about it.
 RigidAcceleration ExactAcceleration(const MassSummary& summary, const LoadResultant& applied, const LoadSizes& sizes,
-                                    std::string& shortage)
+                                    std::string& shortage, std::string& aboutLine)
 {
     char text[500];
     if (!(summary.mass > 0.0)) {
@@ -53,11 +53,11 @@ RigidAcceleration ExactAcceleration(const MassSummary& summary, const LoadResult
             std::snprintf(text, sizeof text,
                           "all mass stands on one line, and the loads turn about it with the moment %.6g\n"
                           "  where:    the line through (%.6g, %.6g, %.6g) along (%.6g, %.6g, %.6g)\n"
-                          "  expected: mass beside the line, or no moment about it\n"
+                          "  done:     this moment is left to the supports\n"
                           "  to do:    model what stands off the line, or load the beams at their centroids",
                           about, summary.centreOfGravity[0], summary.centreOfGravity[1], summary.centreOfGravity[2],
                           axis[0], axis[1], axis[2]);
-            shortage = text;
+            aboutLine = text;
         }
     }
     return {accelerationOfGravityCentre - Cross(alpha, c), alpha};
@@ -70,7 +70,7 @@ LoadResultant Sum(const LoadResultant& a, const LoadResultant& b)
 
 double Relative(const Vector3& rest, double size)
 {
-    return size > 0.0 ? Length(rest) / size : 0.0;
+    return size == 0.0 ? 0.0 : Length(rest) / size; // sizes that are not numbers must show
 }
 
 } // namespace
@@ -120,8 +120,9 @@ BalanceSheet BalanceLoads(ModelStore& model, const std::vector<NodeInertia>& she
     sheet.classicRemaining = Sum(applied, InertialResultant(moments, sheet.classic));
 
     sheet.kind = kind;
-    sheet.applied =
-        kind == BalanceKind::Classic ? sheet.classic : ExactAcceleration(sheet.mass, applied, sizes, sheet.shortage);
+    sheet.applied = kind == BalanceKind::Classic
+                        ? sheet.classic
+                        : ExactAcceleration(sheet.mass, applied, sizes, sheet.shortage, sheet.aboutLine);
     if (sheet.shortage.empty()) {
         AddInertialLoads(model, shellInertia, sheet.applied, model.GLOAD);
     }

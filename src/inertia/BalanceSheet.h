@@ -57,9 +57,13 @@ struct BalanceSheet {
     RigidAcceleration classic;      // what the classic way takes ...
     LoadResultant classicRemaining; // ... and what it leaves or would leave
 
-    // Why no acceleration balances the loads the exact way (no mass, or all on a line that the loads turn about), to
-    // be put behind "error: "; empty when one does. Then nothing was applied.
+    // Why no acceleration balances the loads the exact way (no mass), to be put behind "error: "; empty when one does.
+    // Then nothing was applied.
     std::string shortage;
+
+    // What an exact balance leaves about a line that all mass stands on, a text to be put behind "warning: "; empty
+    // when it leaves nothing. Supports have to carry it.
+    std::string aboutLine;
 };
 
 // moments: about the origin. model.StructureCentroid: where that is in the model file's coordinates.

@@ -351,6 +351,7 @@ SectionMeshSize MeasureSectionMeshes(const ModelStore& model)
                           "  expected: at most %.3g GB, the memory that is free now\n"
                           "  to do:    close other programs, or leave out beams whose wall stresses are not needed",
                           b, meshBytes * BytesToGigabytes, available * BytesToGigabytes);
+            sum.isBeyondMemory = true;
             sum.fault = text;
         }
     }

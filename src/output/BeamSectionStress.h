@@ -20,6 +20,7 @@ void RecoverBeamSectionStresses(ModelStore& model);
 struct SectionMeshSize {
     double patches = 0.0;
     double bytes = 0.0;
+    bool isBeyondMemory = false;
     std::string fault; // of the first beam whose mesh cannot be addressed or held beside those before it; empty: none
 };
 SectionMeshSize MeasureSectionMeshes(const ModelStore& model);

@@ -83,8 +83,9 @@ void KeepOnInterrupt(const std::string& path);
 // the process starts threads.
 void ExitOnInterrupt();
 
-// Sets a variable of the process's environment unless it is set already.
+// Sets a variable of the process's environment; the first one unless it is set already.
 void SetEnvironmentDefault(const char* name, const char* value);
+void SetEnvironment(const char* name, const char* value);
 
 // Loads a library of the program's own, found beside it or where it was installed; nullptr, and the system's reason,
 // when that fails. It stays loaded. PluginSymbol: address of one of its functions, nullptr when it has none of that

@@ -272,6 +272,26 @@ bool ErrorLinesCanBeRewritten()
     return isatty(STDERR_FILENO) && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
 }
 
+namespace {
+
+// Of the container: pages of files that the system may take back at once.
+std::uint64_t InactiveFileMemory()
+{
+    std::uint64_t bytes = 0;
+    if (std::FILE* file = std::fopen("/sys/fs/cgroup/memory.stat", "r")) {
+        char line[128];
+        while (std::fgets(line, sizeof line, file) != nullptr) {
+            if (std::sscanf(line, "inactive_file %" SCNu64, &bytes) == 1) {
+                break;
+            }
+        }
+        std::fclose(file);
+    }
+    return bytes;
+}
+
+} // namespace
+
 std::uint64_t AvailableMemory()
 {
     std::uint64_t available = 0;
@@ -285,11 +305,12 @@ std::uint64_t AvailableMemory()
         }
         std::fclose(info);
     }
-    // A container may get less than the machine has.
+    // A container may get less than the machine has. Of what it uses, files that were read or written give way.
     std::uint64_t limit = 0;
     std::uint64_t used = 0;
     if (available > 0 && ReadNumberFile("/sys/fs/cgroup/memory.max", limit) &&
         ReadNumberFile("/sys/fs/cgroup/memory.current", used)) {
+        used -= std::min(used, InactiveFileMemory());
         available = std::min(available, limit > used ? limit - used : 1);
     }
     // And a process less than that, where a batch system or "ulimit -v" has limited it.
@@ -403,6 +424,11 @@ void ExitOnInterrupt()
 void SetEnvironmentDefault(const char* name, const char* value)
 {
     setenv(name, value, 0);
+}
+
+void SetEnvironment(const char* name, const char* value)
+{
+    setenv(name, value, 1);
 }
 
 void* LoadPlugin(const char* fileName, std::string& reason)

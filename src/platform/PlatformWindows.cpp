@@ -208,6 +208,11 @@ void SetEnvironmentDefault(const char* name, const char* value)
     }
 }
 
+void SetEnvironment(const char* name, const char* value)
+{
+    _putenv_s(name, value);
+}
+
 void* LoadPlugin(const char* fileName, std::string& reason)
 {
     const HMODULE library = LoadLibraryA(fileName);

@@ -13,6 +13,7 @@
 
 namespace tarnvexo {
 
+// Errors: throw std::bad_alloc, and std::runtime_error with the status when a library refuses the graph.
 EliminationOrder OrderByMetis(const NodeGraph& graph);
 EliminationOrder OrderByAmd(const NodeGraph& graph);
 

@@ -56,6 +56,8 @@ void SetBlasEnvironment()
     // CHOLMOD starts four OpenMP threads in its own small loops whatever is set; beside the threads of OpenBLAS they
     // only get into the way.
     platform::SetEnvironmentDefault("OMP_THREAD_LIMIT", "1");
+    // OpenBLAS's own threads are never used (cholmod/FixedBlas): it shall not start them, whatever the user has set.
+    platform::SetEnvironment("OPENBLAS_NUM_THREADS", "1");
 }
 
 std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads)

@@ -42,6 +42,8 @@ public:
     virtual std::string Name() const = 0;    // of the engine, with its version
     virtual std::string Kernels() const = 0; // of the dense kernels in use
 
+    // In this order; Factorise and Solve again as often as wanted. Errors: std::bad_alloc; std::length_error from
+    // Analyse when the engine cannot address the factor; std::runtime_error with the status of a library.
     virtual FactorSize Analyse(const BlockPattern& pattern) = 0;
     virtual PivotReport Factorise(const BlockMatrix& matrix) = 0;
     virtual void Solve(double* vectors, int count) = 0;

@@ -74,7 +74,7 @@ TEST(ReportJson, WritesNumbersThatAreNotFiniteAsNull)
     report.balance.applied.alpha = {1, -std::numeric_limits<double>::infinity(), 2};
     const Json json = Json::parse(SolveReportJson(report, UnitSystem::Unnamed));
     EXPECT_TRUE(json["energy"]["strain_energy"].is_null());
-    EXPECT_TRUE(json["solver"]["condition_estimate"].is_null());
+    EXPECT_TRUE(json["solver"]["condition_at_least"].is_null());
     EXPECT_EQ(json["balance"]["acceleration"]["alpha"], Json({1.0, nullptr, 2.0}));
     EXPECT_TRUE(json["units"].is_null());
     EXPECT_FALSE(json["balance"]["acceleration"].contains("a_in_g"));

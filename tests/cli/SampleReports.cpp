@@ -81,7 +81,7 @@ SolveReport SampleSolveReport()
     report.solver.factorOperations = 6.5e6;
     report.solver.smallestPivotRatio = 3.21e-5;
     report.solver.smallestPivot = {57, RZ};
-    report.solver.conditionEstimate = 4.5e9;
+    report.solver.conditionEstimate = 31250.0;
     report.solver.relativeResidual = 1.7e-16;
     report.reactions = {{{0, DX}, 1.5e-12, false}, {{0, DY}, -3e-12, false},  {{0, DZ}, 2.5e-11, false},
                         {{1, DY}, 2e-12, false},   {{1, DZ}, -1e-11, false},  {{3, RX}, 8e-12, false},

@@ -1,0 +1,26 @@
+// app/LoadBalance.h
+// The loads of a run: assembled, balanced by inertia, and looked at from every side before anything is solved.
+#pragma once
+
+#include "app/FreeParts.h"
+#include "inertia/BalanceSheet.h"
+#include "inertia/InertialLoads.h"
+
+#include <string>
+#include <vector>
+
+namespace tarnvexo {
+
+struct BalancedLoads {
+    std::vector<NodeInertia> shellInertia;
+    BalanceSheet sheet;
+    FreeParts free;
+    std::vector<std::string> warnings;
+    std::string fault; // why the model cannot be solved, a complete message; empty: it can
+};
+
+// Fills GLOAD. The origin stands at the structure's centroid. The exact way leaves out loads on nodes without elements:
+// they do not reach the structure, and neither shall the inertia that would balance them.
+BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile, BalanceKind kind);
+
+} // namespace tarnvexo
