@@ -79,6 +79,22 @@ void PopulatePages(void* array, std::size_t bytes);
 void RemoveOnInterrupt(const std::string& path);
 void KeepOnInterrupt(const std::string& path);
 
+// The notice of an interruption says that nothing was written; from now on that what was written is complete.
+void TellOnInterruptOfWrittenFiles();
+
+// While one lives, an interruption waits. For steps that belong together; they may be nested.
+class InterruptionHold {
+public:
+    InterruptionHold();
+    ~InterruptionHold();
+
+    InterruptionHold(const InterruptionHold&) = delete;
+    InterruptionHold& operator=(const InterruptionHold&) = delete;
+};
+
+// Number of this process, of which no other one running has the same.
+int ProcessId();
+
 // From now on an interruption ends the process with exit code 130 and a notice on standard error. To be called before
 // the process starts threads.
 void ExitOnInterrupt();

@@ -14,7 +14,6 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <sstream>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -189,8 +188,8 @@ TEST(Program, RefusesWhatMemoryDoesNotHoldBeforeTheWorkBegins)
     EXPECT_EQ(run.files.size(), 1u);
 }
 
-// Starts the program in the current directory; its report goes nowhere.
-pid_t Start(const std::vector<std::string>& arguments)
+// Starts the program in the current directory; its report goes nowhere, standard error into a file.
+pid_t Start(const std::vector<std::string>& arguments, const char* errorFile)
 {
     std::vector<char*> words = {const_cast<char*>(TARNVEXO_PROGRAM)};
     for (const std::string& argument : arguments) { words.push_back(const_cast<char*>(argument.c_str())); }
@@ -198,6 +197,7 @@ pid_t Start(const std::vector<std::string>& arguments)
     const pid_t child = fork();
     if (child == 0) {
         dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        dup2(open(errorFile, O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
         execv(words[0], words.data());
         _exit(127);
     }
@@ -221,28 +221,78 @@ bool AnythingUnfinished()
     return false;
 }
 
-// The unfinished file is a pipe that is read no further than its first byte: the program is certain to be in the midst
-// of writing when the signal comes.
-TEST(Program, InterruptedWhileItWritesLeavesNothingUnfinished)
+void WaitForAnythingUnfinished(pid_t child)
+{
+    while (!AnythingUnfinished()) {
+        ASSERT_EQ(waitpid(child, nullptr, WNOHANG), 0); // it is still there
+        usleep(200);
+    }
+}
+
+// structure.dxf waits for its name from the ordering on: nearly all of the run is ahead when the signal comes.
+TEST(Program, InterruptedWhenItHasWrittenLeavesNothingUnfinished)
 {
     for (const int signal : {SIGINT, SIGTERM}) {
         const TemporaryDirectory directory;
-        WriteModelFile(StiffenedPlateModel(12000), "model.txt");
-        ASSERT_EQ(mkfifo("Node_Dis.txt.unfinished", 0600), 0);
-        const int reader = open("Node_Dis.txt.unfinished", O_RDONLY | O_NONBLOCK);
-        const pid_t child = Start({"solve", "model.txt", "-q"});
-        char byte = 0;
-        while (read(reader, &byte, 1) != 1) {
-            ASSERT_EQ(waitpid(child, nullptr, WNOHANG), 0); // it is still there
-            usleep(1000);
-        }
+        WriteModelFile(StiffenedPlateModel(60000), "model.txt");
+        const pid_t child = Start({"solve", "model.txt", "-q"}, "error.txt");
+        WaitForAnythingUnfinished(child);
         kill(child, signal);
         EXPECT_EQ(ExitCodeOf(child), ExitInterrupted);
-        close(reader);
         EXPECT_FALSE(AnythingUnfinished());
-        EXPECT_FALSE(std::filesystem::exists("Node_Dis.txt"));
-        EXPECT_FALSE(std::filesystem::exists("structure.dxf")); // had been complete, but the run was not
+        EXPECT_FALSE(std::filesystem::exists("structure.dxf"));
+        EXPECT_EQ(FileText("error.txt"), "\ninterrupted: no results were written\n");
     }
+}
+
+TEST(Program, InterruptedInRenumberingKeepsTheModel)
+{
+    const TemporaryDirectory directory;
+    WriteModelFile(StiffenedPlateModel(600000), "model.txt");
+    const std::string before = FileText("model.txt");
+    const pid_t child = Start({"renumber", "model.txt", "-o", "model.txt"}, "error.txt");
+    WaitForAnythingUnfinished(child);
+    kill(child, SIGINT);
+    EXPECT_EQ(ExitCodeOf(child), ExitInterrupted);
+    EXPECT_FALSE(AnythingUnfinished());
+    EXPECT_TRUE(FileText("model.txt") == before);
+    EXPECT_EQ(FileText("error.txt"), "\ninterrupted: no results were written\n");
+}
+
+// Without room for the new file the only copy stays.
+TEST(Program, WritesModelsWholeOrNotAtAll)
+{
+    const std::string model = GeneratedText(StiffenedPlateModel(12000));
+    for (const std::string command : {"renumber", "refine -k 2"}) {
+        const ProgramRun run = RunProgram(
+            {.program = "/bin/sh",
+             .arguments = {"-c", "trap '' XFSZ; ulimit -f 20; exec \"" TARNVEXO_PROGRAM "\" " + command + " m -o m"},
+             .files = {{"m", model}}});
+        EXPECT_EQ(run.exitCode, ExitFile);
+        EXPECT_EQ(run.error, "m: error: this file was not written: File too large\n"
+                             "  expected: a place that may be written to and has room, and no directory of this name\n"
+                             "  to do:    make room or name another place, then run again\n");
+        EXPECT_EQ(run.files.size(), 1u);
+        EXPECT_TRUE(run.files.at("m") == model);
+    }
+}
+
+TEST(Program, RenumbersAModelInPlace)
+{
+    const std::string model = RandomModel(0, Supports::ThreeTwoOne).Text();
+    const ProgramRun apart = Tarnvexo({"renumber", "m", "-o", "n"}, {{"m", model}});
+    const ProgramRun inPlace = Tarnvexo({"renumber", "m", "-o", "m"}, {{"m", model}});
+    EXPECT_EQ(inPlace.exitCode, ExitGood) << inPlace.error;
+    EXPECT_EQ(inPlace.files.size(), 1u);
+    EXPECT_EQ(inPlace.files.at("m"), apart.files.at("n"));
+}
+
+TEST(Program, RefusesToRefineBeyondWhatTheFileCounts)
+{
+    const ProgramRun run = Tarnvexo({"refine", Examples + "wing", "-k", "1000", "-o", "fine.txt"});
+    EXPECT_EQ(run.exitCode, ExitBadModel) << run.error;
+    EXPECT_NE(run.error.find(": error: refined by 1000, the model would have "), std::string::npos) << run.error;
+    EXPECT_TRUE(run.files.empty());
 }
 
 // Whenever the signal comes, in reading, ordering, factorising or writing: the run is over with one code or the other.
@@ -252,7 +302,7 @@ TEST(Program, InterruptedAnywhereLeavesNothingUnfinished)
     WriteModelFile(StiffenedPlateModel(30000), "model.txt");
     for (const int signal : {SIGINT, SIGTERM}) {
         for (int milliseconds = 2; milliseconds < 400; milliseconds *= 2) {
-            const pid_t child = Start({"solve", "model.txt", "-q", "--json", "report.json"});
+            const pid_t child = Start({"solve", "model.txt", "-q", "--json", "report.json"}, "error.txt");
             usleep(1000u * static_cast<unsigned>(milliseconds));
             kill(child, signal);
             const int exitCode = ExitCodeOf(child);
