@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <sstream>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -188,8 +189,14 @@ TEST(Program, RefusesWhatMemoryDoesNotHoldBeforeTheWorkBegins)
     EXPECT_EQ(run.files.size(), 1u);
 }
 
-// Starts the program in the current directory; its report goes nowhere, standard error into a file.
-pid_t Start(const std::vector<std::string>& arguments, const char* errorFile)
+std::string UnfinishedName(const std::string& file, pid_t process)
+{
+    return file + "." + std::to_string(process) + ".unfinished";
+}
+
+// Starts the program in the current directory; its report goes nowhere, standard error into error.txt. When a file is
+// named, its unfinished form is there already, as a pipe.
+pid_t Start(const std::vector<std::string>& arguments, const std::string& pipedFile = {})
 {
     std::vector<char*> words = {const_cast<char*>(TARNVEXO_PROGRAM)};
     for (const std::string& argument : arguments) { words.push_back(const_cast<char*>(argument.c_str())); }
@@ -197,7 +204,10 @@ pid_t Start(const std::vector<std::string>& arguments, const char* errorFile)
     const pid_t child = fork();
     if (child == 0) {
         dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
-        dup2(open(errorFile, O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+        dup2(open("error.txt", O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+        if (!pipedFile.empty()) {
+            mkfifo(UnfinishedName(pipedFile, getpid()).c_str(), 0600);
+        }
         execv(words[0], words.data());
         _exit(127);
     }
@@ -221,42 +231,74 @@ bool AnythingUnfinished()
     return false;
 }
 
-void WaitForAnythingUnfinished(pid_t child)
+// Interrupts the program in the midst of writing a file: that is a pipe, read no further than its first byte. Returns
+// the exit code.
+int InterruptWriting(const std::vector<std::string>& arguments, const std::string& file, int signal)
 {
-    while (!AnythingUnfinished()) {
-        ASSERT_EQ(waitpid(child, nullptr, WNOHANG), 0); // it is still there
-        usleep(200);
+    const pid_t child = Start(arguments, file);
+    const std::string pipe = UnfinishedName(file, child);
+    int reader = -1;
+    char byte = 0;
+    while (reader < 0 || read(reader, &byte, 1) != 1) {
+        int status = 0;
+        if (waitpid(child, &status, WNOHANG) != 0) {
+            ADD_FAILURE() << "the program ended before it wrote " << file;
+            return -1;
+        }
+        if (reader < 0) {
+            reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+        }
+        usleep(1000);
     }
+    kill(child, signal);
+    const int exitCode = ExitCodeOf(child);
+    close(reader);
+    return exitCode;
 }
 
-// structure.dxf waits for its name from the ordering on: nearly all of the run is ahead when the signal comes.
-TEST(Program, InterruptedWhenItHasWrittenLeavesNothingUnfinished)
+TEST(Program, InterruptedWhileItWritesLeavesNothingUnfinished)
 {
     for (const int signal : {SIGINT, SIGTERM}) {
         const TemporaryDirectory directory;
-        WriteModelFile(StiffenedPlateModel(60000), "model.txt");
-        const pid_t child = Start({"solve", "model.txt", "-q"}, "error.txt");
-        WaitForAnythingUnfinished(child);
-        kill(child, signal);
-        EXPECT_EQ(ExitCodeOf(child), ExitInterrupted);
+        WriteModelFile(StiffenedPlateModel(12000), "model.txt");
+        EXPECT_EQ(InterruptWriting({"solve", "model.txt", "-q"}, "./Node_Dis.txt", signal), ExitInterrupted);
         EXPECT_FALSE(AnythingUnfinished());
-        EXPECT_FALSE(std::filesystem::exists("structure.dxf"));
+        EXPECT_FALSE(std::filesystem::exists("Node_Dis.txt"));
+        EXPECT_FALSE(std::filesystem::exists("structure.dxf")); // had been complete, but the run was not
         EXPECT_EQ(FileText("error.txt"), "\ninterrupted: no results were written\n");
     }
 }
 
-TEST(Program, InterruptedInRenumberingKeepsTheModel)
+TEST(Program, InterruptedWhileItWritesAModelKeepsTheOldOne)
 {
     const TemporaryDirectory directory;
-    WriteModelFile(StiffenedPlateModel(600000), "model.txt");
+    WriteModelFile(StiffenedPlateModel(12000), "model.txt");
     const std::string before = FileText("model.txt");
-    const pid_t child = Start({"renumber", "model.txt", "-o", "model.txt"}, "error.txt");
-    WaitForAnythingUnfinished(child);
-    kill(child, SIGINT);
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"renumber", "model.txt", "-o", "model.txt"},
+          std::vector<std::string>{"refine", "model.txt", "-k", "2", "-o", "model.txt"}}) {
+        EXPECT_EQ(InterruptWriting(arguments, "model.txt", SIGINT), ExitInterrupted);
+        EXPECT_FALSE(AnythingUnfinished());
+        EXPECT_TRUE(FileText("model.txt") == before);
+        EXPECT_EQ(FileText("error.txt"), "\ninterrupted: no results were written\n");
+    }
+}
+
+// The report goes into a pipe when the result files have their names.
+TEST(Program, InterruptedBehindTheResultFilesSaysThatTheyAreThere)
+{
+    const TemporaryDirectory directory;
+    WriteModelFile(StiffenedPlateModel(3000), "model.txt");
+    ASSERT_EQ(mkfifo("report.json", 0600), 0);
+    const pid_t child = Start({"solve", "model.txt", "-q", "--json", "report.json"});
+    while (!std::filesystem::exists("structure.dxf")) {
+        ASSERT_EQ(waitpid(child, nullptr, WNOHANG), 0);
+        usleep(1000);
+    }
+    kill(child, SIGINT); // nobody reads the pipe: the program is waiting for that
     EXPECT_EQ(ExitCodeOf(child), ExitInterrupted);
+    EXPECT_EQ(FileText("error.txt"), "\ninterrupted: the files written so far are complete\n");
     EXPECT_FALSE(AnythingUnfinished());
-    EXPECT_TRUE(FileText("model.txt") == before);
-    EXPECT_EQ(FileText("error.txt"), "\ninterrupted: no results were written\n");
 }
 
 // Without room for the new file the only copy stays.
@@ -302,7 +344,7 @@ TEST(Program, InterruptedAnywhereLeavesNothingUnfinished)
     WriteModelFile(StiffenedPlateModel(30000), "model.txt");
     for (const int signal : {SIGINT, SIGTERM}) {
         for (int milliseconds = 2; milliseconds < 400; milliseconds *= 2) {
-            const pid_t child = Start({"solve", "model.txt", "-q", "--json", "report.json"}, "error.txt");
+            const pid_t child = Start({"solve", "model.txt", "-q", "--json", "report.json"});
             usleep(1000u * static_cast<unsigned>(milliseconds));
             kill(child, signal);
             const int exitCode = ExitCodeOf(child);
