@@ -167,14 +167,15 @@ int Export(const char* modelFile, bool asTriangles, const char* calculixFile, co
     ShiftOrigin(model, model.StructureCentroid);
     ClampAndLoad(model);
     TextFile file;
-    if (!file.Open(calculixFile)) {
-        return 1;
+    if (file.Open(calculixFile)) {
+        WriteCalculixText(model, asTriangles, file.Text());
     }
-    WriteCalculixText(model, asTriangles, file.Text());
-    if (file.Close().outcome != FileOutcome::Written) {
-        return 1;
+    std::string fault = FileFault(file.Close());
+    if (fault.empty() && clampedFile != nullptr) {
+        fault = FileFault(WriteModelFile(model, clampedFile));
     }
-    return clampedFile == nullptr || WriteModelFile(model, clampedFile).outcome == FileOutcome::Written ? 0 : 1;
+    std::fputs(fault.c_str(), stderr);
+    return fault.empty() ? 0 : 1;
 }
 
 } // namespace

@@ -61,7 +61,9 @@ int main(int argc, char** argv)
         return PrintUsage();
     }
     const ModelStore model = chosen->make(equations);
-    if (WriteModelFile(model, argv[3]).outcome != FileOutcome::Written) {
+    const FileResult file = WriteModelFile(model, argv[3]);
+    if (file.outcome != FileOutcome::Written) {
+        std::fprintf(stderr, "%s\n", FileFault(file).c_str());
         return 1;
     }
     std::printf("%s: %d nodes, %lld equations, %d four-node shells, %d three-node shells, %d beams\n", argv[3],

@@ -8,25 +8,6 @@
 
 namespace tarnvexo {
 
-namespace {
-
-std::string UnfinishedName(const std::string& path)
-{
-    return path + ".unfinished";
-}
-
-[[noreturn]] void FailAt(const std::string& path, const std::error_code& error)
-{
-    throw RunFailure(ExitFile,
-                     path + ": error: this result file was not written" +
-                         (error ? ": " + error.message() : std::string()) +
-                         "\n"
-                         "  expected: a directory with room for the results, and no directory of this name in it\n"
-                         "  to do:    make room or choose another directory with -o DIR, then run again");
-}
-
-} // namespace
-
 ResultFiles::ResultFiles(const std::string& resultDirectory) : directory(resultDirectory)
 {
     std::error_code error;
@@ -40,38 +21,18 @@ ResultFiles::ResultFiles(const std::string& resultDirectory) : directory(resultD
     }
 }
 
-ResultFiles::~ResultFiles()
+void ResultFiles::Write(const char* name, const FileWriter& write)
 {
-    for (std::size_t i = committed; i < written.size(); ++i) {
-        std::error_code ignored;
-        std::filesystem::remove(UnfinishedName(written[i].path), ignored);
-        platform::KeepOnInterrupt(UnfinishedName(written[i].path));
-    }
-}
-
-void ResultFiles::Write(const char* name, const std::function<FileResult(const std::string& path)>& write)
-{
-    written.push_back({(std::filesystem::path(directory) / name).string(), 0});
-    const std::string unfinished = UnfinishedName(written.back().path);
-    platform::RemoveOnInterrupt(unfinished);
-    const FileResult result = write(unfinished); // tells on standard error what went wrong
-    if (result.outcome != FileOutcome::Written) {
-        FailAt(written.back().path, {});
-    }
-    written.back().bytes = result.bytes;
+    const std::string path = (std::filesystem::path(directory) / name).string();
+    const std::uint64_t bytes = files.emplace_back(path).Write(write);
+    written.push_back({path, bytes});
 }
 
 void ResultFiles::Commit()
 {
-    for (; committed < written.size(); ++committed) {
-        const std::string& path = written[committed].path;
-        std::error_code error;
-        std::filesystem::rename(UnfinishedName(path), path, error);
-        if (error) {
-            FailAt(path, error);
-        }
-        platform::KeepOnInterrupt(UnfinishedName(path));
-    }
+    const platform::InterruptionHold hold; // all or none
+    for (const UnfinishedFile& file : files) { file.CheckName(); }
+    for (UnfinishedFile& file : files) { file.Commit(); }
 }
 
 } // namespace tarnvexo

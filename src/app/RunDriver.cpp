@@ -101,6 +101,7 @@ int RunConsole()
     RequireCreated(WriteShellStresses(model, ShellStressFileName), messages::ShellStressFileError);
     AverageShellStresses(model);
     RequireCreated(WriteAveragedShellStresses(model, AveragedShellStressFileName), messages::ShellStressFileError);
+    RequireBeamSections(model);
     RecoverBeamSectionStresses(model);
     RequireCreated(WriteContourFile(model, ContourFileName), messages::ContourFileError);
     Warn(ResultWarning(model));

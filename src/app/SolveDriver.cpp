@@ -9,6 +9,7 @@
 #include "app/StageClock.h"
 #include "app/StiffnessSystem.h"
 #include "app/SupportReactions.h"
+#include "core/Units.h"
 #include "inertia/BalanceCheck.h"
 #include "inertia/MassOrthogonal.h"
 #include "inertia/StructureCentroid.h"
@@ -36,8 +37,6 @@
 namespace tarnvexo {
 
 namespace {
-
-constexpr double BytesToGigabytes = 1.0 / (1 << 30);
 
 // Sound models differ by 1e-9 and less.
 constexpr double EnergyTolerance = 1e-6;
@@ -270,7 +269,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 
     report.stages = clock.Times();
     report.seconds = clock.Seconds();
-    report.peakMemoryGigabytes = static_cast<double>(platform::PeakMemory()) * BytesToGigabytes;
+    report.peakMemoryGigabytes = static_cast<double>(platform::PeakMemory()) * GigabytesPerByte;
     return report;
 }
 
@@ -300,11 +299,11 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
     std::iota(numbers.begin(), numbers.end(), 0);
     const SkylineCost skyline = SkylineCostWith(BuildNodeGraph(model), numbers);
     report.skylineEntries = skyline.entries;
-    report.skylineGigabytes = static_cast<double>(skyline.entries) * sizeof(double) * BytesToGigabytes;
+    report.skylineGigabytes = static_cast<double>(skyline.entries) * sizeof(double) * GigabytesPerByte;
     report.skylineOperations = skyline.operations;
 
     clock.Next(); // analyse
-    report.availableMemoryGigabytes = static_cast<double>(platform::AvailableMemory()) * BytesToGigabytes;
+    report.availableMemoryGigabytes = static_cast<double>(platform::AvailableMemory()) * GigabytesPerByte;
     try {
         system.Analyse(modelFile);
     } catch (const RunFailure& tooLarge) {
@@ -323,7 +322,7 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
     // The factor is gone before the section meshes come.
     report.expectedMemoryGigabytes = (static_cast<double>(platform::ResidentMemory()) +
                                       std::max(FactorisationBytes(system.Size(), system.Pattern()), meshes.bytes)) *
-                                     BytesToGigabytes;
+                                     GigabytesPerByte;
     clock.End();
     return report;
 }

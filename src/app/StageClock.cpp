@@ -1,5 +1,6 @@
 #include "app/StageClock.h"
 
+#include "core/Units.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -10,8 +11,6 @@
 namespace tarnvexo {
 
 namespace {
-
-constexpr double BytesToGigabytes = 1.0 / (1 << 30);
 
 double SecondsBetween(std::chrono::steady_clock::time_point from, std::chrono::steady_clock::time_point to)
 {
@@ -40,7 +39,7 @@ void StageClock::End()
         return; // none is running
     }
     const double seconds = SecondsBetween(stageBegin, Clock::now());
-    times.push_back({stages[current - 1], seconds, static_cast<double>(platform::ResidentMemory()) * BytesToGigabytes});
+    times.push_back({stages[current - 1], seconds, static_cast<double>(platform::ResidentMemory()) * GigabytesPerByte});
     Tell(true, seconds);
 }
 
@@ -69,7 +68,7 @@ void StageClock::Tell(bool ended, double stageSeconds) const
     progress.stageSeconds = stageSeconds;
     progress.seconds = Seconds();
     progress.secondsLeft = SecondsLeft();
-    progress.memoryGigabytes = static_cast<double>(platform::ResidentMemory()) * BytesToGigabytes;
+    progress.memoryGigabytes = static_cast<double>(platform::ResidentMemory()) * GigabytesPerByte;
     listener(progress);
 }
 

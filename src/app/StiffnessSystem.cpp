@@ -4,6 +4,7 @@
 #include "app/RunFailure.h"
 #include "app/SparseAssembly.h"
 #include "core/Parallel.h"
+#include "core/Units.h"
 #include "platform/Platform.h"
 #include "solver/BandOrdering.h"
 #include "solver/NodeGraph.h"
@@ -20,7 +21,6 @@ namespace tarnvexo {
 
 namespace {
 
-constexpr double BytesToGigabytes = 1.0 / (1 << 30);
 constexpr const char* DofNames[DofsPerNode] = {"dx", "dy", "dz", "rx", "ry", "rz"};
 
 EngineKind KindFor(const ModelStore& model, SolverKind kind)
@@ -100,10 +100,11 @@ void StiffnessSystem::Analyse(const std::string& modelFile)
                                            "  to do:    use --solver sparse");
     }
     report.factorEntries = size.entries;
-    report.factorGigabytes = static_cast<double>(size.entries) * sizeof(double) * BytesToGigabytes;
+    report.factorGigabytes = static_cast<double>(size.entries) * sizeof(double) * GigabytesPerByte;
     report.factorOperations = size.operations;
 
-    const double needed = FactorisationBytes(size, matrix.pattern);
+    const double needed =
+        FactorisationBytes(size, matrix.pattern) + (platform::AddressesAreLimited() ? size.addressedBytes : 0.0);
     const double available = static_cast<double>(platform::AvailableMemory());
     if (available > 0.0 && needed > available) {
         char text[400];
@@ -111,7 +112,7 @@ void StiffnessSystem::Analyse(const std::string& modelFile)
                       ": error: the equations of %d nodes need %.3g GB to be solved, their factor %.3g GB of it\n"
                       "  expected: at most %.3g GB, the memory that is free now\n"
                       "  to do:    close other programs, take a machine with more memory, or coarsen the mesh",
-                      model.NPOIN, needed * BytesToGigabytes, report.factorGigabytes, available * BytesToGigabytes);
+                      model.NPOIN, needed * GigabytesPerByte, report.factorGigabytes, available * GigabytesPerByte);
         throw RunFailure(ExitNumerical, modelFile + text);
     }
 }

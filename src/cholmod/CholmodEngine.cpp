@@ -27,7 +27,9 @@ namespace {
 
 using Index = SuiteSparse_long;
 
-constexpr std::size_t LargeBlock = std::size_t(4) << 20;       // bytes
+constexpr std::size_t LargeBlock = std::size_t(4) << 20; // bytes
+// OpenBLAS's buffer, and a stack. Where such a buffer cannot be addressed, OpenBLAS asks for it for ever.
+constexpr double AddressedPerThread = 1.5e8;                   // bytes
 constexpr std::size_t PopulatedAtOnce = std::size_t(16) << 20; // bytes
 
 // Large blocks on large pages: the factor is then touched for the first time in a fraction of the time.
@@ -191,6 +193,7 @@ FactorSize CholmodEngine::Analyse(const BlockPattern& pattern)
     }
     const double indexBytes = static_cast<double>(rows.size()) * BlockEntries * sizeof(Index);
     size.bytes = static_cast<double>(factor->xsize + factor->maxcsize) * sizeof(double) + indexBytes;
+    size.addressedBytes = ThreadCount() * AddressedPerThread;
     return size;
 }
 

@@ -3,6 +3,7 @@
 #include "app/SolveDriver.h"
 
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <new>
 
@@ -29,6 +30,13 @@ int RunReportingFailures(const std::function<int()>& command)
                      "  to do:    look at its permissions and at the room on the disk\n",
                      error.path1().string().c_str(), error.code().message().c_str());
         return ExitFile;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr,
+                     "tarnvexo: error: %s\n"
+                     "  expected: a system that grants threads and memory, and a program without this fault\n"
+                     "  to do:    close other programs and run again; if it fails again, report it with the model\n",
+                     error.what());
+        return ExitNumerical;
     }
 }
 

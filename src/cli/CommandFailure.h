@@ -7,7 +7,8 @@
 namespace tarnvexo {
 
 // Runs a command and returns its exit code. RunFailure gives its text and its code; memory that runs out gives a
-// message and ExitNumerical; a file system that refuses gives the system's reason and ExitFile.
+// message and ExitNumerical; a file system that refuses gives the system's reason and ExitFile; any other exception its
+// text and ExitNumerical.
 int RunReportingFailures(const std::function<int()>& command);
 
 } // namespace tarnvexo

@@ -2,10 +2,10 @@
 
 #include "app/AssemblyDriver.h"
 #include "app/SolveDriver.h"
+#include "app/UnfinishedFile.h"
 #include "platform/Platform.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -20,13 +20,6 @@ namespace fs = std::filesystem;
 fs::path PathOf(const std::string& text)
 {
     return fs::path(std::u8string(text.begin(), text.end()));
-}
-
-[[noreturn]] void FailToWrite(const std::string& file, int error)
-{
-    throw RunFailure(ExitFile, file + ": error: the text cannot be written: " + std::strerror(error) +
-                                   "\n  expected: a place that may be written to and has room"
-                                   "\n  to do:    name another place");
 }
 
 } // namespace
@@ -69,22 +62,21 @@ void RequireDirectoryOf(const std::string& file)
 
 void WriteTextFile(const std::string& file, const std::string& text)
 {
-    std::FILE* stream = std::fopen(file.c_str(), "wb");
-    if (stream == nullptr) {
-        FailToWrite(file, errno);
-    }
-    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
-    const int writeError = errno;
-    const bool closed = std::fclose(stream) == 0;
-    if (!written || !closed) {
-        FailToWrite(file, written ? errno : writeError);
-    }
+    WriteWhole(file, [&](const std::string& path) {
+        TextFile stream;
+        stream.Open(path);
+        stream.Append(text);
+        return stream.Close();
+    });
 }
 
 void WriteOutput(const std::string& text)
 {
     if (!platform::WriteUtf8Output(text)) {
-        FailToWrite("standard output", errno);
+        throw RunFailure(ExitFile, std::string("standard output: error: the text cannot be written: ") +
+                                       std::strerror(errno) +
+                                       "\n  expected: a place that may be written to and has room"
+                                       "\n  to do:    name another place");
     }
 }
 

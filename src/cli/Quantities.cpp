@@ -26,6 +26,14 @@ std::string ThreeDigits(double value, const char* unit)
     return text;
 }
 
+// Decimal multiples: 1 kB = 1000 bytes.
+std::string SizeText(double bytes)
+{
+    return bytes < 999.5e3   ? ThreeDigits(bytes / 1e3, "kB")
+           : bytes < 999.5e6 ? ThreeDigits(bytes / 1e6, "MB")
+                             : ThreeDigits(bytes / 1e9, "GB");
+}
+
 } // namespace
 
 const UnitTexts& TextsOfUnits(UnitSystem units)
@@ -80,18 +88,12 @@ std::string EstimateText(double seconds)
 
 std::string MemoryText(double gigabytes)
 {
-    return gigabytes < 0.1 ? ThreeDigits(gigabytes * 1000.0, "MB") : ThreeDigits(gigabytes, "GB");
+    return SizeText(gigabytes * 1e9);
 }
 
 std::string FileSizeText(std::uint64_t bytes)
 {
-    const double size = static_cast<double>(bytes);
-    if (bytes < 1000) {
-        return CountText(static_cast<std::int64_t>(bytes), "byte");
-    }
-    return size < 999.5e3   ? ThreeDigits(size / 1e3, "kB")
-           : size < 999.5e6 ? ThreeDigits(size / 1e6, "MB")
-                            : ThreeDigits(size / 1e9, "GB");
+    return bytes < 1000 ? CountText(static_cast<std::int64_t>(bytes), "byte") : SizeText(static_cast<double>(bytes));
 }
 
 std::string CountText(std::int64_t count, const char* noun)

@@ -39,7 +39,7 @@ std::string DurationText(double seconds);
 // An estimate: "about 3 s", "about 4 min 05 s", "less than 1 s"
 std::string EstimateText(double seconds);
 
-// 0.412 GB; below a tenth of a gigabyte in MB
+// 412 MB, 1.20 GB; decimal multiples, as of files: 1 GB = 1e9 bytes
 std::string MemoryText(double gigabytes);
 
 // 812 bytes, 12.4 kB, 3.21 MB; decimal multiples

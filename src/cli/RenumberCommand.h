@@ -6,7 +6,8 @@
 
 namespace tarnvexo {
 
-// Returns ExitGood, or ExitFile after the writer's message; throws RunFailure.
+// Returns ExitGood; throws RunFailure. The file is replaced when the new one is complete: MODEL and OUT may be the
+// same.
 int RunRenumberCommand(const RenumberCommand& command);
 
 } // namespace tarnvexo

@@ -54,7 +54,9 @@ struct BeamPropertyRef {
 };
 
 struct BeamSectionRef {
-    int BeamSecType = 0;  // BeamSectionType; any other number stops the run when beam stresses are recovered
+    // BeamSectionType. Any other number is refused by `solve` and `info` once the model is read; it ends the console
+    // run before beam stresses are recovered, when displacements and shell stresses are written.
+    int BeamSecType = 0;
     int BeamSecIndex = 0; // row in the table of that type
     double BeamSecOz = 0.0;
     bool BeamSecMirrored = false;

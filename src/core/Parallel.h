@@ -22,7 +22,8 @@ void SetThreadCount(int count);
 // Called for each range [begin, end) of at most `grain` indices of 0 ... count - 1; grain > 0.
 using RangeBody = std::function<void(std::size_t begin, std::size_t end)>;
 
-// Returns when every range is done. A range that throws stops the loop; the exception comes out here.
+// Returns when every range is done, by fewer threads where the system does not give as many. A range that throws stops
+// the loop; the exception comes out here.
 void ParallelFor(std::size_t count, std::size_t grain, const RangeBody& body);
 
 } // namespace tarnvexo

@@ -21,6 +21,7 @@
 #include <cstdio>
 #include <functional>
 #include <queue>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -259,16 +260,6 @@ bool HasKnownSection(const ModelStore& model, int b)
     FailWithPause(messages::BeamSectionTypeError);
 }
 
-// The run ends at the first beam of unknown type, before threads divide the beams among them.
-void CheckSectionTypes(const ModelStore& model)
-{
-    for (int b = 0; b < model.NELEM_B; ++b) {
-        if (!HasKnownSection(model, b)) {
-            FailOnUnknownSection(model, b);
-        }
-    }
-}
-
 // Memory of a beam's section mesh as it is kept, and the entries of its skyline, as upper bounds.
 struct SectionSize {
     double bytes;
@@ -300,7 +291,8 @@ SectionOutline OutlineOfBeam(const ModelStore& model, int b)
     case CSection:
         return TubeOutline(model.CBeamSections[ref.BeamSecIndex], ref.BeamSecOz);
     default:
-        FailOnUnknownSection(model, b);
+        throw std::invalid_argument("beam " + std::to_string(b) + " has section type " +
+                                    std::to_string(ref.BeamSecType));
     }
 }
 
@@ -358,13 +350,21 @@ SectionMeshSize MeasureSectionMeshes(const ModelStore& model)
     return sum;
 }
 
-void RecoverBeamSectionStresses(ModelStore& model)
+void RequireBeamSections(const ModelStore& model)
 {
     const std::string fault = MeasureSectionMeshes(model).fault;
     if (!fault.empty()) {
         FailWithDiagnostic(fault.c_str());
     }
-    CheckSectionTypes(model);
+    for (int b = 0; b < model.NELEM_B; ++b) {
+        if (!HasKnownSection(model, b)) {
+            FailOnUnknownSection(model, b);
+        }
+    }
+}
+
+void RecoverBeamSectionStresses(ModelStore& model)
+{
     const std::size_t beams = static_cast<std::size_t>(model.NELEM_B);
     model.BeamStressRecords.clear();
     model.BeamStressRecords.resize(beams);

@@ -1,9 +1,9 @@
 // output/BeamSectionStress.h
 // Beam stresses on the real section walls: every beam becomes a small shell model of its own length, whose end nodes
 // are tied to the first and last ring of walls by very stiff links and receive the beam's end displacements. Fills
-// ModelStore::BeamStressRecords: mesh, displacements, raw corner stresses and their averages. Errors: a section type
-// other than T, L, C ends the run with a message; a beam that would need more wall patches than memory or 32-bit
-// addresses hold ends it with a diagnostic.
+// ModelStore::BeamStressRecords: mesh, displacements, raw corner stresses and their averages. Callers check
+// first: section types, and MeasureSectionMeshes for beams that need more wall patches than memory or 32-bit addresses
+// hold.
 #pragma once
 
 #include "core/ModelStore.h"
@@ -13,7 +13,11 @@
 
 namespace tarnvexo {
 
+// Section types have been checked; one other than T, L, C throws std::invalid_argument.
 void RecoverBeamSectionStresses(ModelStore& model);
+
+// The checks of the console run: meshes too large end it with a diagnostic, an unknown section type with a message.
+void RequireBeamSections(const ModelStore& model);
 
 // What the section meshes of all beams will take, before the first is built: upper bounds. Beams behind one of unknown
 // type do not count.
@@ -25,7 +29,7 @@ struct SectionMeshSize {
 };
 SectionMeshSize MeasureSectionMeshes(const ModelStore& model);
 
-// Outline of the section of beam b. A section type other than T, L, C ends the run.
+// Outline of the section of beam b. A section type other than T, L, C throws std::invalid_argument.
 SectionOutline OutlineOfBeam(const ModelStore& model, int b);
 
 // Slices along the beam: its length in longest wall segments, rounded down, at least one; one also where the quotient

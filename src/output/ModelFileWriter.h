@@ -16,7 +16,6 @@ namespace tarnvexo {
 
 void WriteModelText(const ModelStore& model, TextWriter& text);
 
-// Standard error tells why a file could not be created or written to its end.
 FileResult WriteModelFile(const ModelStore& model, const std::string& path);
 
 } // namespace tarnvexo

@@ -7,8 +7,28 @@
 
 namespace tarnvexo {
 
+std::string FileFault(const FileResult& file)
+{
+    switch (file.outcome) {
+    case FileOutcome::NotCreated:
+        return file.path + ": error: the file cannot be created: " + file.reason +
+               "\n"
+               "  expected: a directory that can be written, with no directory or protected file of this name\n"
+               "  to do:    make room for it, or copy the model to another directory, then run again";
+    case FileOutcome::Incomplete:
+        return file.path + ": error: the file could not be written to its end: " + file.reason +
+               "\n"
+               "  expected: room for the whole file where it is written\n"
+               "  to do:    do not use this file; make room or choose another directory, then run again";
+    case FileOutcome::Written:
+        break;
+    }
+    return "";
+}
+
 void RequireCreated(const FileResult& file, const char* message)
 {
+    Warn(FileFault(file));
     if (file.outcome == FileOutcome::NotCreated) {
         FailWithKey(message);
     }
@@ -25,15 +45,11 @@ bool TextFile::Open(const std::string& path)
 {
     Close();
     result = {};
-    name = path;
+    result.path = path;
     file = std::fopen(path.c_str(), "w");
     if (file == nullptr) {
         result.outcome = FileOutcome::NotCreated;
-        std::fprintf(stderr,
-                     "%s: error: the file cannot be created: %s\n"
-                     "  expected: a directory that can be written, with no directory or protected file of this name\n"
-                     "  to do:    make room for it, or copy the model to another directory, then run again\n",
-                     name.c_str(), std::strerror(errno));
+        result.reason = std::strerror(errno);
         return false;
     }
     std::setvbuf(file, nullptr, _IONBF, 0); // the writer's buffer is the only one
@@ -48,7 +64,7 @@ FileResult TextFile::Close()
         const bool closed = std::fclose(file) == 0;
         file = nullptr;
         if (!closed) {
-            ReportFailure(errno);
+            Fail(errno);
         }
     }
     return result;
@@ -68,19 +84,15 @@ void TextFile::Write(std::string_view text)
     const std::size_t taken = std::fwrite(text.data(), 1, text.size(), file);
     result.bytes += taken;
     if (taken != text.size()) {
-        ReportFailure(errno);
+        Fail(errno);
     }
 }
 
-void TextFile::ReportFailure(int error)
+void TextFile::Fail(int error)
 {
     if (result.outcome == FileOutcome::Written) {
         result.outcome = FileOutcome::Incomplete;
-        std::fprintf(stderr,
-                     "%s: error: the file could not be written to its end: %s\n"
-                     "  expected: room for the whole file where it is written\n"
-                     "  to do:    do not use this file; make room or choose another directory, then run again\n",
-                     name.c_str(), std::strerror(error));
+        result.reason = std::strerror(error);
     }
 }
 

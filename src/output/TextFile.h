@@ -6,8 +6,8 @@
 //     file.Text().Integer(7).Text(":").EndLine();
 //     file.Close();
 //
-// Errors are reported on standard error with the file's name and the system's reason, once per file; nothing ends the
-// process. Every procedure that writes a result file hands its outcome on to the caller.
+// Errors: nothing is printed and nothing ends the process. Every procedure that writes a file hands what became of it,
+// with the system's reason, on to the caller.
 #pragma once
 
 #include "core/TextWriter.h"
@@ -29,10 +29,15 @@ enum class FileOutcome {
 struct FileResult {
     FileOutcome outcome = FileOutcome::Written;
     std::uint64_t bytes = 0; // taken by the system, a line end counted as one
+    std::string path;
+    std::string reason; // of the system, why it is not written
 };
 
-// For the console run: a file that could not be created ends the run after `message` and one key. After an incomplete
-// one the run goes on, since the other files may still be good.
+// Message for a file that is not written whole, without a line end behind it; "" for one that is.
+std::string FileFault(const FileResult& file);
+
+// For the console run: tells on standard error what is wrong with the file. One that could not be created ends the run
+// after `message` and one key. After an incomplete one the run goes on, since the other files may still be good.
 void RequireCreated(const FileResult& file, const char* message);
 
 class TextFile {
@@ -57,9 +62,8 @@ public:
 
 private:
     void Write(std::string_view text);
-    void ReportFailure(int error);
+    void Fail(int error);
 
-    std::string name;
     std::FILE* file = nullptr;
     FileResult result;
     TextWriter writer;

@@ -62,6 +62,9 @@ bool ErrorLinesCanBeRewritten();
 // Memory that this process can still get without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
 
+// True when the process may address less than the system could give it ("ulimit -v", a batch system).
+bool AddressesAreLimited();
+
 // Memory of this process, in bytes: what it holds now, and the most it has held; 0 when the system does not tell.
 std::uint64_t ResidentMemory();
 std::uint64_t PeakMemory();
@@ -78,6 +81,22 @@ void PopulatePages(void* array, std::size_t bytes);
 // KeepOnInterrupt takes one from the list.
 void RemoveOnInterrupt(const std::string& path);
 void KeepOnInterrupt(const std::string& path);
+
+// The notice of an interruption says that nothing was written; from now on that what was written is complete.
+void TellOnInterruptOfWrittenFiles();
+
+// While one lives, an interruption waits. For steps that belong together; they may be nested.
+class InterruptionHold {
+public:
+    InterruptionHold();
+    ~InterruptionHold();
+
+    InterruptionHold(const InterruptionHold&) = delete;
+    InterruptionHold& operator=(const InterruptionHold&) = delete;
+};
+
+// Number of this process, of which no other one running has the same.
+int ProcessId();
 
 // From now on an interruption ends the process with exit code 130 and a notice on standard error. To be called before
 // the process starts threads.

@@ -322,6 +322,12 @@ std::uint64_t AvailableMemory()
     return available;
 }
 
+bool AddressesAreLimited()
+{
+    rlimit addresses;
+    return getrlimit(RLIMIT_AS, &addresses) == 0 && addresses.rlim_cur != RLIM_INFINITY;
+}
+
 std::uint64_t ResidentMemory()
 {
     return OwnMemory().resident;
@@ -376,17 +382,19 @@ namespace {
 
 constexpr int InterruptExitCode = 130;
 
-std::mutex unfinishedFilesMutex;
+std::recursive_mutex interruptMutex; // held while files take their names
 std::vector<std::string> unfinishedFiles;
+bool filesAreWritten = false;
 
 // Waits for an interruption and ends the process.
 void EndWhenInterrupted(sigset_t signals)
 {
     int signal = 0;
     sigwait(&signals, &signal);
-    const std::lock_guard lock(unfinishedFilesMutex);
+    const std::lock_guard lock(interruptMutex);
     for (const std::string& path : unfinishedFiles) { unlink(path.c_str()); }
-    constexpr std::string_view notice = "\ninterrupted: no results were written\n";
+    const std::string_view notice = filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
+                                                    : "\ninterrupted: no results were written\n";
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, notice.data(), notice.size());
     _exit(InterruptExitCode);
 }
@@ -395,14 +403,35 @@ void EndWhenInterrupted(sigset_t signals)
 
 void RemoveOnInterrupt(const std::string& path)
 {
-    const std::lock_guard lock(unfinishedFilesMutex);
+    const std::lock_guard lock(interruptMutex);
     unfinishedFiles.push_back(path);
 }
 
 void KeepOnInterrupt(const std::string& path)
 {
-    const std::lock_guard lock(unfinishedFilesMutex);
+    const std::lock_guard lock(interruptMutex);
     std::erase(unfinishedFiles, path);
+}
+
+void TellOnInterruptOfWrittenFiles()
+{
+    const std::lock_guard lock(interruptMutex);
+    filesAreWritten = true;
+}
+
+InterruptionHold::InterruptionHold()
+{
+    interruptMutex.lock();
+}
+
+InterruptionHold::~InterruptionHold()
+{
+    interruptMutex.unlock();
+}
+
+int ProcessId()
+{
+    return getpid();
 }
 
 // A thread waits for the signals, and all others do not get them. Handlers would not do: METIS puts its own in place of

@@ -152,6 +152,11 @@ std::uint64_t AvailableMemory()
 }
 
 // Large pages need a privilege that users do not have.
+bool AddressesAreLimited()
+{
+    return false;
+}
+
 std::uint64_t ResidentMemory()
 {
     PROCESS_MEMORY_COUNTERS counters;
@@ -172,13 +177,17 @@ namespace {
 
 constexpr UINT InterruptExitCode = 130;
 
-std::mutex unfinishedMutex;
+std::recursive_mutex interruptMutex; // held while files take their names
 std::vector<std::string> unfinishedPaths;
+bool filesAreWritten = false;
 
 BOOL WINAPI EndInterrupted(DWORD)
 {
-    const std::lock_guard lock(unfinishedMutex);
+    const std::lock_guard lock(interruptMutex);
     for (const std::string& path : unfinishedPaths) { DeleteFileW(Utf8ToWide(path).c_str()); }
+    std::fputs(filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
+                               : "\ninterrupted: no results were written\n",
+               stderr);
     ExitProcess(InterruptExitCode);
 }
 
@@ -186,14 +195,35 @@ BOOL WINAPI EndInterrupted(DWORD)
 
 void RemoveOnInterrupt(const std::string& path)
 {
-    const std::lock_guard lock(unfinishedMutex);
+    const std::lock_guard lock(interruptMutex);
     unfinishedPaths.push_back(path);
 }
 
 void KeepOnInterrupt(const std::string& path)
 {
-    const std::lock_guard lock(unfinishedMutex);
+    const std::lock_guard lock(interruptMutex);
     std::erase(unfinishedPaths, path);
+}
+
+void TellOnInterruptOfWrittenFiles()
+{
+    const std::lock_guard lock(interruptMutex);
+    filesAreWritten = true;
+}
+
+InterruptionHold::InterruptionHold()
+{
+    interruptMutex.lock();
+}
+
+InterruptionHold::~InterruptionHold()
+{
+    interruptMutex.unlock();
+}
+
+int ProcessId()
+{
+    return static_cast<int>(GetCurrentProcessId());
 }
 
 void ExitOnInterrupt()

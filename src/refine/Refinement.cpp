@@ -1,9 +1,8 @@
 #include "refine/Refinement.h"
 
-#include "core/Failure.h"
+#include "elements/ModelSetUp.h"
 #include "elements/ShellPressureLoad.h"
 #include "elements/ShellTransform.h"
-#include "elements/ModelSetUp.h"
 
 #include <algorithm>
 #include <cassert>
@@ -12,6 +11,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+#include <stdexcept>
 #include <utility>
 
 namespace tarnvexo {
@@ -56,7 +56,7 @@ private:
     std::vector<Edge> edges;
 };
 
-// Ends the run when there would be more records than the model file's numbers can count.
+// Throws when there would be more records than the model file's numbers can count.
 void CheckCount(double count, const char* records, int k)
 {
     constexpr int most = std::numeric_limits<int>::max();
@@ -67,7 +67,7 @@ void CheckCount(double count, const char* records, int k)
                       "  expected: %d or fewer, since counts and numbers of the model file have 32 bits\n"
                       "  to do:    refine by a smaller number",
                       k, count, records, most);
-        FailWithDiagnostic(text);
+        throw std::length_error(text);
     }
 }
 

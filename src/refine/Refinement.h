@@ -20,7 +20,7 @@
 namespace tarnvexo {
 
 // fine is filled whole, as the reader would; k = 1 gives the tables of the coarse model. k >= 1.
-// Errors: a count beyond 32 bits ends the run with a message.
+// Errors: a count beyond 32 bits throws std::length_error with a message (what, expected, to do).
 void RefineModel(const ModelStore& coarse, int k, ModelStore& fine);
 
 } // namespace tarnvexo

@@ -4,10 +4,12 @@
 #include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <sys/resource.h>
 
 namespace tarnvexo {
 namespace {
@@ -20,7 +22,6 @@ std::string FileText(const std::string& name)
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-// Writes a text and tells so; standard error of failures goes nowhere.
 std::function<FileResult(const std::string&)> Writer(const std::string& text)
 {
     return [text](const std::string& path) {
@@ -33,6 +34,34 @@ std::function<FileResult(const std::string&)> Writer(const std::string& text)
     };
 }
 
+long EntriesOfDirectory()
+{
+    return std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator());
+}
+
+// While one lives, files cannot grow beyond so many bytes: as on a full disk, writing fails in the middle.
+class SmallFiles {
+public:
+    explicit SmallFiles(rlim_t bytes) : handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit small = {bytes, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~SmallFiles()
+    {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    }
+
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+
+private:
+    void (*handler)(int);
+    rlimit before;
+};
+
 // Text of the failure; "" when there was none.
 std::string FailureOf(const std::function<void()>& action)
 {
@@ -44,7 +73,7 @@ std::string FailureOf(const std::function<void()>& action)
         EXPECT_EQ(failure.exitCode, ExitFile);
         text = failure.what();
     }
-    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), ""); // the failure tells everything, and once
     return text;
 }
 
@@ -82,39 +111,57 @@ TEST(ResultFiles, SayWhenTheDirectoryCannotBeWritten)
     }
     ResultFiles files("/proc/self/task");
     const std::string failure = FailureOf([&] { files.Write("result.txt", Writer("text")); });
-    EXPECT_EQ(failure.find("/proc/self/task/result.txt: error: this result file was not written\n"), 0u) << failure;
-    EXPECT_NE(failure.find("\n  expected: a directory with room for the results"), std::string::npos) << failure;
+    EXPECT_EQ(failure.find("/proc/self/task/result.txt: error: this file was not written: "), 0u) << failure;
+    EXPECT_NE(failure.find("\n  expected: a place that may be written to and has room"), std::string::npos) << failure;
 }
 
-TEST(ResultFiles, LeaveNothingWhenADirectoryBearsTheName)
+// The directory is under the last name: the files before it are not replaced either.
+TEST(ResultFiles, ReplaceNothingWhenADirectoryBearsAName)
 {
     const TemporaryDirectory directory;
+    std::ofstream("first.txt") << "of an earlier run";
     std::filesystem::create_directories("result.txt/kept");
     {
         ResultFiles files(".");
+        files.Write("first.txt", Writer("text"));
         files.Write("result.txt", Writer("text"));
         const std::string failure = FailureOf([&] { files.Commit(); });
-        EXPECT_EQ(failure.find("./result.txt: error: this result file was not written: "), 0u) << failure;
+        EXPECT_EQ(failure.find("./result.txt: error: this file was not written: Is a directory\n"), 0u) << failure;
     }
+    EXPECT_EQ(FileText("first.txt"), "of an earlier run");
     EXPECT_TRUE(std::filesystem::is_directory("result.txt/kept"));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 1);
+    EXPECT_EQ(EntriesOfDirectory(), 2);
 }
 
-TEST(ResultFiles, LeaveNothingNewWhenTheDiskIsFull)
+TEST(ResultFiles, LeaveNothingNewWhenThereIsNoRoom)
 {
-    if (!std::filesystem::exists("/dev/full")) {
-        GTEST_SKIP() << "no /dev/full here";
-    }
     const TemporaryDirectory directory;
     std::ofstream("result.txt") << "of an earlier run";
-    std::filesystem::create_symlink("/dev/full", "result.txt.unfinished");
+    const SmallFiles limit(50000);
     {
         ResultFiles files(".");
         const std::string failure = FailureOf([&] { files.Write("result.txt", Writer(std::string(100000, 'x'))); });
-        EXPECT_EQ(failure.find("./result.txt: error: this result file was not written\n"), 0u) << failure;
+        EXPECT_EQ(failure.find("./result.txt: error: this file was not written: File too large\n"), 0u) << failure;
     }
     EXPECT_EQ(FileText("result.txt"), "of an earlier run");
-    EXPECT_FALSE(std::filesystem::is_symlink("result.txt.unfinished"));
+    EXPECT_EQ(EntriesOfDirectory(), 1);
+}
+
+// Two runs: the second has begun when the first ends.
+TEST(ResultFiles, OfTwoRunsInOneDirectoryAreApart)
+{
+    const TemporaryDirectory directory;
+    ResultFiles files(".");
+    files.Write("a.txt", Writer("of the first"));
+    const test::ChildResult second = test::RunInChild([] {
+        ResultFiles others(".");
+        others.Write("a.txt", Writer("of the second"));
+        others.Commit();
+    });
+    EXPECT_EQ(second.exitCode, 0);
+    EXPECT_EQ(FileText("a.txt"), "of the second");
+    files.Commit();
+    EXPECT_EQ(FileText("a.txt"), "of the first");
 }
 
 // Until all files of a run are complete, those of an earlier one are still there.
@@ -130,7 +177,7 @@ TEST(ResultFiles, KeepEarlierFilesUntilAllNewOnesAreComplete)
     files.Commit();
     EXPECT_EQ(FileText("a.txt"), "new");
     EXPECT_EQ(FileText("b.txt"), "new too");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 2);
+    EXPECT_EQ(EntriesOfDirectory(), 2);
 }
 
 TEST(ResultFiles, RemoveWhatARunThatFailedHasWritten)
@@ -142,7 +189,23 @@ TEST(ResultFiles, RemoveWhatARunThatFailedHasWritten)
         files.Write("a.txt", Writer("new"));
     }
     EXPECT_EQ(FileText("a.txt"), "of an earlier run");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 1);
+    EXPECT_EQ(EntriesOfDirectory(), 1);
+}
+
+TEST(UnfinishedFile, FollowsALink)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("model.txt") << "old";
+    std::filesystem::create_symlink("model.txt", "link.txt");
+    WriteWhole("link.txt", Writer("new"));
+    EXPECT_TRUE(std::filesystem::is_symlink("link.txt"));
+    EXPECT_EQ(FileText("model.txt"), "new");
+}
+
+TEST(UnfinishedFile, WritesADeviceUnderItsName)
+{
+    WriteWhole("/dev/null", Writer("text"));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
 } // namespace

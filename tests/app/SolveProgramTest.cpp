@@ -189,8 +189,14 @@ TEST(Program, RefusesWhatMemoryDoesNotHoldBeforeTheWorkBegins)
     EXPECT_EQ(run.files.size(), 1u);
 }
 
-// Starts the program in the current directory; its report goes nowhere.
-pid_t Start(const std::vector<std::string>& arguments)
+std::string UnfinishedName(const std::string& file, pid_t process)
+{
+    return file + "." + std::to_string(process) + ".unfinished";
+}
+
+// Starts the program in the current directory; its report goes nowhere, standard error into error.txt. When a file is
+// named, its unfinished form is there already, as a pipe.
+pid_t Start(const std::vector<std::string>& arguments, const std::string& pipedFile = {})
 {
     std::vector<char*> words = {const_cast<char*>(TARNVEXO_PROGRAM)};
     for (const std::string& argument : arguments) { words.push_back(const_cast<char*>(argument.c_str())); }
@@ -198,6 +204,10 @@ pid_t Start(const std::vector<std::string>& arguments)
     const pid_t child = fork();
     if (child == 0) {
         dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        dup2(open("error.txt", O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+        if (!pipedFile.empty()) {
+            mkfifo(UnfinishedName(pipedFile, getpid()).c_str(), 0600);
+        }
         execv(words[0], words.data());
         _exit(127);
     }
@@ -221,28 +231,110 @@ bool AnythingUnfinished()
     return false;
 }
 
-// The unfinished file is a pipe that is read no further than its first byte: the program is certain to be in the midst
-// of writing when the signal comes.
+// Interrupts the program in the midst of writing a file: that is a pipe, read no further than its first byte. Returns
+// the exit code.
+int InterruptWriting(const std::vector<std::string>& arguments, const std::string& file, int signal)
+{
+    const pid_t child = Start(arguments, file);
+    const std::string pipe = UnfinishedName(file, child);
+    int reader = -1;
+    char byte = 0;
+    while (reader < 0 || read(reader, &byte, 1) != 1) {
+        int status = 0;
+        if (waitpid(child, &status, WNOHANG) != 0) {
+            ADD_FAILURE() << "the program ended before it wrote " << file;
+            return -1;
+        }
+        if (reader < 0) {
+            reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+        }
+        usleep(1000);
+    }
+    kill(child, signal);
+    const int exitCode = ExitCodeOf(child);
+    close(reader);
+    return exitCode;
+}
+
 TEST(Program, InterruptedWhileItWritesLeavesNothingUnfinished)
 {
     for (const int signal : {SIGINT, SIGTERM}) {
         const TemporaryDirectory directory;
         WriteModelFile(StiffenedPlateModel(12000), "model.txt");
-        ASSERT_EQ(mkfifo("Node_Dis.txt.unfinished", 0600), 0);
-        const int reader = open("Node_Dis.txt.unfinished", O_RDONLY | O_NONBLOCK);
-        const pid_t child = Start({"solve", "model.txt", "-q"});
-        char byte = 0;
-        while (read(reader, &byte, 1) != 1) {
-            ASSERT_EQ(waitpid(child, nullptr, WNOHANG), 0); // it is still there
-            usleep(1000);
-        }
-        kill(child, signal);
-        EXPECT_EQ(ExitCodeOf(child), ExitInterrupted);
-        close(reader);
+        EXPECT_EQ(InterruptWriting({"solve", "model.txt", "-q"}, "./Node_Dis.txt", signal), ExitInterrupted);
         EXPECT_FALSE(AnythingUnfinished());
         EXPECT_FALSE(std::filesystem::exists("Node_Dis.txt"));
         EXPECT_FALSE(std::filesystem::exists("structure.dxf")); // had been complete, but the run was not
+        EXPECT_EQ(FileText("error.txt"), "\ninterrupted: no results were written\n");
     }
+}
+
+TEST(Program, InterruptedWhileItWritesAModelKeepsTheOldOne)
+{
+    const TemporaryDirectory directory;
+    WriteModelFile(StiffenedPlateModel(12000), "model.txt");
+    const std::string before = FileText("model.txt");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"renumber", "model.txt", "-o", "model.txt"},
+          std::vector<std::string>{"refine", "model.txt", "-k", "2", "-o", "model.txt"}}) {
+        EXPECT_EQ(InterruptWriting(arguments, "model.txt", SIGINT), ExitInterrupted);
+        EXPECT_FALSE(AnythingUnfinished());
+        EXPECT_TRUE(FileText("model.txt") == before);
+        EXPECT_EQ(FileText("error.txt"), "\ninterrupted: no results were written\n");
+    }
+}
+
+// The report goes into a pipe when the result files have their names.
+TEST(Program, InterruptedBehindTheResultFilesSaysThatTheyAreThere)
+{
+    const TemporaryDirectory directory;
+    WriteModelFile(StiffenedPlateModel(3000), "model.txt");
+    ASSERT_EQ(mkfifo("report.json", 0600), 0);
+    const pid_t child = Start({"solve", "model.txt", "-q", "--json", "report.json"});
+    while (!std::filesystem::exists("structure.dxf")) {
+        ASSERT_EQ(waitpid(child, nullptr, WNOHANG), 0);
+        usleep(1000);
+    }
+    kill(child, SIGINT); // nobody reads the pipe: the program is waiting for that
+    EXPECT_EQ(ExitCodeOf(child), ExitInterrupted);
+    EXPECT_EQ(FileText("error.txt"), "\ninterrupted: the files written so far are complete\n");
+    EXPECT_FALSE(AnythingUnfinished());
+}
+
+// Without room for the new file the only copy stays.
+TEST(Program, WritesModelsWholeOrNotAtAll)
+{
+    const std::string model = GeneratedText(StiffenedPlateModel(12000));
+    for (const std::string command : {"renumber", "refine -k 2"}) {
+        const ProgramRun run = RunProgram(
+            {.program = "/bin/sh",
+             .arguments = {"-c", "trap '' XFSZ; ulimit -f 20; exec \"" TARNVEXO_PROGRAM "\" " + command + " m -o m"},
+             .files = {{"m", model}}});
+        EXPECT_EQ(run.exitCode, ExitFile);
+        EXPECT_EQ(run.error, "m: error: this file was not written: File too large\n"
+                             "  expected: a place that may be written to and has room, and no directory of this name\n"
+                             "  to do:    make room or name another place, then run again\n");
+        EXPECT_EQ(run.files.size(), 1u);
+        EXPECT_TRUE(run.files.at("m") == model);
+    }
+}
+
+TEST(Program, RenumbersAModelInPlace)
+{
+    const std::string model = RandomModel(0, Supports::ThreeTwoOne).Text();
+    const ProgramRun apart = Tarnvexo({"renumber", "m", "-o", "n"}, {{"m", model}});
+    const ProgramRun inPlace = Tarnvexo({"renumber", "m", "-o", "m"}, {{"m", model}});
+    EXPECT_EQ(inPlace.exitCode, ExitGood) << inPlace.error;
+    EXPECT_EQ(inPlace.files.size(), 1u);
+    EXPECT_EQ(inPlace.files.at("m"), apart.files.at("n"));
+}
+
+TEST(Program, RefusesToRefineBeyondWhatTheFileCounts)
+{
+    const ProgramRun run = Tarnvexo({"refine", Examples + "wing", "-k", "1000", "-o", "fine.txt"});
+    EXPECT_EQ(run.exitCode, ExitBadModel) << run.error;
+    EXPECT_NE(run.error.find(": error: refined by 1000, the model would have "), std::string::npos) << run.error;
+    EXPECT_TRUE(run.files.empty());
 }
 
 // Whenever the signal comes, in reading, ordering, factorising or writing: the run is over with one code or the other.

@@ -26,8 +26,9 @@ TEST(EstimateText, PretendsNoDecimals)
 TEST(SizeTexts, HaveThreeDigits)
 {
     EXPECT_EQ(MemoryText(0.0123), "12.3 MB");
-    EXPECT_EQ(MemoryText(0.412), "0.41 GB");
+    EXPECT_EQ(MemoryText(0.412), "412 MB");
     EXPECT_EQ(MemoryText(123.4), "123 GB");
+    EXPECT_EQ(MemoryText(0.9996), FileSizeText(999600000));
     EXPECT_EQ(FileSizeText(1), "1 byte");
     EXPECT_EQ(FileSizeText(999), "999 bytes");
     EXPECT_EQ(FileSizeText(12345), "12.3 kB");

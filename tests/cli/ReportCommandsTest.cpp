@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <new>
+#include <stdexcept>
 #include <unistd.h>
 
 namespace tarnvexo {
@@ -177,9 +178,17 @@ TEST(CommandFailure, OfAFullDiskHasExitCode4AndKeepsTheText)
     const ChildResult run = RunSolve(command);
     EXPECT_EQ(run.exitCode, ExitFile);
     EXPECT_EQ(run.output, SolveReportText(SampleFor("m.txt"), UnitSystem::Unnamed));
-    EXPECT_EQ(run.error, "/dev/full: error: the text cannot be written: No space left on device\n"
-                         "  expected: a place that may be written to and has room\n"
-                         "  to do:    name another place\n");
+    EXPECT_EQ(run.error, "/dev/full: error: this file was not written: No space left on device\n"
+                         "  expected: a place that may be written to and has room, and no directory of this name\n"
+                         "  to do:    make room or name another place, then run again\n");
+}
+
+TEST(CommandFailure, OfAnyOtherKindGivesItsTextAndExitCode3)
+{
+    const ChildResult run = RunInChild(
+        [] { _exit(RunReportingFailures([]() -> int { throw std::logic_error("something unforeseen"); })); });
+    EXPECT_EQ(run.exitCode, ExitNumerical);
+    EXPECT_EQ(run.error.find("tarnvexo: error: something unforeseen\n  expected: "), 0u) << run.error;
 }
 
 TEST(CommandFailure, OfStandardOutputHasExitCode4)

@@ -103,7 +103,7 @@ SOLUTION
   ordering                         METIS on nodes
   kernels                          OpenBLAS 0.3.21 SkylakeX
   threads                                     2
-  entries of the factor                   61206  0.46 MB
+  entries of the factor                   61206  456 kB
   operations                            6.5e+06  0.2 GF/s while factorising
   smallest pivot ratio                  3.2e-05  at node 57 rz
   condition at least                    3.1e+04
@@ -143,7 +143,7 @@ SUMMARY
 const char* const InfoGoldenEnd = R"(COST ON THIS MACHINE
                                           solve   console run
   entries of the factor                   61206        122400
-  their size                            0.46 MB       0.91 MB
+  their size                             456 kB        912 kB
   operations                            6.5e+06       2.1e+07
   expected time                          0.30 s    1 min 14 s
   expected memory                       50.0 MB  of 6.90 GB that can be had

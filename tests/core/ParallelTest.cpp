@@ -1,8 +1,14 @@
 #include "core/Parallel.h"
 
+#include "support/ChildProcess.h"
+
 #include <atomic>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <stdexcept>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
 #include <vector>
 
 using namespace tarnvexo;
@@ -30,6 +36,27 @@ TEST(Parallel, EveryIndexIsVisitedOnceForAnyNumberOfThreads)
         }
     }
 }
+
+#ifdef __GLIBC__
+// No address space holds the stacks that these threads ask for.
+TEST(Parallel, GoesOnWithTheThreadsThereAre)
+{
+    const test::ChildResult run = test::RunInChild([] {
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        pthread_attr_setstacksize(&attributes, std::size_t(1) << 50);
+        pthread_setattr_default_np(&attributes);
+        EXPECT_THROW(std::jthread([] {}), std::system_error);
+        const Threads use(4);
+        std::vector<int> visits(1000, 0);
+        ParallelFor(visits.size(), 10, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t i = begin; i < end; ++i) { ++visits[i]; }
+        });
+        _exit(visits == std::vector<int>(1000, 1) && !testing::Test::HasFailure() ? 0 : 1);
+    });
+    EXPECT_EQ(run.exitCode, 0) << run.error;
+}
+#endif
 
 TEST(Parallel, AnExceptionOfARangeComesOutOfTheLoop)
 {

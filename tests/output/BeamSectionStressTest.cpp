@@ -14,6 +14,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <stdexcept>
 #include <vector>
 
 namespace tarnvexo {
@@ -513,12 +514,7 @@ TEST(BeamSectionStress, OfASectionTypeOtherThanTLCEndsTheRunAfterAPause)
         ModelText text = Frame();
         text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, type, 0);
         const ModelStore model = MovedFrame(text);
-        const ChildResult run = RunInChild(
-            [&] {
-                ModelStore copy = model;
-                RecoverBeamSectionStresses(copy);
-            },
-            "k");
+        const ChildResult run = RunInChild([&] { RequireBeamSections(model); }, "k");
         EXPECT_EQ(run.output, "\xC1\xBA\xBD\xD8\xC3\xE6\xC0\xE0\xD0\xCD\xCA\xFD\xD7\xD6\xB4\xED\xCE\xF3!\n"
                               "Press any key to continue . . . ");
         EXPECT_EQ(run.error, "beam 3: error: section type " + std::to_string(type) +
@@ -529,18 +525,21 @@ TEST(BeamSectionStress, OfASectionTypeOtherThanTLCEndsTheRunAfterAPause)
     }
 }
 
+TEST(BeamSectionStress, OfAnUnknownSectionTypeThrowsWhereNobodyHasChecked)
+{
+    ModelText text = Frame();
+    text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, 3, 0);
+    ModelStore model = MovedFrame(text);
+    EXPECT_THROW(RecoverBeamSectionStresses(model), std::invalid_argument);
+}
+
 TEST(BeamSectionStress, OfSeveralUnknownSectionTypesTheFirstBeamIsNamed)
 {
     ModelText text = Frame();
     text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, 7, 0);
     for (int b = 0; b < 100; ++b) { text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, 8, 0); }
     const ModelStore model = MovedFrame(text);
-    const ChildResult run = RunInChild(
-        [&] {
-            ModelStore copy = model;
-            RecoverBeamSectionStresses(copy);
-        },
-        "k");
+    const ChildResult run = RunInChild([&] { RequireBeamSections(model); }, "k");
     EXPECT_EQ(run.error.substr(0, 31), "beam 3: error: section type 7\n ");
 }
 
@@ -585,10 +584,7 @@ TEST(BeamSectionStress, WithTooManySlicesEndsTheRunWithADiagnostic)
     text.CSection(1e-9, 1e-10);
     text.Beam({1, 3}, {0.0, 0.0, 1.0}, 0, CSection, 1);
     const ModelStore model = MovedFrame(text);
-    const ChildResult run = RunInChild([&] {
-        ModelStore copy = model;
-        RecoverBeamSectionStresses(copy);
-    });
+    const ChildResult run = RunInChild([&] { RequireBeamSections(model); });
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "");
     // 1.3928 long, segments of 5.176e-10: 2.69e9 slices.

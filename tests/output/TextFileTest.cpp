@@ -3,7 +3,6 @@
 #include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -59,52 +58,73 @@ TEST(TextFile, IsCompleteWhenTheObjectIsDestroyed)
     EXPECT_EQ(FileText("result.txt"), "rest");
 }
 
-TEST(TextFile, OpenTellsWhyAFileCannotBeCreated)
+TEST(TextFile, TellsWhyAFileCannotBeCreated)
 {
-    const auto run = RunInChild([] {
-        const TemporaryDirectory directory;
-        std::filesystem::create_directory("taken");
+    const TemporaryDirectory directory;
+    std::filesystem::create_directory("taken");
+    TextFile file;
+    EXPECT_FALSE(file.Open("missing/result.txt"));
+    EXPECT_EQ(file.Close().reason, "No such file or directory");
+    EXPECT_FALSE(file.Open("taken"));
+    file.Text().Text("goes nowhere");
+    const FileResult result = file.Close();
+    EXPECT_EQ(result.outcome, FileOutcome::NotCreated);
+    EXPECT_EQ(result.bytes, 0u);
+    EXPECT_EQ(FileFault(result),
+              "taken: error: the file cannot be created: Is a directory\n"
+              "  expected: a directory that can be written, with no directory or protected file of this name\n"
+              "  to do:    make room for it, or copy the model to another directory, then run again");
+}
+
+TEST(TextFile, TellsOfAFullDisk)
+{
+    for (const int lines : {1, 1000000}) {
         TextFile file;
-        if (file.Open("missing/result.txt") || file.Open("taken")) {
-            std::exit(2);
-        }
-        file.Text().Text("goes nowhere");
+        ASSERT_TRUE(file.Open("/dev/full"));
+        for (int i = 0; i < lines; ++i) { file.Text().Integer(i).EndLine(); }
         const FileResult result = file.Close();
-        if (result.outcome != FileOutcome::NotCreated || result.bytes != 0) {
-            std::exit(3);
-        }
-    });
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.error.find("missing/result.txt: error: the file cannot be created: No such file or directory\n"), 0u);
-    EXPECT_NE(run.error.find("\ntaken: error: the file cannot be created: Is a directory\n"), std::string::npos);
+        EXPECT_EQ(result.outcome, FileOutcome::Incomplete);
+        EXPECT_EQ(FileFault(result),
+                  "/dev/full: error: the file could not be written to its end: No space left on device\n"
+                  "  expected: room for the whole file where it is written\n"
+                  "  to do:    do not use this file; make room or choose another directory, then run again");
+    }
 }
 
-TEST(TextFile, ReportsAFullDiskOnceAndTheRunGoesOn)
+TEST(TextFile, PrintsNothing)
 {
     const auto run = RunInChild([] {
         TextFile file;
-        if (!file.Open("/dev/full")) {
-            std::exit(2);
-        }
-        for (int i = 0; i < 1000000; ++i) { file.Text().Integer(i).EndLine(); }
-        if (file.Close().outcome != FileOutcome::Incomplete) {
-            std::exit(3);
-        }
-    });
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.error, "/dev/full: error: the file could not be written to its end: No space left on device\n"
-                         "  expected: room for the whole file where it is written\n"
-                         "  to do:    do not use this file; make room or choose another directory, then run again\n");
-}
-
-TEST(TextFile, ReportsAFullDiskOfAShortFileToo)
-{
-    const auto run = RunInChild([] {
-        TextFile file;
+        file.Open("missing/result.txt");
         file.Open("/dev/full");
         file.Text().Text("short");
     });
-    EXPECT_NE(run.error.find("/dev/full: error:"), std::string::npos) << run.error;
+    EXPECT_EQ(run.error, "");
+}
+
+TEST(RequireCreated, TellsOfAnIncompleteFileAndGoesOn)
+{
+    const FileResult incomplete = {FileOutcome::Incomplete, 12, "result.txt", "No space left on device"};
+    const auto run = RunInChild([&] { RequireCreated(incomplete, "message"); });
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.error, FileFault(incomplete) + "\n");
+}
+
+TEST(RequireCreated, EndsTheRunWithoutTheFile)
+{
+    const FileResult missing = {FileOutcome::NotCreated, 0, "result.txt", "Permission denied"};
+    const auto run = RunInChild([&] { RequireCreated(missing, "message"); }, "k");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.output, "message\n");
+    EXPECT_EQ(run.error, FileFault(missing) + "\n");
+}
+
+TEST(RequireCreated, SaysNothingOfAGoodFile)
+{
+    const auto run = RunInChild([] { RequireCreated(FileResult(), "message"); });
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output + run.error, "");
 }
 
 TEST(TextFile, CanBeUsedForOneFileAfterAnother)
