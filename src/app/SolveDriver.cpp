@@ -185,7 +185,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     // The ordering is the work of one thread: the loads are balanced meanwhile.
     clock.Next(); // order
     StiffnessSystem system(model, options.solver);
-    std::future<void> ordering = std::async(std::launch::async, [&] { system.Order(); });
+    std::future<void> ordering = std::async(std::launch::async | std::launch::deferred, [&] { system.Order(); });
     AssembleLoads(model);
     const LoadSizes applied = SizesOfLoads(model);
     const std::vector<NodeInertia> shellInertia = ShellInertia(model);

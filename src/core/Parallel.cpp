@@ -5,6 +5,7 @@
 #include <cassert>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -47,7 +48,11 @@ void ParallelFor(std::size_t count, std::size_t grain, const RangeBody& body)
 
     std::vector<std::jthread> helpers;
     const std::size_t useful = std::min(ranges, static_cast<std::size_t>(ThreadCount()));
-    for (std::size_t t = 1; t < useful; ++t) { helpers.emplace_back(work); }
+    try {
+        for (std::size_t t = 1; t < useful; ++t) { helpers.emplace_back(work); }
+    } catch (const std::system_error&) {
+        // No room for another thread: those that have begun do the work.
+    }
     work();
     helpers.clear(); // waits
     if (failure) {
