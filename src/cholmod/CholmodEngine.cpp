@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cholmod.h>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <stdexcept>
@@ -17,7 +18,10 @@
 extern "C" {
 char* openblas_get_config();
 char* openblas_get_corename();
+int openblas_get_num_threads();
 void openblas_set_num_threads(int threads);
+void* blas_memory_alloc(int unused);
+void blas_memory_free(void* buffer);
 }
 
 namespace tarnvexo {
@@ -36,6 +40,23 @@ void* AllocateLarge(std::size_t bytes)
         platform::PreferLargePages(block, bytes);
     }
     return block;
+}
+
+// Every thread in a kernel of OpenBLAS takes a buffer, mostly addresses without memory behind them. Where there is no
+// room for one, under "ulimit -v", OpenBLAS tries for ever: so they are made here, where a lack of room can still be
+// told. They stay for the kernels to take. Errors: throws std::bad_alloc.
+void MakeBlasBuffers(int threads)
+{
+    constexpr std::size_t bufferBytes = (std::size_t(128) << 20) + 4096;
+    std::vector<void*> buffers(static_cast<std::size_t>(threads));
+    for (void*& room : buffers) { room = std::malloc(bufferBytes); }
+    const bool isRoomForAll = std::find(buffers.begin(), buffers.end(), nullptr) == buffers.end();
+    for (void* room : buffers) { std::free(room); }
+    if (!isRoomForAll) {
+        throw std::bad_alloc();
+    }
+    for (void*& buffer : buffers) { buffer = blas_memory_alloc(0); }
+    for (void* buffer : buffers) { blas_memory_free(buffer); }
 }
 
 class CholmodEngine : public SparseEngine {
@@ -59,7 +80,8 @@ private:
 
 CholmodEngine::CholmodEngine(int threads)
 {
-    SetThreadCount(threads); // of this library's copy of core/Parallel
+    SetThreadCount(threads);                                   // of this library's copy of core/Parallel
+    MakeBlasBuffers(threads + openblas_get_num_threads() - 1); // its own threads, if there are any, have one each
     openblas_set_num_threads(1);
     SuiteSparse_config.malloc_func = AllocateLarge;
     cholmod_l_start(&common);

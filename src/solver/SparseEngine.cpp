@@ -34,8 +34,9 @@ MakeEngine LoadCholmod()
     if (*BlasCoreName() != '\0') {
         platform::SetEnvironmentDefault("OPENBLAS_CORETYPE", BlasCoreName());
     }
-    // CHOLMOD starts four OpenMP threads in its own small loops whatever is set; beside the threads of OpenBLAS they
-    // only get into the way.
+    // The threads are this program's (cholmod/FixedBlas): OpenBLAS needs none, and the four OpenMP threads that CHOLMOD
+    // starts in its own small loops whatever is set would only get into the way.
+    platform::SetEnvironmentDefault("OPENBLAS_NUM_THREADS", "1");
     platform::SetEnvironmentDefault("OMP_THREAD_LIMIT", "1");
 
     std::string reason;
