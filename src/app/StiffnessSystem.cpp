@@ -103,8 +103,7 @@ void StiffnessSystem::Analyse(const std::string& modelFile)
     report.factorGigabytes = static_cast<double>(size.entries) * sizeof(double) * GigabytesPerByte;
     report.factorOperations = size.operations;
 
-    const double needed =
-        FactorisationBytes(size, matrix.pattern) + (platform::AddressesAreLimited() ? size.addressedBytes : 0.0);
+    const double needed = FactorisationBytes(size, matrix.pattern);
     const double available = static_cast<double>(platform::AvailableMemory());
     if (available > 0.0 && needed > available) {
         char text[400];

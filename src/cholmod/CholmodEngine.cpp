@@ -11,6 +11,7 @@
 #include <cassert>
 #include <cholmod.h>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 #include <thread>
@@ -18,7 +19,10 @@
 extern "C" {
 char* openblas_get_config();
 char* openblas_get_corename();
+int openblas_get_num_threads();
 void openblas_set_num_threads(int threads);
+void* blas_memory_alloc(int unused);
+void blas_memory_free(void* buffer);
 }
 
 namespace tarnvexo {
@@ -27,9 +31,7 @@ namespace {
 
 using Index = SuiteSparse_long;
 
-constexpr std::size_t LargeBlock = std::size_t(4) << 20; // bytes
-// OpenBLAS's buffer, and a stack. Where such a buffer cannot be addressed, OpenBLAS asks for it for ever.
-constexpr double AddressedPerThread = 1.5e8;                   // bytes
+constexpr std::size_t LargeBlock = std::size_t(4) << 20;       // bytes
 constexpr std::size_t PopulatedAtOnce = std::size_t(16) << 20; // bytes
 
 // Large blocks on large pages: the factor is then touched for the first time in a fraction of the time.
@@ -47,6 +49,23 @@ void Populate(std::stop_token stop, char* array, std::size_t bytes)
     for (std::size_t begin = 0; begin < bytes && !stop.stop_requested(); begin += PopulatedAtOnce) {
         platform::PopulatePages(array + begin, std::min(PopulatedAtOnce, bytes - begin));
     }
+}
+
+// Every thread in a kernel of OpenBLAS takes a buffer, mostly addresses without memory behind them. Where there is no
+// room for one, under "ulimit -v", OpenBLAS tries for ever: so they are made here, where a lack of room can still be
+// told. They stay for the kernels to take. Errors: throws std::bad_alloc.
+void MakeBlasBuffers(int threads)
+{
+    constexpr std::size_t bufferBytes = (std::size_t(128) << 20) + 4096;
+    std::vector<void*> buffers(static_cast<std::size_t>(threads));
+    for (void*& room : buffers) { room = std::malloc(bufferBytes); }
+    const bool isRoomForAll = std::find(buffers.begin(), buffers.end(), nullptr) == buffers.end();
+    for (void* room : buffers) { std::free(room); }
+    if (!isRoomForAll) {
+        throw std::bad_alloc();
+    }
+    for (void*& buffer : buffers) { buffer = blas_memory_alloc(0); }
+    for (void* buffer : buffers) { blas_memory_free(buffer); }
 }
 
 class CholmodEngine : public SparseEngine {
@@ -70,7 +89,8 @@ private:
 
 CholmodEngine::CholmodEngine(int threads)
 {
-    SetThreadCount(threads); // of this library's copy of core/Parallel
+    SetThreadCount(threads);                                   // of this library's copy of core/Parallel
+    MakeBlasBuffers(threads + openblas_get_num_threads() - 1); // its own threads, if there are any, have one each
     openblas_set_num_threads(1);
     SuiteSparse_config.malloc_func = AllocateLarge;
     cholmod_l_start(&common);
@@ -193,7 +213,6 @@ FactorSize CholmodEngine::Analyse(const BlockPattern& pattern)
     }
     const double indexBytes = static_cast<double>(rows.size()) * BlockEntries * sizeof(Index);
     size.bytes = static_cast<double>(factor->xsize + factor->maxcsize) * sizeof(double) + indexBytes;
-    size.addressedBytes = ThreadCount() * AddressedPerThread;
     return size;
 }
 

@@ -62,9 +62,6 @@ bool ErrorLinesCanBeRewritten();
 // Memory that this process can still get without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
 
-// True when the process may address less than the system could give it ("ulimit -v", a batch system).
-bool AddressesAreLimited();
-
 // Memory of this process, in bytes: what it holds now, and the most it has held; 0 when the system does not tell.
 std::uint64_t ResidentMemory();
 std::uint64_t PeakMemory();

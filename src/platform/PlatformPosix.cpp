@@ -322,12 +322,6 @@ std::uint64_t AvailableMemory()
     return available;
 }
 
-bool AddressesAreLimited()
-{
-    rlimit addresses;
-    return getrlimit(RLIMIT_AS, &addresses) == 0 && addresses.rlim_cur != RLIM_INFINITY;
-}
-
 std::uint64_t ResidentMemory()
 {
     return OwnMemory().resident;

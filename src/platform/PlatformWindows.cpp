@@ -152,11 +152,6 @@ std::uint64_t AvailableMemory()
 }
 
 // Large pages need a privilege that users do not have.
-bool AddressesAreLimited()
-{
-    return false;
-}
-
 std::uint64_t ResidentMemory()
 {
     PROCESS_MEMORY_COUNTERS counters;

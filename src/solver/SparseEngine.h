@@ -20,10 +20,9 @@
 namespace tarnvexo {
 
 struct FactorSize {
-    std::int64_t entries = 0;    // as stored, zeros for wider kernels included
-    double operations = 0.0;     // additions and multiplications
-    double bytes = 0.0;          // factor and workspace while factorising, without the matrix itself
-    double addressedBytes = 0.0; // addresses taken on top of them and hardly used: buffers and stacks of threads
+    std::int64_t entries = 0; // as stored, zeros for wider kernels included
+    double operations = 0.0;  // additions and multiplications
+    double bytes = 0.0;       // factor and workspace while factorising, without the matrix itself
 };
 
 // What the factorisation met. pivots [6·columns]: the diagonal of D in K = L·D·Lᵀ with unit L (squares of L's diagonal
