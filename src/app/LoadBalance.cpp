@@ -27,7 +27,9 @@ std::string LooseLoads(ModelStore& model, const ConnectedParts& parts, bool remo
         if (parts.partOfNode[node] < 0 &&
             std::any_of(load, load + DofsPerNode, [](double value) { return value != 0.0; })) {
             first = count++ == 0 ? node : first;
-            std::fill(load, load + DofsPerNode, remove ? 0.0 : *load);
+            if (remove) {
+                std::fill(load, load + DofsPerNode, 0.0);
+            }
         }
     }
     if (count == 0) {

@@ -30,10 +30,10 @@ TEST(ResultExtremes, NameTheNodeThatMovesMost)
 TEST(ResultExtremes, NameElementFaceAndNodeOfTheLargestStress)
 {
     ModelStore model = StoreOf(OneOfEachKind());
-    model.QuadElements[0].positiveFace[2][0] = 100.0;
+    model.QuadElements[0].averagedPositiveFace[2][0] = 100.0;
     EXPECT_EQ(LargestShellStress(model).kind, "quad");
     EXPECT_EQ(LargestShellStress(model).node, model.QuadConnectivity[0][2]);
-    model.TriElements[0].negativeFace[1][3] = 60.0;
+    model.TriElements[0].averagedNegativeFace[1][3] = 60.0;
     const ExtremeValue shear = LargestShellStress(model);
     EXPECT_NEAR(shear.value, 103.923048454, 1e-8);
     EXPECT_EQ(shear.kind, "tri");
