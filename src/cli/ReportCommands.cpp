@@ -6,16 +6,26 @@
 #include "cli/ReportText.h"
 #include "core/Parallel.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace tarnvexo {
 
 namespace {
 
 constexpr const char* StandardOutput = "-";
 
-void RequirePlaceOfJson(const std::string& jsonFile)
+void RequirePlaceOfJson(const std::string& jsonFile, const std::string& modelFile)
 {
-    if (!jsonFile.empty() && jsonFile != StandardOutput) {
-        RequireDirectoryOf(jsonFile);
+    if (jsonFile.empty() || jsonFile == StandardOutput) {
+        return;
+    }
+    RequireDirectoryOf(jsonFile);
+    std::error_code notThere;
+    if (std::filesystem::equivalent(jsonFile, modelFile, notThere)) {
+        throw RunFailure(ExitUsage, jsonFile + ": error: the report would take the place of the model\n"
+                                               "  expected: another file name behind --json\n"
+                                               "  to do:    choose one");
     }
 }
 
@@ -34,7 +44,7 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
 {
     SolveOptions options = command.solve;
     options.modelFile = ModelFileOf(command.solve.modelFile);
-    RequirePlaceOfJson(command.jsonFile);
+    RequirePlaceOfJson(command.jsonFile, options.modelFile);
     if (command.threads > 0) {
         SetThreadCount(command.threads);
     }
@@ -53,7 +63,7 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
 int RunInfoCommand(const InfoCommand& command, const InfoProcedure& info)
 {
     const std::string modelFile = ModelFileOf(command.model);
-    RequirePlaceOfJson(command.jsonFile);
+    RequirePlaceOfJson(command.jsonFile, modelFile);
     InfoReport report;
     {
         ProgressDisplay display(StyleOfStandardError(command.quiet));

@@ -168,6 +168,17 @@ TEST(CommandFailure, OfAPlaceForJsonComesBeforeTheRun)
                          "  to do:    make the directory, or correct the path\n");
 }
 
+TEST(CommandFailure, OfAReportInPlaceOfTheModelIsOneOfUsage)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "the model");
+    SolveCommand command = CommandFor("m.txt");
+    command.jsonFile = "./m.txt";
+    const ChildResult run = RunSolve(command);
+    EXPECT_EQ(run.exitCode, ExitUsage);
+    EXPECT_EQ(run.error.find("./m.txt: error: the report would take the place of the model\n"), 0u) << run.error;
+}
+
 TEST(CommandFailure, OfAFullDiskHasExitCode4AndKeepsTheText)
 {
     const TemporaryDirectory directory;
