@@ -274,43 +274,36 @@ bool ErrorLinesCanBeRewritten()
 
 namespace {
 
-// Of the container: pages of files that the system may take back at once.
-std::uint64_t InactiveFileMemory()
+// The number behind a key at the beginning of a line of a file such as /proc/meminfo; 0: not there.
+std::uint64_t NumberOfKey(const char* fileName, std::string_view key)
 {
-    std::uint64_t bytes = 0;
-    if (std::FILE* file = std::fopen("/sys/fs/cgroup/memory.stat", "r")) {
-        char line[128];
+    std::uint64_t number = 0;
+    if (std::FILE* file = std::fopen(fileName, "r")) {
+        char line[256];
         while (std::fgets(line, sizeof line, file) != nullptr) {
-            if (std::sscanf(line, "inactive_file %" SCNu64, &bytes) == 1) {
+            if (std::string_view(line).starts_with(key)) {
+                number = std::strtoull(line + key.size(), nullptr, 10);
                 break;
             }
         }
         std::fclose(file);
     }
-    return bytes;
+    return number;
 }
+
+constexpr std::uint64_t BytesPerKilobyte = 1024; // as /proc has it
 
 } // namespace
 
 std::uint64_t AvailableMemory()
 {
-    std::uint64_t available = 0;
-    if (std::FILE* info = std::fopen("/proc/meminfo", "r")) {
-        char line[128];
-        unsigned long long kibibytes = 0;
-        while (available == 0 && std::fgets(line, sizeof line, info) != nullptr) {
-            if (std::sscanf(line, "MemAvailable: %llu kB", &kibibytes) == 1) {
-                available = kibibytes * 1024;
-            }
-        }
-        std::fclose(info);
-    }
+    std::uint64_t available = NumberOfKey("/proc/meminfo", "MemAvailable:") * BytesPerKilobyte;
     // A container may get less than the machine has. Of what it uses, files that were read or written give way.
     std::uint64_t limit = 0;
     std::uint64_t used = 0;
     if (available > 0 && ReadNumberFile("/sys/fs/cgroup/memory.max", limit) &&
         ReadNumberFile("/sys/fs/cgroup/memory.current", used)) {
-        used -= std::min(used, InactiveFileMemory());
+        used -= std::min(used, NumberOfKey("/sys/fs/cgroup/memory.stat", "inactive_file "));
         available = std::min(available, limit > used ? limit - used : 1);
     }
     // And a process less than that, where a batch system or "ulimit -v" has limited it.
@@ -330,17 +323,7 @@ std::uint64_t ResidentMemory()
 // getrusage would count what the program that started this one held.
 std::uint64_t PeakMemory()
 {
-    std::uint64_t kilobytes = 0;
-    if (std::FILE* file = std::fopen("/proc/self/status", "r")) {
-        char line[256];
-        while (std::fgets(line, sizeof line, file) != nullptr) {
-            if (std::sscanf(line, "VmHWM: %" SCNu64, &kilobytes) == 1) {
-                break;
-            }
-        }
-        std::fclose(file);
-    }
-    return kilobytes * 1024;
+    return NumberOfKey("/proc/self/status", "VmHWM:") * BytesPerKilobyte;
 }
 
 namespace {
