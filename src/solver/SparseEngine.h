@@ -59,7 +59,7 @@ std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads);
 
 // What OpenBLAS and CHOLMOD read from the environment while they are loaded: the kernels that suit this processor, no
 // threads of CHOLMOD's own. MakeSparseEngine sets it; a program that loads them itself calls it before. What the user
-// has set is kept.
+// has set is kept, but for OpenBLAS's own threads: there are none, whatever was asked for.
 void SetBlasEnvironment();
 
 // One line per engine: its name and its kernels, or why it cannot be loaded. Loads CHOLMOD, which takes milliseconds.
