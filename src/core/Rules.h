@@ -1,0 +1,99 @@
+// core/Rules.h
+// The rules that a model is held to before it is solved, in one table: name, severity, limit, what a finding means and
+// what to do about it. A user may change severity and limit of any rule, one by one, for a run.
+//
+// Error: `tarnvexo solve` does not start, `tarnvexo check` ends with exit code 1. Warning: told, and the run goes on.
+// Note: told by `check` alone. Off: not looked for.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace tarnvexo {
+
+enum class Severity { Off, Note, Warning, Error };
+
+enum class RuleId {
+    // The text of the model file.
+    Format,
+    MaterialValue,
+    ThicknessValue,
+    SectionValue,
+    BeamOrientation,
+    DuplicateRestraint,
+    DuplicateLoad,
+    TrailingText,
+    LabelOrder,
+    // Shape of elements.
+    CollapsedElement,
+    ZeroArea,
+    SelfCrossing,
+    InvertedQuad,
+    ConcaveQuad,
+    Warping,
+    AspectRatio,
+    QuadAngle,
+    TriAngle,
+    Taper,
+    ZeroLengthBeam,
+    // How elements meet.
+    DuplicateElement,
+    CoincidentNodes,
+    FreeEdge,
+    TJunction,
+    OpposedNormals,
+    ThicknessJump,
+    DensityJump,
+    LooseBeamEnd,
+    UnusedNode,
+    DisconnectedParts,
+    // Loads, supports and balance.
+    UnstiffenedLoad,
+    NoLoad,
+    MixedUnits,
+    FloatingPart,
+    UnbalancedPart,
+    SupportsInBalance,
+    Count
+};
+constexpr std::size_t RuleCount = static_cast<std::size_t>(RuleId::Count);
+
+// A limit of NoLimit: the rule has none, and none can be set.
+constexpr double NoLimit = -1.0;
+
+struct Rule {
+    RuleId id;
+    const char* name; // as on the command line, in reports and in JSON: "aspect-ratio"
+    Severity severity;
+    double limit;
+    const char* measure; // what the limit is of, with its unit; empty without a limit
+    const char* finding; // what was found, behind a number: "shells with a long and a short side"
+    const char* toDo;
+};
+
+const Rule& RuleOf(RuleId id);
+
+// nullptr: no rule has that name.
+const Rule* RuleNamed(const char* name);
+
+// "error", "warning", "note", "off".
+const char* SeverityName(Severity severity);
+
+// Severities and limits of one run: those of the table until they are set.
+class RuleBook {
+public:
+    RuleBook();
+
+    Severity SeverityOf(RuleId id) const { return severities[static_cast<std::size_t>(id)]; }
+    double LimitOf(RuleId id) const { return limits[static_cast<std::size_t>(id)]; }
+    bool IsOn(RuleId id) const { return SeverityOf(id) != Severity::Off; }
+
+    void SetSeverity(RuleId id, Severity severity) { severities[static_cast<std::size_t>(id)] = severity; }
+    void SetLimit(RuleId id, double limit) { limits[static_cast<std::size_t>(id)] = limit; }
+
+private:
+    std::array<Severity, RuleCount> severities;
+    std::array<double, RuleCount> limits;
+};
+
+} // namespace tarnvexo
