@@ -26,6 +26,17 @@ void FindingCollector::Keep(Offender offender, double badness)
     }
 }
 
+void FindingCollector::Merge(FindingCollector&& later)
+{
+    const std::int64_t count = finding.count + later.finding.count;
+    for (Kept& one : later.kept) {
+        if (Adds(one.badness)) {
+            Keep(std::move(one.offender), one.badness);
+        }
+    }
+    finding.count = count;
+}
+
 void FindingCollector::AppendTo(std::vector<Finding>& findings)
 {
     if (!IsOn() || finding.count == 0) {

@@ -46,6 +46,10 @@ public:
     bool Adds(double badness);
     void Keep(Offender offender, double badness);
 
+    // Takes over what another collector of the same rule found in the places behind those of this one. Collectors of
+    // successive ranges, merged in the order of the ranges, give the finding of one collector that saw them all.
+    void Merge(FindingCollector&& later);
+
     // Appends the finding, if there is any, to the list.
     void AppendTo(std::vector<Finding>& findings);
 

@@ -49,6 +49,7 @@ enum class RuleId {
     DisconnectedParts,
     // Loads, supports and balance.
     UnstiffenedLoad,
+    UnstiffenedSupport,
     NoLoad,
     MixedUnits,
     FloatingPart,
