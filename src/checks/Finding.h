@@ -16,8 +16,8 @@ namespace tarnvexo {
 constexpr std::size_t WorstKept = 10;
 
 struct Offender {
-    const char* kind = "node"; // "node", "quad", "tri", "beam", "part", "material", "thickness", "model"
-    int number = -1;           // position in its table; -1: the model
+    const char* kind = "node"; // "node", "quad", "tri", "beam", "part", "material", "thickness"
+    int number = -1;           // position in its table
     double value = 0.0;        // in the measure of the rule; 0 where it has no limit
     Vector3 place = {};        // of the node, or the middle of the element, in the coordinates of the model file
     std::string detail;        // "with quad 17", "corner at node 4"; may be empty

@@ -2,11 +2,11 @@
 
 #include "checks/ModelExtent.h"
 #include "checks/UnitSystems.h"
+#include "core/NumberText.h"
 
 #include <algorithm>
 #include <bit>
-#include <cstdarg>
-#include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,25 +17,17 @@ namespace {
 // Young's modulus that no material of structures reaches, Pa (diamond has 1.2e12).
 constexpr double StiffestE = 1.3e12;
 
-// Thickness over extent: a foil of a hundredth of a millimetre over a ship. A thousand between the units of the two
-// passes either this or the extent itself for every ratio from 1e-4 down or 1e-3 up.
-constexpr double ThinnestShell = 1e-7;
+// Thickness, or size of a beam's section, over extent: a foil of a hundredth of a millimetre over a hundred metres. Of
+// customary ratios of 1e-4 to 1e-1, one in mm to an extent in m becomes 0.1 to 100, the other way round 1e-7 to 1e-4.
+constexpr double ThinnestPart = 1e-7;
 
 // Ships, bridges and masts stay below, m.
 constexpr double LongestStructure = 5000.0;
 
-#if defined(__GNUC__)
-__attribute__((format(printf, 1, 2)))
-#endif
-std::string
-Text(const char* format, ...)
+std::string Number(double value)
 {
-    char text[300];
-    va_list values;
-    va_start(values, format);
-    std::vsnprintf(text, sizeof text, format, values);
-    va_end(values);
-    return text;
+    char text[NumberTextCapacity];
+    return std::string(text, WriteNumber(text, value));
 }
 
 template <class MakeDetail>
@@ -46,18 +38,18 @@ void Tell(FindingCollector& mixed, const char* kind, int number, double badness,
     }
 }
 
-template <class Properties> void CountMaterials(const Properties& properties, std::vector<int>& elements)
-{
-    for (const auto& property : properties) { ++elements[property.material]; }
-}
-
-// Elements made of each material.
+// Elements made of each material. Beams of an unknown section type are made of none, and their material may be none.
 std::vector<int> ElementsOfMaterials(const ModelStore& model)
 {
     std::vector<int> elements(model.Materials.size(), 0);
-    CountMaterials(model.QuadProperties, elements);
-    CountMaterials(model.TriProperties, elements);
-    CountMaterials(model.BeamProperties, elements);
+    for (const ShellPropertyRef& property : model.QuadProperties) { ++elements[property.material]; }
+    for (const ShellPropertyRef& property : model.TriProperties) { ++elements[property.material]; }
+    for (std::size_t b = 0; b < model.BeamProperties.size(); ++b) {
+        const int type = model.BeamSectionRefs[b].BeamSecType;
+        if (type >= TSection && type <= CSection) {
+            ++elements[model.BeamProperties[b].material];
+        }
+    }
     return elements;
 }
 
@@ -79,16 +71,16 @@ int SystemOfMost(const std::vector<UnitSystemSet>& systems, const std::vector<in
 
 std::string MixtureText(const Material& material, const UnitMixture& mixture)
 {
-    std::string text = Text("E=%g is %s in %s, Density=%g in %s; expected Density=%.3g", material.E, mixture.material,
-                            mixture.ofE->name, material.Density, mixture.ofDensity->name, mixture.expectedDensity);
+    std::string text = "E=" + Number(material.E) + " is " + mixture.material + " in " + mixture.ofE->name +
+                       ", Density=" + Number(material.Density) + " is in " + mixture.ofDensity->name +
+                       ": expected Density=" + Number(mixture.expectedDensity);
     if (mixture.expectedE > 0.0) {
-        text += Text(" or E=%.3g", mixture.expectedE);
+        text += " or E=" + Number(mixture.expectedE);
     }
     return text;
 }
 
-// Returns the system of the model, or -1.
-int CheckMaterials(const ModelStore& model, FindingCollector& mixed)
+void CheckMaterials(const ModelStore& model, double extent, FindingCollector& mixed)
 {
     const std::vector<int> elements = ElementsOfMaterials(model);
     std::vector<UnitSystemSet> systems(model.Materials.size(), 0);
@@ -106,8 +98,8 @@ int CheckMaterials(const ModelStore& model, FindingCollector& mixed)
         if (systems[m] != 0 && (systems[m] >> most & 1) == 0) {
             const std::size_t own = static_cast<std::size_t>(std::countr_zero(systems[m]));
             Tell(mixed, "material", static_cast<int>(m), 1.0, [&] {
-                return Text("E=%g and Density=%g belong to %s; most elements are in %s", material.E, material.Density,
-                            UnitSystems()[own].name, UnitSystems()[most].name);
+                return "E=" + Number(material.E) + " and Density=" + Number(material.Density) + " are in " +
+                       UnitSystems()[own].name + ", most elements in " + UnitSystems()[most].name;
             });
         } else if (const std::optional<UnitMixture> mixture = MixtureOf(material.E, material.Density)) {
             const bool isStiffOnPurpose = most >= 0 && mixture->ofDensity == &UnitSystems()[most] &&
@@ -117,7 +109,20 @@ int CheckMaterials(const ModelStore& model, FindingCollector& mixed)
             }
         }
     }
-    return most;
+
+    if (most >= 0 && extent * UnitSystems()[most].length > LongestStructure) {
+        const auto isOfMost = [most](UnitSystemSet set) { return (set >> most & 1) != 0; };
+        const auto first = std::find_if(systems.begin(), systems.end(), isOfMost) - systems.begin();
+        Tell(mixed, "material", static_cast<int>(first), 0.0, [&] {
+            return std::string("in ") + UnitSystems()[most].name + ", as it is, the model is " +
+                   Number(1e-3 * extent * UnitSystems()[most].length) + " km large";
+        });
+    }
+}
+
+bool IsOfAnotherUnit(double size, double extent)
+{
+    return size > 0.0 && (size > extent || size < ThinnestPart * extent);
 }
 
 void CheckThicknesses(const ModelStore& model, double extent, FindingCollector& mixed)
@@ -126,14 +131,35 @@ void CheckThicknesses(const ModelStore& model, double extent, FindingCollector& 
     for (const ShellPropertyRef& property : model.QuadProperties) { isUsed[property.thickness] = 1; }
     for (const ShellPropertyRef& property : model.TriProperties) { isUsed[property.thickness] = 1; }
     for (std::size_t t = 0; t < isUsed.size(); ++t) {
-        const double thickness = model.Thicknesses[t];
-        if (isUsed[t] == 0 || !(thickness > 0.0)) {
-            continue;
+        if (isUsed[t] != 0 && IsOfAnotherUnit(model.Thicknesses[t], extent)) {
+            Tell(mixed, "thickness", static_cast<int>(t), 0.0,
+                 [&] { return "TK=" + Number(model.Thicknesses[t]) + " in a model of size " + Number(extent); });
         }
-        if (thickness > extent || thickness < ThinnestShell * extent) {
-            Tell(mixed, "thickness", static_cast<int>(t), 0.0, [&] {
-                return Text("TK=%g in a model of size %.3g: expected the unit of the coordinates", thickness, extent);
-            });
+    }
+}
+
+// The larger of height and width; 0 for an unknown type.
+double SectionSize(const ModelStore& model, const BeamSectionRef& ref)
+{
+    switch (ref.BeamSecType) {
+    case TSection:
+        return std::max(model.TBeamSections[ref.BeamSecIndex].Hw, model.TBeamSections[ref.BeamSecIndex].Bf);
+    case LSection:
+        return std::max(model.LBeamSections[ref.BeamSecIndex].Hw, model.LBeamSections[ref.BeamSecIndex].Bf);
+    case CSection:
+        return 2.0 * model.CBeamSections[ref.BeamSecIndex].R;
+    default:
+        return 0.0;
+    }
+}
+
+void CheckSections(const ModelStore& model, double extent, FindingCollector& mixed)
+{
+    for (std::size_t b = 0; b < model.BeamSectionRefs.size(); ++b) {
+        const double size = SectionSize(model, model.BeamSectionRefs[b]);
+        if (IsOfAnotherUnit(size, extent)) {
+            Tell(mixed, "beam", static_cast<int>(b), 0.0,
+                 [&] { return "section of size " + Number(size) + " in a model of size " + Number(extent); });
         }
     }
 }
@@ -143,13 +169,10 @@ void CheckThicknesses(const ModelStore& model, double extent, FindingCollector& 
 void CheckUnits(const ModelStore& model, FindingCollector& mixed)
 {
     const double extent = ModelExtent(model);
-    const int system = CheckMaterials(model, mixed);
-    CheckThicknesses(model, extent, mixed);
-    if (system >= 0 && extent * UnitSystems()[system].length > LongestStructure) {
-        Tell(mixed, "model", -1, 0.0, [&] {
-            return Text("size %.3g is %.3g km in %s, the units of its materials", extent,
-                        1e-3 * extent * UnitSystems()[system].length, UnitSystems()[system].name);
-        });
+    CheckMaterials(model, extent, mixed);
+    if (extent > 0.0) {
+        CheckThicknesses(model, extent, mixed);
+        CheckSections(model, extent, mixed);
     }
 }
 

@@ -7,10 +7,10 @@
 
 namespace tarnvexo {
 
-// RuleId::MixedUnits, over materials and thicknesses that elements use:
+// RuleId::MixedUnits, over materials, thicknesses and sections that elements use:
 //   a material whose E belongs to one system and whose Density to another one;
 //   materials that belong to one system each, but to different ones: those that are not of the system of most elements;
-//   a thickness above the extent of the model, or below 1e-7 of it;
+//   a thickness, or a height or width of a beam's section, above the extent of the model or below 1e-7 of it;
 //   an extent of more than 5 km in the system of the materials.
 // A material that is stiffer than any other in a system that another material of the model belongs to is taken as made
 // stiff on purpose. O(elements).

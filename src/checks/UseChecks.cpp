@@ -132,11 +132,9 @@ void CheckUse(const ModelStore& model, const RuleBook& rules, std::vector<Findin
     CheckNodes(model, uses, rules, findings);
     CheckBeamEnds(model, uses, rules, findings);
 
-    FindingCollector unloaded(RuleId::NoLoad, rules);
-    if (HasNoLoad(model) && unloaded.Adds(0.0)) {
-        unloaded.Keep({"model", -1, 0.0, {}, ""}, 0.0);
+    if (rules.IsOn(RuleId::NoLoad) && HasNoLoad(model)) {
+        findings.push_back({RuleId::NoLoad, rules.SeverityOf(RuleId::NoLoad), rules.LimitOf(RuleId::NoLoad), 1, {}});
     }
-    unloaded.AppendTo(findings);
 
     FindingCollector mixed(RuleId::MixedUnits, rules);
     if (mixed.IsOn()) {
