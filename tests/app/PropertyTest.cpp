@@ -8,6 +8,7 @@
 #include "output/BeamSectionStress.h"
 #include "output/ModelFileWriter.h"
 #include "output/NodalAveraging.h"
+#include "output/ShellStressRecovery.h"
 #include "support/ChangedModel.h"
 #include "support/MeshBuilder.h"
 #include "support/RandomModels.h"
@@ -394,6 +395,256 @@ TEST(Results, FollowTheUnits)
             change.time = random.Between(0.01, 100.0);
         }
         ExpectSameStructure("FollowTheUnits", seed, ModelOf(seed), change);
+    }
+}
+
+// The plane of a warped quadrilateral is that of its first three nodes: the twin of the statement above that must fail.
+TEST(Results, OfWarpedQuadrilateralsDependOnTheFirstNode)
+{
+    int warped = 0;
+    for (const unsigned seed : Seeds()) {
+        const ModelStore model = StoreOf(RandomAssembly(seed, Supports::Clamped, Quads::Warped));
+        if (model.NELEM_S_4ND < 4) {
+            continue;
+        }
+        ModelChange change;
+        change.quadOrders.assign(std::size_t(model.NELEM_S_4ND), {1, false});
+        const double before = RunSolveSteps(model, SolverKind::Skyline, BalanceKind::Exact).strainEnergy;
+        const double after =
+            RunSolveSteps(Changed(model, change), SolverKind::Skyline, BalanceKind::Exact).strainEnergy;
+        EXPECT_GT(std::fabs(after - before), 1e-4 * before) << "seed " << seed;
+        ++warped;
+    }
+    EXPECT_GT(warped, 0);
+}
+
+// ------------------------------------------------------------ section walls of beams
+
+void ExpectSameWalls(const char* name, unsigned seed, const ModelStore& model, const ModelChange& change)
+{
+    const ModelStore changed = Changed(model, change);
+    Property property(name, seed, model, changed);
+    Results a = ResultsOf(model, EngineOf(seed)), b = ResultsOf(changed, EngineOf(seed));
+    RecoverBeamSectionStresses(a.steps.model);
+    RecoverBeamSectionStresses(b.steps.model);
+    Comparison places("wall coordinates"), translations("wall translations"), stresses("wall stresses"),
+        averaged("averaged wall stresses");
+    for (int e = 0; e < model.NELEM_B; ++e) {
+        const BeamSectionModel& old = a.steps.model.BeamStressRecords[e];
+        const BeamSectionModel& now = b.steps.model.BeamStressRecords[change.Beam(e)];
+        ASSERT_EQ(old.nodes.size(), now.nodes.size());
+        ASSERT_EQ(old.patches.size(), now.patches.size());
+        for (int n = 0; n < int(old.nodes.size()); ++n) {
+            places.Add(change.Point(old.nodes[n]), now.nodes[n]);
+            translations.Add(change.length * change.Polar(Part(old.displacements, n, DX)),
+                             Part(now.displacements, n, DX));
+            if (change.length == 1.0) { // joints are found within an absolute distance
+                AddStress(change, old.averaged[n].positiveFace, now.averaged[n].positiveFace, averaged);
+                AddStress(change, old.averaged[n].negativeFace, now.averaged[n].negativeFace, averaged);
+            }
+        }
+        for (std::size_t p = 0; p < old.patches.size(); ++p) {
+            for (int i = 0; i < QuadNodeCount; ++i) {
+                AddStress(change, old.patches[p].positiveFace[i], now.patches[p].positiveFace[i], stresses);
+                AddStress(change, old.patches[p].negativeFace[i], now.patches[p].negativeFace[i], stresses);
+            }
+        }
+    }
+    property.Expect(places);
+    for (const Comparison& comparison : {translations, stresses, averaged}) {
+        property.Expect(comparison, WallTolerance);
+    }
+}
+
+TEST(Results, OfSectionWallsTurnWithTheAxesAndFollowTheNumbers)
+{
+    for (const unsigned seed : Seeds()) {
+        if (seed % 4 != 2) { // many equations each
+            continue;
+        }
+        const ModelStore model = ModelOf(seed);
+        Random random(seed);
+        ModelChange change;
+        change.Q = OtherAxes(seed, random);
+        change.nodes = random.Permutation(model.NPOIN);
+        change.beams = random.Permutation(model.NELEM_B);
+        ExpectSameWalls("WallsTurn", seed, model, change);
+    }
+}
+
+TEST(Results, OfSectionWallsFollowTheUnits)
+{
+    for (const unsigned seed : Seeds()) {
+        if (seed % 4 != 2) {
+            continue;
+        }
+        ModelChange change;
+        change.length = 1000.0;
+        ExpectSameWalls("WallsFollowTheUnits", seed, ModelOf(seed), change);
+    }
+}
+
+// ------------------------------------------------------------ engines and kinds of run
+
+void ExpectSameSolution(const char* name, unsigned seed, const ModelStore& model, const ModelStore& a,
+                        const ModelStore& b)
+{
+    Property property(name, seed, model, model);
+    Comparison translations("translations"), rotations("rotations");
+    for (int n = 0; n < model.NPOIN; ++n) {
+        translations.Add(Part(a.GlobalDisplacement, n, DX), Part(b.GlobalDisplacement, n, DX));
+        rotations.Add(Part(a.GlobalDisplacement, n, RX), Part(b.GlobalDisplacement, n, RX));
+    }
+    property.Expect(translations);
+    property.Expect(rotations);
+    ExpectSameStresses(a, b, ModelChange(), property);
+}
+
+TEST(Results, AreTheSameOfEitherEngine)
+{
+    for (const unsigned seed : Seeds()) {
+        const ModelStore model = ModelOf(seed);
+        ExpectSameSolution("EitherEngine", seed, model, ResultsOf(model, SolverKind::Skyline).steps.model,
+                           ResultsOf(model, SolverKind::Sparse).steps.model);
+    }
+}
+
+TEST(Results, OfTheConsoleRunAreThoseOfSolveWithItsBalanceAndHolds)
+{
+    for (const unsigned seed : Seeds()) {
+        if (SupportsOf(seed) == Supports::None) { // the console run needs supports
+            continue;
+        }
+        const ModelStore model = ModelOf(seed);
+        ModelStore console = model;
+        SolveFree(console);
+        RecoverShellStresses(console);
+        AverageShellStresses(console);
+        for (const SolverKind engine : {SolverKind::Skyline, SolverKind::Sparse}) {
+            ModelStore solve = ResultsOf(model, engine, BalanceKind::Classic).steps.model;
+            ExpectSameSolution("ConsoleRun", seed, model, console, solve);
+        }
+    }
+}
+
+// ------------------------------------------------------------ linear in the loads
+
+// A share of the loads, record by record: those with flag 1, the others become zero.
+ModelStore WithLoads(ModelStore model, Random& random, std::vector<bool>& taken, bool complement)
+{
+    std::size_t record = 0;
+    const auto isTaken = [&] {
+        if (record == taken.size()) {
+            taken.push_back(random.Below(2) == 1);
+        }
+        return taken[record++] != complement;
+    };
+    for (NodalForce& load : model.NodalForces) {
+        if (!isTaken()) {
+            load = {load.node, {}};
+        }
+    }
+    for (auto* loads : {&model.QuadDistributedLoads, &model.TriDistributedLoads}) {
+        for (ShellDistributedLoad& load : *loads) {
+            if (!isTaken()) {
+                load = {load.element, {}};
+            }
+        }
+    }
+    for (BeamDistributedLoad& load : model.BeamDistributedLoads) {
+        if (!isTaken()) {
+            load = {load.element, 0.0, 0.0};
+        }
+    }
+    return model;
+}
+
+// The loads of a model in two shares.
+struct LoadCases {
+    ModelStore first, second;
+
+    LoadCases(const ModelStore& model, unsigned seed)
+    {
+        Random random(seed);
+        std::vector<bool> taken;
+        first = WithLoads(model, random, taken, false);
+        second = WithLoads(model, random, taken, true);
+    }
+};
+
+std::vector<double> StressesAndDisplacements(const Results& results)
+{
+    std::vector<double> all = ShellStresses(results.steps.model);
+    const std::vector<double>& u = results.steps.model.GlobalDisplacement;
+    all.insert(all.end(), u.begin(), u.end());
+    return all;
+}
+
+TEST(Results, OfDoubledLoadsAreTwiceAsLargeToTheLastBit)
+{
+    for (const unsigned seed : Seeds()) {
+        const ModelStore model = ModelOf(seed);
+        ModelStore doubled = model;
+        for (NodalForce& load : doubled.NodalForces) {
+            for (double& component : load.components) { component *= 2.0; }
+        }
+        for (auto* loads : {&doubled.QuadDistributedLoads, &doubled.TriDistributedLoads}) {
+            for (ShellDistributedLoad& load : *loads) {
+                for (double& pressure : load.pressure) { pressure *= 2.0; }
+            }
+        }
+        for (BeamDistributedLoad& load : doubled.BeamDistributedLoads) {
+            load = {load.element, 2.0 * load.q1, 2.0 * load.q2};
+        }
+        std::vector<double> once = StressesAndDisplacements(ResultsOf(model, EngineOf(seed)));
+        for (double& value : once) { value *= 2.0; }
+        EXPECT_TRUE(once == StressesAndDisplacements(ResultsOf(doubled, EngineOf(seed)))) << "seed " << seed;
+    }
+}
+
+TEST(Results, OfTwoLoadCasesAddUp)
+{
+    for (const unsigned seed : Seeds()) {
+        const ModelStore model = ModelOf(seed);
+        const LoadCases cases(model, seed);
+        const Results both = ResultsOf(model, EngineOf(seed));
+        const Results a = ResultsOf(cases.first, EngineOf(seed)), b = ResultsOf(cases.second, EngineOf(seed));
+        Property property("AddUp", seed, model, cases.first);
+        const auto expectSum = [&](const char* quantity, const std::vector<double>& x, const std::vector<double>& y,
+                                   const std::vector<double>& sum) {
+            Comparison comparison(quantity);
+            for (std::size_t i = 0; i < sum.size(); ++i) {
+                comparison.Add(x[i] + y[i], sum[i]);
+                comparison.ScaleIsAtLeast(std::max(std::fabs(x[i]), std::fabs(y[i])));
+            }
+            property.Expect(comparison);
+        };
+        expectSum("displacements", a.steps.model.GlobalDisplacement, b.steps.model.GlobalDisplacement,
+                  both.steps.model.GlobalDisplacement);
+        expectSum("shell stresses", ShellStresses(a.steps.model), ShellStresses(b.steps.model),
+                  ShellStresses(both.steps.model));
+        expectSum("balanced loads", a.steps.model.GLOAD, b.steps.model.GLOAD, both.steps.model.GLOAD);
+    }
+}
+
+// Betti (1872): the loads of one case do the same work on the displacements of the other as the other way round.
+// Supports do none, and neither do balanced loads on rigid motions.
+TEST(Results, OfTwoLoadCasesAreReciprocal)
+{
+    for (const unsigned seed : Seeds()) {
+        const ModelStore model = ModelOf(seed);
+        const LoadCases cases(model, seed);
+        const SolveSteps a = RunSolveSteps(cases.first, EngineOf(seed), BalanceKind::Exact);
+        const SolveSteps b = RunSolveSteps(cases.second, EngineOf(seed), BalanceKind::Exact);
+        const auto work = [](const SolveSteps& loads, const SolveSteps& displaced) {
+            const std::vector<double>& f = loads.model.GLOAD;
+            return std::inner_product(f.begin(), f.end(), displaced.model.GlobalDisplacement.begin(), 0.0);
+        };
+        Property property("Reciprocal", seed, cases.first, cases.second);
+        Comparison works("works");
+        works.Add(work(a, b), work(b, a));
+        works.ScaleIsAtLeast(std::sqrt(std::max(0.0, work(a, a) * work(b, b)))); // neither can be larger
+        property.Expect(works);
     }
 }
 
