@@ -5,6 +5,7 @@
 #include "core/ModelFileFormats.h"
 #include "elements/ModelSetUp.h"
 #include "elements/ShellSetUp.h"
+#include "input/FileText.h"
 #include "input/FormatScanner.h"
 #include "input/ScanDiagnostics.h"
 #include "platform/Platform.h"
@@ -12,7 +13,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 namespace tarnvexo {
 
@@ -498,24 +498,6 @@ bool ModelTextReader::Fault(const ModelFault& found)
     return false;
 }
 
-// For what cannot be mapped, a pipe for example.
-bool ReadWholeFile(const char* fileName, std::string& text)
-{
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(fileName, "rb"), std::fclose);
-    if (!file) {
-        return false;
-    }
-    constexpr std::size_t chunk = std::size_t(1) << 20;
-    std::size_t got = 0;
-    do {
-        const std::size_t size = text.size();
-        text.resize(size + chunk);
-        got = std::fread(text.data() + size, 1, chunk, file.get());
-        text.resize(size + got);
-    } while (got > 0);
-    return std::ferror(file.get()) == 0; // a directory can be opened, but not read
-}
-
 } // namespace
 
 ModelReading ReadModelText(ModelStore& model, std::string_view text, const char* fileName)
@@ -525,12 +507,11 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
 
 std::optional<ModelReading> TryReadModelFile(ModelStore& model, const char* fileName)
 {
-    const platform::MappedFile mapped(fileName);
-    std::string copy;
-    if (mapped.Bytes().empty() && !ReadWholeFile(fileName, copy)) {
+    const FileText file(fileName);
+    if (!file.IsRead()) {
         return std::nullopt;
     }
-    return ReadModelText(model, mapped.Bytes().empty() ? std::string_view(copy) : mapped.Bytes(), fileName);
+    return ReadModelText(model, file.Bytes(), fileName);
 }
 
 void ReadModelFile(ModelStore& model, const char* fileName)

@@ -22,10 +22,15 @@ private:
     std::mt19937 generator;
 };
 
+// Points that can hold a part: b away from a along x, c away from a along y.
+struct Corners {
+    int a, b, c;
+};
+
 // A structure under construction. Points keep their numbers until Finish deals the nodes' numbers at random.
 class RandomStructure {
 public:
-    RandomStructure(unsigned seed, Supports supports) : random(seed), supports(supports)
+    explicit RandomStructure(unsigned seed, int loadsOfKind = 1) : random(seed), loadsOfKind(loadsOfKind)
     {
         for (int k = 0; k < Kinds; ++k) {
             text.Material(random.Between(7e10, 2.1e11), random.Between(0.2, 0.35), random.Between(1000.0, 9000.0));
@@ -40,7 +45,7 @@ public:
 
     int Point(const Vector3& position)
     {
-        points.push_back(position + Vector3{3.0, -2.0, 1.5});
+        points.push_back(position + origin);
         return static_cast<int>(points.size()) - 1;
     }
     void Cell(int a, int b, int c, int d)
@@ -55,8 +60,17 @@ public:
     void Tri(int a, int b, int c) { tris.push_back({a, b, c}); }
     void Beam(int a, int b) { beams.push_back({a, b}); }
 
-    // a, b away from it along x, c away from a along y.
-    ModelText Finish(int a, int b, int c)
+    // A beam from the point into the open.
+    void Outrigger(int point)
+    {
+        const Vector3 tip = points[static_cast<std::size_t>(point)] - origin + Vector3{-0.7, -0.5, 0.9};
+        Beam(point, Point(tip + random.Jitter(0.2)));
+    }
+
+    // Points added from now on lie clear of those before.
+    void NextPart() { origin = origin + Vector3{2.0, 20.0, -3.0}; }
+
+    ModelText Finish(const std::vector<Corners>& parts, Supports supports)
     {
         DealNumbers();
         for (const auto& q : quads) {
@@ -70,7 +84,7 @@ public:
             text.Beam({number[from], number[to]}, AcrossBeam(points[to] - points[from]), random.Below(Kinds),
                       random.Below(3), 0, random.Between(-0.05, 0.05), random.Below(2));
         }
-        AddSupports(a, b, c);
+        for (const Corners& part : parts) { AddSupports(part, supports); }
         AddLoads();
         return std::move(text);
     }
@@ -103,9 +117,15 @@ private:
         }
     }
 
-    void AddSupports(int a, int b, int c)
+    void AddSupports(const Corners& part, Supports supports)
     {
+        const auto [a, b, c] = part;
         if (supports == Supports::None) {
+            return;
+        }
+        if (supports == Supports::Clamped) {
+            text.Restrain(number[a], {1, 1, 1, 1, 1, 1});
+            text.Restrain(number[b], {1, 1, 1, 0, 0, 0});
             return;
         }
         text.Restrain(number[a], {1, 1, 1, 0, 0, 0});
@@ -129,18 +149,21 @@ private:
         }
         const auto loaded = [&](std::size_t count) { return random.Below(static_cast<int>(count)); };
         const auto pressure = [&] { return random.Between(-5000.0, 5000.0); };
-        if (!quads.empty()) {
-            text.QuadLoad(loaded(quads.size()), pressure(), pressure(), pressure());
-        }
-        if (!tris.empty()) {
-            text.TriLoad(loaded(tris.size()), pressure(), pressure(), pressure());
-        }
-        if (!beams.empty()) {
-            text.BeamLoad(loaded(beams.size()), pressure(), pressure());
+        for (int k = 0; k < loadsOfKind; ++k) {
+            if (!quads.empty()) {
+                text.QuadLoad(loaded(quads.size()), pressure(), pressure(), pressure());
+            }
+            if (!tris.empty()) {
+                text.TriLoad(loaded(tris.size()), pressure(), pressure(), pressure());
+            }
+            if (!beams.empty()) {
+                text.BeamLoad(loaded(beams.size()), pressure(), pressure());
+            }
         }
     }
 
-    Supports supports;
+    int loadsOfKind;
+    Vector3 origin = {3.0, -2.0, 1.5};
     ModelText text;
     std::vector<Vector3> points;
     std::vector<int> number; // of the node at a point
@@ -149,9 +172,8 @@ private:
     std::vector<std::array<int, 2>> beams;
 };
 
-ModelText RandomPlate(RandomStructure& model, Quads quads)
+Corners AddPlate(RandomStructure& model, Quads quads, int m, int n)
 {
-    const int m = 4 + model.random.Below(3), n = 4 + model.random.Below(3);
     std::vector<int> points;
     for (int i = 0; i <= m; ++i) {
         for (int j = 0; j <= n; ++j) {
@@ -168,13 +190,12 @@ ModelText RandomPlate(RandomStructure& model, Quads quads)
         for (int j = 0; j < n; ++j) { model.Cell(at(i, j), at(i + 1, j), at(i + 1, j + 1), at(i, j + 1)); }
     }
     for (int i = 0; i < m; ++i) { model.Beam(at(i, 1), at(i + 1, 1)); }
-    return model.Finish(at(0, 0), at(m, 0), at(0, n));
+    return {at(0, 0), at(m, 0), at(0, n)};
 }
 
-ModelText RandomTube(RandomStructure& model, Quads quads)
+Corners AddTube(RandomStructure& model, Quads quads, int length)
 {
     constexpr int around = 8;
-    const int length = 3 + model.random.Below(3);
     std::vector<int> points;
     for (int i = 0; i <= length; ++i) {
         for (int j = 0; j < around; ++j) {
@@ -191,13 +212,12 @@ ModelText RandomTube(RandomStructure& model, Quads quads)
     }
     const int middle = model.Point({0.1, 0.0, 0.0});
     for (int j = 0; j < around; ++j) { model.Tri(at(0, j), at(0, j + 1), middle); }
-    return model.Finish(at(0, 0), at(length, 0), at(0, 4));
+    return {at(0, 0), at(length, 0), at(0, 4)};
 }
 
 // Cells in a row.
-ModelText RandomFrame(RandomStructure& model)
+Corners AddFrame(RandomStructure& model, int along)
 {
-    const int along = 2 + model.random.Below(2);
     std::vector<int> points;
     for (int i = 0; i <= along; ++i) {
         for (int j = 0; j < 4; ++j) {
@@ -211,15 +231,45 @@ ModelText RandomFrame(RandomStructure& model)
         model.Beam(at(0, j), at(0, j + 1));
         model.Beam(at(along, j), at(along, j + 1));
     }
-    return model.Finish(at(0, 0), at(along, 0), at(0, 1));
+    return {at(0, 0), at(along, 0), at(0, 1)};
 }
 
 } // namespace
 
 ModelText RandomModel(unsigned seed, Supports supports, Quads quads)
 {
-    RandomStructure model(seed, supports);
-    return seed % 3 == 0 ? RandomPlate(model, quads) : seed % 3 == 1 ? RandomTube(model, quads) : RandomFrame(model);
+    RandomStructure model(seed);
+    if (seed % 3 == 0) {
+        const int m = 4 + model.random.Below(3), n = 4 + model.random.Below(3);
+        return model.Finish({AddPlate(model, quads, m, n)}, supports);
+    }
+    if (seed % 3 == 1) {
+        return model.Finish({AddTube(model, quads, 3 + model.random.Below(3))}, supports);
+    }
+    return model.Finish({AddFrame(model, 2 + model.random.Below(2))}, supports);
+}
+
+ModelText RandomAssembly(unsigned seed, Supports supports, Quads quads)
+{
+    constexpr unsigned largeEvery = 20;
+    RandomStructure model(seed, 3);
+    const int most = seed % largeEvery == 0 ? 18 : 5;
+    const int count = supports == Supports::None ? 1 : 1 + model.random.Below(3) / 2;
+    std::vector<Corners> parts;
+    for (int p = 0; p < count; ++p) {
+        const int kind = seed % largeEvery == 0 ? 0 : model.random.Below(3);
+        if (kind == 0) {
+            const int m = 1 + model.random.Below(most), n = 2 + model.random.Below(most - 1);
+            parts.push_back(AddPlate(model, quads, m, n));
+        } else if (kind == 1) {
+            parts.push_back(AddTube(model, quads, 1 + model.random.Below(4)));
+        } else {
+            parts.push_back(AddFrame(model, 1 + model.random.Below(2)));
+        }
+        for (int k = model.random.Below(3); k > 0; --k) { model.Outrigger(parts.back().b); }
+        model.NextPart();
+    }
+    return model.Finish(parts, supports);
 }
 
 } // namespace tarnvexo::test

@@ -9,18 +9,25 @@
 #include "support/MixedStructure.h"
 #include "support/SmallModels.h"
 
+#include <utility>
+
 namespace tarnvexo::test {
 
 SolveSteps RunSolveSteps(const ModelText& text, SolverKind kind, const std::vector<int>& holdNodes)
 {
+    return RunSolveSteps(StoreOf(text), kind, BalanceKind::Exact, holdNodes);
+}
+
+SolveSteps RunSolveSteps(ModelStore read, SolverKind kind, BalanceKind balance, const std::vector<int>& holdNodes)
+{
     SolveSteps run;
-    ModelStore& model = run.model = StoreOf(text);
+    ModelStore& model = run.model = std::move(read);
     model.EquationCount = DofsPerNode * model.NPOIN;
     MoveOriginToCentroid(model);
     AssembleLoads(model);
     run.applied = model.GLOAD;
     run.inertia = ShellInertia(model);
-    run.balance = tarnvexo::BalanceLoads(model, run.inertia, BalanceKind::Exact);
+    run.balance = tarnvexo::BalanceLoads(model, run.inertia, balance);
     run.free = FindFreeParts(model, holdNodes);
 
     StiffnessSystem system(model, kind);

@@ -23,6 +23,7 @@ struct SolveSteps {
 };
 
 SolveSteps RunSolveSteps(const ModelText& text, SolverKind kind, const std::vector<int>& holdNodes = {});
+SolveSteps RunSolveSteps(ModelStore read, SolverKind kind, BalanceKind balance, const std::vector<int>& holdNodes = {});
 
 // Every stress component of every shell at its nodes, both faces.
 std::vector<double> ShellStresses(const ModelStore& model);
