@@ -18,28 +18,14 @@ int NodeOfBadLoad(const std::vector<double>& loads)
     return bad == loads.end() ? -1 : static_cast<int>((bad - loads.begin()) / DofsPerNode);
 }
 
-// Nodes without elements that carry loads; the loads are taken away when `remove` is set.
-std::string LooseLoads(ModelStore& model, const ConnectedParts& parts, bool remove, const std::string& modelFile)
+// The loads of nodes without elements, which do not reach the structure.
+void RemoveLooseLoads(ModelStore& model, const ConnectedParts& parts)
 {
-    int count = 0, first = 0;
     for (int node = 0; node < model.NPOIN; ++node) {
-        double* load = &model.GLOAD[static_cast<std::size_t>(DofsPerNode) * node];
-        if (parts.partOfNode[node] < 0 &&
-            std::any_of(load, load + DofsPerNode, [](double value) { return value != 0.0; })) {
-            first = count++ == 0 ? node : first;
-            if (remove) {
-                std::fill(load, load + DofsPerNode, 0.0);
-            }
+        if (parts.partOfNode[node] < 0) {
+            std::fill_n(&model.GLOAD[static_cast<std::size_t>(DofsPerNode) * node], DofsPerNode, 0.0);
         }
     }
-    if (count == 0) {
-        return "";
-    }
-    return modelFile + ": warning: " + std::to_string(count) + " nodes without elements carry loads (first " +
-           std::to_string(first) + ")\n" +
-           (remove ? "  done:     these loads are left out, of the balance too\n"
-                   : "  done:     they count in the balance, as in the console run, but do not reach the structure\n") +
-           "  to do:    connect these nodes, or take their loads away";
 }
 
 void AddText(const std::string& text, std::vector<std::string>& texts)
@@ -64,7 +50,9 @@ BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile,
                        "  to do:    look at the forces of this node and the pressures of the elements around it";
         return result;
     }
-    AddText(LooseLoads(model, result.free.parts, kind == BalanceKind::Exact, modelFile), result.warnings);
+    if (kind == BalanceKind::Exact) {
+        RemoveLooseLoads(model, result.free.parts);
+    }
 
     const LoadSizes applied = SizesOfLoads(model);
     const std::vector<double> appliedByPart = LoadSizesOfParts(model, result.free);
@@ -81,13 +69,6 @@ BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile,
     AddText(result.sheet.aboutLine.empty() ? BalanceWarning(model, applied, modelFile.c_str())
                                            : modelFile + ": warning: " + result.sheet.aboutLine,
             result.warnings);
-    const auto loneNodes = std::count(result.free.parts.partOfNode.begin(), result.free.parts.partOfNode.end(), -1);
-    if (loneNodes > 0) {
-        result.warnings.push_back(modelFile + ": warning: " + std::to_string(loneNodes) +
-                                  " nodes belong to no element\n"
-                                  "  done:     they are left where they are\n"
-                                  "  to do:    take them out, or connect them");
-    }
     for (const std::string& warning : SupportWarnings(result.free, applied, modelFile)) {
         result.warnings.push_back(warning);
     }

@@ -20,7 +20,8 @@ struct BalancedLoads {
 };
 
 // Fills GLOAD. The origin stands at the structure's centroid. The exact way leaves out loads on nodes without elements:
-// they do not reach the structure, and neither shall the inertia that would balance them.
+// they do not reach the structure, and neither shall the inertia that would balance them. That there are such loads is
+// said by the rule unstiffened-load of the model checks.
 BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile, BalanceKind kind);
 
 } // namespace tarnvexo

@@ -23,27 +23,6 @@ std::string Fault(const std::string& modelFile, const std::string& what, const c
     return modelFile + ": error: " + what + "\n  expected: " + expected + "\n  to do:    " + toDo;
 }
 
-std::string NodeFault(const ModelStore& model, const std::string& modelFile)
-{
-    constexpr int mostNodes = INT_MAX / DofsPerNode;
-    if (model.NPOIN < 1 || model.NPOIN > mostNodes) {
-        return Fault(modelFile, "the model has " + std::to_string(model.NPOIN) + " nodes", "1 to 357913941 nodes",
-                     "correct NPOIN and the table of nodes");
-    }
-    if (model.QuadElements.empty() && model.TriElements.empty() && model.BeamElements.empty()) {
-        return Fault(modelFile, "the model has no elements", "shells or beams between the nodes",
-                     "add elements to the model file");
-    }
-    const auto bad = std::find_if(model.NodeCoordinates.begin(), model.NodeCoordinates.end(),
-                                  [](const Vector3& node) { return !IsFinite(node); });
-    if (bad != model.NodeCoordinates.end()) {
-        return Fault(modelFile,
-                     "a coordinate of node " + std::to_string(bad - model.NodeCoordinates.begin()) + " is not a number",
-                     "finite coordinates", "correct the record of this node");
-    }
-    return "";
-}
-
 // Of the material of an element; NaN fails every comparison.
 template <class Element>
 std::string MaterialFault(const Element& element, const std::string& name, const std::string& modelFile)
@@ -115,10 +94,28 @@ std::string BeamFault(const ModelStore& model, const std::string& modelFile)
 
 std::string ModelFault(const ModelStore& model, const std::string& modelFile)
 {
-    std::string fault = NodeFault(model, modelFile);
-    if (fault.empty()) {
-        fault = ShellFault(model.QuadElements, "four-node shell", QuadArea, modelFile);
+    constexpr int mostNodes = INT_MAX / DofsPerNode;
+    if (model.NPOIN < 1 || model.NPOIN > mostNodes) {
+        return Fault(modelFile, "the model has " + std::to_string(model.NPOIN) + " nodes", "1 to 357913941 nodes",
+                     "correct NPOIN and the table of nodes");
     }
+    if (model.QuadElements.empty() && model.TriElements.empty() && model.BeamElements.empty()) {
+        return Fault(modelFile, "the model has no elements", "shells or beams between the nodes",
+                     "add elements to the model file");
+    }
+    const auto bad = std::find_if(model.NodeCoordinates.begin(), model.NodeCoordinates.end(),
+                                  [](const Vector3& node) { return !IsFinite(node); });
+    if (bad != model.NodeCoordinates.end()) {
+        return Fault(modelFile,
+                     "a coordinate of node " + std::to_string(bad - model.NodeCoordinates.begin()) + " is not a number",
+                     "finite coordinates", "correct the record of this node");
+    }
+    return "";
+}
+
+std::string ElementFault(const ModelStore& model, const std::string& modelFile)
+{
+    std::string fault = ShellFault(model.QuadElements, "four-node shell", QuadArea, modelFile);
     if (fault.empty()) {
         fault = ShellFault(model.TriElements, "three-node shell", TriArea, modelFile);
     }

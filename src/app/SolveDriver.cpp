@@ -3,12 +3,15 @@
 #include "app/CostModel.h"
 #include "app/LoadBalance.h"
 #include "app/ModelCheck.h"
+#include "app/ModelCounting.h"
+#include "app/ModelFindings.h"
 #include "app/ModelLoading.h"
 #include "app/ResultExtremes.h"
 #include "app/ResultFiles.h"
 #include "app/StageClock.h"
 #include "app/StiffnessSystem.h"
 #include "app/SupportReactions.h"
+#include "checks/ModelChecks.h"
 #include "core/Units.h"
 #include "inertia/BalanceCheck.h"
 #include "inertia/MassOrthogonal.h"
@@ -48,44 +51,36 @@ void AddWarning(const std::string& text, std::vector<std::string>& warnings)
     }
 }
 
-// The model, with the origin at its centroid.
-void ReadAndShift(ModelStore& model, const std::string& modelFile)
+void AddFault(const std::string& fault, InfoReport& report)
 {
-    LoadModel(model, modelFile);
-    const std::string fault = ModelFault(model, modelFile);
+    report.fault += (report.fault.empty() || fault.empty() ? "" : "\n") + fault;
+}
+
+void RequireNoFault(const std::string& fault)
+{
     if (!fault.empty()) {
         throw RunFailure(ExitBadModel, fault);
     }
-    model.EquationCount = DofsPerNode * model.NPOIN;
-    model.StructureCentroid = StructureCentroid(model);
-    ShiftOrigin(model, -model.StructureCentroid);
 }
 
-ModelCounts CountsOf(const ModelStore& model)
+void ReadModel(ModelStore& model, const std::string& modelFile)
 {
-    ModelCounts counts;
-    counts.nodes = model.NPOIN;
-    counts.quads = model.NELEM_S_4ND;
-    counts.tris = model.NELEM_S_3ND;
-    counts.beams = model.NELEM_B;
-    counts.materials = model.NMT;
-    counts.thicknesses = model.NTK;
-    counts.beamSections = model.NTBS + model.NLBS + model.NCBS;
-    const std::vector<unsigned char> restrained = RestrainedEquations(model);
-    counts.restrainedDofs = static_cast<int>(std::count(restrained.begin(), restrained.end(), 1));
-    counts.nodalForces = model.NFOR;
-    counts.distributedLoads = model.NDL_S_4ND + model.NDL_S_3ND + model.NDL_B;
-    counts.equations = model.EquationCount;
-    Vector3 low = model.NodeCoordinates.front(), high = low;
-    for (const Vector3& node : model.NodeCoordinates) {
-        for (int k = 0; k < 3; ++k) {
-            low[k] = std::min(low[k], node[k]);
-            high[k] = std::max(high[k], node[k]);
-        }
+    LoadModel(model, modelFile);
+    RequireNoFault(ModelFault(model, modelFile));
+    model.EquationCount = DofsPerNode * model.NPOIN;
+}
+
+// What the rules find, and the origin at the centroid of the structure when its elements are sound.
+std::vector<Finding> CheckAndShift(ModelStore& model, const std::string& modelFile, const RuleBook& rules)
+{
+    std::vector<Finding> findings = CheckModel(model, rules);
+    if (!HaveSoundElements(findings)) {
+        throw RunFailure(ExitBadModel, FindingsFault(findings, modelFile));
     }
-    counts.boxMin = low + model.StructureCentroid;
-    counts.boxMax = high + model.StructureCentroid;
-    return counts;
+    RequireNoFault(ElementFault(model, modelFile));
+    model.StructureCentroid = StructureCentroid(model);
+    ShiftOrigin(model, -model.StructureCentroid);
+    return findings;
 }
 
 std::vector<SupportReaction> Reactions(const ModelStore& model, const FreeParts& free,
@@ -170,7 +165,7 @@ void WriteResults(const ModelStore& model, ResultFiles& files)
 SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 {
     platform::ExitOnInterrupt();
-    std::vector<const char*> stages = {"read",      "order", "analyse",  "assemble",
+    std::vector<const char*> stages = {"read",      "check", "order",    "analyse",      "assemble",
                                        "factorise", "solve", "stresses", "beam sections"};
     if (options.writeResults) {
         stages.push_back("write");
@@ -185,8 +180,12 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
         files.emplace(options.outputDirectory);
     }
     ModelStore model;
-    ReadAndShift(model, options.modelFile);
+    ReadModel(model, options.modelFile);
     report.counts = CountsOf(model);
+
+    clock.Next(); // check
+    report.checks = CheckAndShift(model, options.modelFile, RulesForSolving(options.rules, options.balance));
+    RequireNoFault(FindingsFault(report.checks, options.modelFile));
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
     clock.Expect("assemble", AssemblySeconds(model));
     clock.Expect("stresses", StressSeconds(model));
@@ -205,9 +204,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     auto system = std::make_unique<StiffnessSystem>(model, options.solver);
     std::future<void> ordering = std::async([&] { system->Order(); });
     const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance);
-    if (!loads.fault.empty()) {
-        throw RunFailure(ExitBadModel, loads.fault);
-    }
+    RequireNoFault(loads.fault);
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, options.displacements);
     report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
@@ -273,17 +270,22 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     return report;
 }
 
-InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
+InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
 {
     platform::ExitOnInterrupt();
-    StageClock clock({"read", "order", "analyse"}, listener);
+    StageClock clock({"read", "check", "order", "analyse"}, listener);
+    const std::string& modelFile = options.modelFile;
     InfoReport report;
     report.modelFile = modelFile;
 
     clock.Next(); // read
     ModelStore model;
-    ReadAndShift(model, modelFile);
+    ReadModel(model, modelFile);
     report.counts = CountsOf(model);
+
+    clock.Next(); // check
+    report.checks = CheckAndShift(model, modelFile, RulesForSolving(options.rules, BalanceKind::Exact));
+    report.fault = FindingsFault(report.checks, modelFile);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
 
     clock.Next(); // order
@@ -293,7 +295,7 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
     report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
-    AddWarning(loads.fault, report.warnings); // what solve would refuse
+    AddFault(loads.fault, report);
 
     std::vector<int> numbers(model.NodeCoordinates.size());
     std::iota(numbers.begin(), numbers.end(), 0);
@@ -311,7 +313,11 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
     }
     report.solver = system.Report();
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
-    AddWarning(meshes.fault, report.warnings);
+    if (meshes.isBeyondMemory) { // of this machine
+        AddWarning(meshes.fault, report.warnings);
+    } else {
+        AddFault(meshes.fault, report);
+    }
     std::error_code noFile; // a pipe has no size
     const std::uintmax_t fileBytes = std::filesystem::file_size(modelFile, noFile);
     const double outside = ReadingSeconds(noFile ? 0 : fileBytes) + StressSeconds(model) +

@@ -3,6 +3,7 @@
 // order; nothing is printed here: progress goes to a listener, the outcome into the report.
 #pragma once
 
+#include "app/CheckReport.h"
 #include "app/Progress.h"
 #include "app/RunFailure.h"
 #include "app/SolveOptions.h"
@@ -10,9 +11,12 @@
 
 namespace tarnvexo {
 
-// Throws RunFailure. Result files appear under their names together, when all of them are complete.
+// Throws RunFailure, for errors of the model checks too. Result files appear under their names together, when all of
+// them are complete.
 SolveReport Solve(const SolveOptions& options, const ProgressListener& listener);
 
-InfoReport Info(const std::string& modelFile, const ProgressListener& listener);
+// Errors: RunFailure for a model that cannot be looked at: its text, elements without stiffness. What else solve would
+// refuse stands in the report.
+InfoReport Info(const CheckOptions& options, const ProgressListener& listener);
 
 } // namespace tarnvexo

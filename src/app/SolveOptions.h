@@ -2,6 +2,7 @@
 // What a user may choose for `tarnvexo solve`.
 #pragma once
 
+#include "core/Rules.h"
 #include "inertia/BalanceSheet.h"
 
 #include <string>
@@ -18,6 +19,7 @@ struct SolveOptions {
     BalanceKind balance = BalanceKind::Exact;
     DisplacementKind displacements = DisplacementKind::MassOrthogonal;
     bool writeResults = true; // the six files; without them only the report
+    RuleBook rules;           // what the model is held to
 };
 
 } // namespace tarnvexo

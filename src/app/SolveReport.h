@@ -3,6 +3,7 @@
 // JSON. Units are those of the model file unless a name says otherwise; nodes and elements by their numbers there.
 #pragma once
 
+#include "checks/Finding.h"
 #include "core/Dofs.h"
 #include "core/Vector3.h"
 #include "inertia/BalanceSheet.h"
@@ -88,6 +89,7 @@ struct ResultFile {
 struct SolveReport {
     std::string modelFile;
     ModelCounts counts;
+    std::vector<Finding> checks; // of the model before it was solved; no errors among them
     std::vector<PartReport> parts;
     BalanceSheet balance;
     SolverReport solver;
@@ -111,6 +113,7 @@ struct SolveReport {
 struct InfoReport {
     std::string modelFile;
     ModelCounts counts;
+    std::vector<Finding> checks;
     std::vector<PartReport> parts;
     BalanceSheet balance;
     SolverReport solver;             // factor size and operations of the sparse engine
@@ -122,6 +125,7 @@ struct InfoReport {
     double expectedMemoryGigabytes = 0.0; // of `tarnvexo solve`
     double availableMemoryGigabytes = 0.0;
     std::vector<std::string> warnings;
+    std::string fault; // why solve refuses the model, one or several complete messages; empty: it does not
 };
 
 } // namespace tarnvexo

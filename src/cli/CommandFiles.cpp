@@ -26,6 +26,11 @@ fs::path PathOf(const std::string& text)
 
 std::string ModelFileOf(const std::string& model)
 {
+    if (model == "-") {
+        throw RunFailure(ExitUsage, std::string("-: error: the model cannot come from standard input") +
+                                        "\n  expected: a model file, or a directory with " + ModelFileName +
+                                        " in it\n  to do:    write it into a file first; a file of this name is ./-");
+    }
     std::error_code ignored;
     if (fs::is_regular_file(PathOf(model), ignored)) {
         return model;

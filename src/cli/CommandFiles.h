@@ -6,7 +6,8 @@
 
 namespace tarnvexo {
 
-// The file that MODEL means: itself, or fem_solving.txt in it when it is a directory. It must exist.
+// The file that MODEL means: itself, or fem_solving.txt in it when it is a directory. It must exist. "-" is
+// refused as a usage error: reports, JSON and messages name the model by its path.
 std::string ModelFileOf(const std::string& model);
 
 // Fails early, before a long run, when the directory that a file is to stand in does not exist.

@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 
+#include "app/CheckDriver.h"
 #include "app/RunDriver.h"
 #include "app/SolveDriver.h"
 #include "cli/CommandFailure.h"
@@ -39,6 +40,11 @@ int Run(const SolveCommand& command)
 int Run(const InfoCommand& command)
 {
     return RunInfoCommand(command, Info);
+}
+
+int Run(const CheckCommand& command)
+{
+    return RunCheckCommand(command, Check);
 }
 
 int Run(const RefineCommand& command)

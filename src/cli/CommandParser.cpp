@@ -1,6 +1,9 @@
 #include "cli/CommandParser.h"
 
+#include "cli/CheckText.h"
 #include "cli/NearestName.h"
+#include "cli/RuleSettings.h"
+#include "cli/UsageFault.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -25,15 +28,11 @@ struct OptionTexts {
     std::vector<std::string> formats;
     std::string json;
     std::string parts;
+    std::vector<std::string> rules;
+    bool listRules = false;
     bool quiet = false;
+    bool verbose = false;
     bool keepNumbers = false;
-};
-
-// What is wrong with a command line.
-struct UsageFault {
-    std::string what;     // --threads cannot be "many"
-    std::string expected; // a whole number from 1 to 1024
-    std::string meant;    // nearest name; may be empty
 };
 
 template <typename Value> using Choices = std::vector<std::pair<const char*, Value>>;
@@ -46,6 +45,7 @@ const Choices<DisplacementKind> Displacements = {{"mass-orthogonal", Displacemen
 const Choices<UnitSystem> Units = {{"SI", UnitSystem::SI}, {"mm-t-s", UnitSystem::MillimetreTonneSecond}};
 const Choices<bool> Formats = {{"text", true}, {"none", false}}; // are the six files written?
 
+constexpr const char* ListRules = "--rules";
 constexpr int MostThreads = 1024;
 constexpr int MostParts = 1000; // of an edge
 
@@ -131,6 +131,17 @@ void AddModelOutput(CLI::App& command, OptionTexts& texts)
     command.add_option("-o,--output", texts.output, "the model file to write")->option_text("OUT")->required();
 }
 
+void AddRuleOptions(CLI::App& command, OptionTexts& texts)
+{
+    command
+        .add_option("--rule", texts.rules,
+                    "set a rule of the model checks, several times or with commas\n"
+                    "between: its severity, off, note, warning or error, or its limit")
+        ->option_text("NAME=SETTING")
+        ->allow_extra_args(false);
+    command.add_flag(ListRules, texts.listRules, "list all rules as they are set; needs no MODEL");
+}
+
 void AddReportOptions(CLI::App& command, OptionTexts& texts)
 {
     AddValue(command, "--units", texts.units, "SI|mm-t-s",
@@ -172,6 +183,7 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
              "equation solver: auto takes the one that is faster for the model\n"
              "(the default)");
     AddValue(command, "--threads", texts.threads, "N", "threads to use; all processors without this option");
+    AddRuleOptions(command, texts);
     AddReportOptions(command, texts);
 }
 
@@ -183,6 +195,23 @@ void AddInfo(CLI::App& app, OptionTexts& texts)
                                    "      is the mass right, are the loads right, how long will it take?\n"
                                    "  tarnvexo info wing.txt --json wing-info.json");
     AddModel(command, texts);
+    AddRuleOptions(command, texts);
+    AddReportOptions(command, texts);
+}
+
+void AddCheck(CLI::App& app, OptionTexts& texts)
+{
+    CLI::App& command = AddCommand(app, "check", "Look for all that is wrong or odd in a model, solve nothing",
+                                   "Examples:\n"
+                                   "  tarnvexo check examples/wing\n"
+                                   "      can it be solved, and if not, what is to be mended first?\n"
+                                   "  tarnvexo check wing.txt --rule warping=5,free-edge=off\n"
+                                   "      shells warped by more than 5 degrees; nothing of free edges\n"
+                                   "  tarnvexo check wing.txt -q >check.log && tarnvexo solve wing.txt -o run\n"
+                                   "      solve it when the checks find no error");
+    AddModel(command, texts);
+    AddRuleOptions(command, texts);
+    command.add_flag("-v,--verbose", texts.verbose, "name up to 10 offenders of every finding, of notes too");
     AddReportOptions(command, texts);
 }
 
@@ -222,17 +251,20 @@ std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts)
     formatter->label("OPTIONS", "options");
     formatter->label("SUBCOMMAND", "COMMAND ...");
     app->formatter(formatter);
-    app->set_help_flag("-h,--help", "this text; tarnvexo COMMAND --help for a command's options");
+    app->set_help_flag("-h,--help",
+                       "this text; tarnvexo COMMAND --help, or\ntarnvexo help COMMAND, for a command's options");
     app->set_version_flag("--version", "", "version, compiler, vector unit in use, equation solvers");
     app->require_subcommand(1);
     app->footer("Examples:\n"
-                "  tarnvexo info examples/wing            check a model before solving it\n"
+                "  tarnvexo check examples/wing           can the model be solved?\n"
+                "  tarnvexo info examples/wing            mass, loads, balance; time and memory of a solution\n"
                 "  tarnvexo solve examples/wing -o run    solve it, result files into run/\n"
                 "  tarnvexo                               the console run on ./fem_solving.txt\n\n"
                 "Exit codes: 0 good, 1 fault in the model, 2 fault in the command line, 3 numerical failure or\n"
                 "out of memory, 4 a file cannot be read or written, 130 interrupted.");
     AddSolve(*app, texts);
     AddInfo(*app, texts);
+    AddCheck(*app, texts);
     AddRefine(*app, texts);
     AddRenumber(*app, texts);
     for (CLI::App* command : app->get_subcommands(nullptr)) { command->group("Commands"); }
@@ -306,6 +338,13 @@ MessageCommand UsageMessage(const std::string& command, const UsageFault& fault)
 
 // ---- commands
 
+RuleBook ParsedRules(const std::vector<std::string>& texts)
+{
+    RuleBook rules;
+    ApplyRuleSettings(texts, rules);
+    return rules;
+}
+
 Command SolveOf(const OptionTexts& texts)
 {
     SolveCommand command;
@@ -315,6 +354,7 @@ Command SolveOf(const OptionTexts& texts)
     command.solve.balance = ParsedChoice("--balance", texts.balance, Balances);
     command.solve.displacements = ParsedChoice("--displacements", texts.displacements, Displacements);
     command.solve.writeResults = ParsedFormats(texts.formats);
+    command.solve.rules = ParsedRules(texts.rules);
     command.threads = ParsedThreads(texts.threads);
     command.units = ParsedUnits(texts.units);
     command.jsonFile = texts.json;
@@ -324,7 +364,13 @@ Command SolveOf(const OptionTexts& texts)
 
 Command InfoOf(const OptionTexts& texts)
 {
-    return InfoCommand{texts.model, ParsedUnits(texts.units), texts.json, texts.quiet};
+    return InfoCommand{{texts.model, ParsedRules(texts.rules)}, ParsedUnits(texts.units), texts.json, texts.quiet};
+}
+
+Command CheckOf(const OptionTexts& texts)
+{
+    return CheckCommand{
+        {texts.model, ParsedRules(texts.rules)}, ParsedUnits(texts.units), texts.json, texts.quiet, texts.verbose};
 }
 
 Command RefineOf(const OptionTexts& texts)
@@ -339,8 +385,12 @@ Command RenumberOf(const OptionTexts& texts)
 
 Command CommandOf(const std::string& name, const OptionTexts& texts)
 {
+    if (texts.listRules) {
+        return MessageCommand{RuleTableText(ParsedRules(texts.rules)), "", ExitGood};
+    }
     return name == "solve"    ? SolveOf(texts)
            : name == "info"   ? InfoOf(texts)
+           : name == "check"  ? CheckOf(texts)
            : name == "refine" ? RefineOf(texts)
                               : RenumberOf(texts);
 }
@@ -349,6 +399,11 @@ Command CommandOf(const std::string& name, const OptionTexts& texts)
 
 Command ParseCommandLine(const std::vector<std::string>& arguments, const std::function<std::string()>& versionText)
 {
+    if (!arguments.empty() && arguments.front() == "help") {
+        return ParseCommandLine(arguments.size() == 1 ? std::vector<std::string>{"--help"}
+                                                      : std::vector<std::string>{arguments[1], "--help"},
+                                versionText);
+    }
     OptionTexts texts;
     const std::unique_ptr<CLI::App> app = MakeApp(texts);
     const std::vector<std::string> commandNames = CommandNames(*app);
@@ -359,6 +414,9 @@ Command ParseCommandLine(const std::vector<std::string>& arguments, const std::f
         return UsageMessage("tarnvexo",
                             {first.empty() ? "a command is missing" : "there is no command \"" + first + "\"",
                              CLI::detail::join(commandNames, ", "), NearestName(first, commandNames)});
+    }
+    if (std::find(arguments.begin(), arguments.end(), ListRules) != arguments.end() && !first.starts_with("-")) {
+        app->get_subcommand(first)->get_option("MODEL")->required(false);
     }
     try {
         app->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // last word first

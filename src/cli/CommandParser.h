@@ -3,6 +3,7 @@
 // looked at.
 #pragma once
 
+#include "app/CheckDriver.h"
 #include "app/SolveDriver.h"
 #include "cli/Quantities.h"
 
@@ -24,10 +25,19 @@ struct SolveCommand {
 
 // `tarnvexo info`
 struct InfoCommand {
-    std::string model;
+    CheckOptions info; // modelFile holds the MODEL as given
     UnitSystem units = UnitSystem::Unnamed;
     std::string jsonFile;
     bool quiet = false;
+};
+
+// `tarnvexo check`
+struct CheckCommand {
+    CheckOptions check; // modelFile holds the MODEL as given
+    UnitSystem units = UnitSystem::Unnamed;
+    std::string jsonFile;
+    bool quiet = false;
+    bool verbose = false;
 };
 
 // `tarnvexo refine`
@@ -44,14 +54,15 @@ struct RenumberCommand {
     std::string outputFile;
 };
 
-// Nothing to run: help or version on standard output, or a usage error on standard error. Each with its line end.
+// Nothing to run: help, version or the table of rules on standard output, or a usage error on standard error. Each with
+// its line end.
 struct MessageCommand {
     std::string output;
     std::string error;
     int exitCode = ExitGood;
 };
 
-using Command = std::variant<SolveCommand, InfoCommand, RefineCommand, RenumberCommand, MessageCommand>;
+using Command = std::variant<SolveCommand, InfoCommand, CheckCommand, RefineCommand, RenumberCommand, MessageCommand>;
 
 // arguments: the words behind the program's name. versionText: gives what --version prints; called only for that.
 // A usage error says which command, what is wrong, what was expected, and the nearest name to a misspelt one.

@@ -1,5 +1,6 @@
 #include "cli/ReportCommands.h"
 
+#include "cli/CheckText.h"
 #include "cli/CommandFiles.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ReportJson.h"
@@ -62,15 +63,31 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
 
 int RunInfoCommand(const InfoCommand& command, const InfoProcedure& info)
 {
-    const std::string modelFile = ModelFileOf(command.model);
-    RequirePlaceOfJson(command.jsonFile, modelFile);
+    CheckOptions options = command.info;
+    options.modelFile = ModelFileOf(command.info.modelFile);
+    RequirePlaceOfJson(command.jsonFile, options.modelFile);
     InfoReport report;
     {
         ProgressDisplay display(StyleOfStandardError(command.quiet));
-        report = info(modelFile, [&](const Progress& progress) { display.Show(progress); });
+        report = info(options, [&](const Progress& progress) { display.Show(progress); });
     }
     WriteReport(InfoReportText(report, command.units), InfoReportJson(report, command.units), command.jsonFile);
-    return ExitGood;
+    return report.fault.empty() ? ExitGood : ExitBadModel;
+}
+
+int RunCheckCommand(const CheckCommand& command, const CheckProcedure& check)
+{
+    CheckOptions options = command.check;
+    options.modelFile = ModelFileOf(command.check.modelFile);
+    RequirePlaceOfJson(command.jsonFile, options.modelFile);
+    CheckReport report;
+    {
+        ProgressDisplay display(StyleOfStandardError(command.quiet));
+        report = check(options, [&](const Progress& progress) { display.Show(progress); });
+    }
+    WriteReport(CheckReportText(report, command.units, command.verbose), CheckReportJson(report, command.units),
+                command.jsonFile);
+    return CountOf(report, Severity::Error) == 0 ? ExitGood : ExitBadModel;
 }
 
 } // namespace tarnvexo

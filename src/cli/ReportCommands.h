@@ -1,5 +1,6 @@
 // cli/ReportCommands.h
-// `tarnvexo solve` and `tarnvexo info`: progress on standard error, report on standard output and into a JSON file.
+// `tarnvexo solve`, `tarnvexo info` and `tarnvexo check`: progress on standard error, report on standard output and
+// into a JSON file.
 #pragma once
 
 #include "cli/CommandParser.h"
@@ -8,12 +9,14 @@
 
 namespace tarnvexo {
 
-// Solve and Info of app/SolveDriver, or what tests put in their place.
+// Solve and Info of app/SolveDriver, Check of app/CheckDriver, or what tests put in their place.
 using SolveProcedure = std::function<SolveReport(const SolveOptions&, const ProgressListener&)>;
-using InfoProcedure = std::function<InfoReport(const std::string& modelFile, const ProgressListener&)>;
+using InfoProcedure = std::function<InfoReport(const CheckOptions&, const ProgressListener&)>;
+using CheckProcedure = std::function<CheckReport(const CheckOptions&, const ProgressListener&)>;
 
-// Return ExitGood; throw RunFailure.
+// Return ExitGood, or ExitBadModel for a report that says that the model cannot be solved; throw RunFailure.
 int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve);
 int RunInfoCommand(const InfoCommand& command, const InfoProcedure& info);
+int RunCheckCommand(const CheckCommand& command, const CheckProcedure& check);
 
 } // namespace tarnvexo

@@ -1,5 +1,6 @@
 #include "cli/ReportJson.h"
 
+#include "app/ModelFindings.h"
 #include "cli/ReportFigures.h"
 
 #include <algorithm>
@@ -167,6 +168,44 @@ Json StagesJson(const std::vector<StageTime>& stages)
     return list;
 }
 
+Json OffenderJson(const Offender& offender)
+{
+    return {{"kind", offender.kind},
+            {"number", offender.number},
+            {"value", offender.value},
+            {"place", HasPlace(offender) ? Json(offender.place) : Json()},
+            {"detail", offender.detail}};
+}
+
+Json ChecksJson(const std::vector<Finding>& findings)
+{
+    Json list = Json::array();
+    for (const Finding& finding : findings) {
+        const Rule& rule = RuleOf(finding.rule);
+        const bool hasLimit = finding.limit != NoLimit;
+        Json worst = Json::array();
+        for (const Offender& offender : finding.worst) { worst.push_back(OffenderJson(offender)); }
+        list.push_back({{"rule", rule.name},
+                        {"severity", SeverityName(finding.severity)},
+                        {"count", finding.count},
+                        {"limit", hasLimit ? Json(finding.limit) : Json()},
+                        {"measure", hasLimit ? Json(rule.measure) : Json()},
+                        {"finding", rule.finding},
+                        {"to_do", rule.toDo},
+                        {"worst", worst}});
+    }
+    return list;
+}
+
+Json MessagesJson(const std::vector<CheckMessage>& messages)
+{
+    Json list = Json::array();
+    for (const CheckMessage& message : messages) {
+        list.push_back({{"severity", SeverityName(message.severity)}, {"text", message.text}});
+    }
+    return list;
+}
+
 Json ReportHead(const char* command, const std::string& modelFile, const UnitTexts& unit)
 {
     return {{"report_version", ReportJsonVersion},
@@ -238,6 +277,7 @@ std::string SolveReportJson(const SolveReport& report, UnitSystem units)
     json["stages"] = StagesJson(report.stages);
     json["seconds"] = report.seconds;
     json["peak_memory_gigabytes"] = report.peakMemoryGigabytes;
+    json["checks"] = ChecksJson(report.checks);
     json["warnings"] = report.warnings;
     return JsonText(json);
 }
@@ -258,7 +298,29 @@ std::string InfoReportJson(const InfoReport& report, UnitSystem units)
                         {"skyline_seconds", report.expectedSkylineSeconds},
                         {"memory_gigabytes", report.expectedMemoryGigabytes},
                         {"available_memory_gigabytes", report.availableMemoryGigabytes}};
+    json["checks"] = ChecksJson(report.checks);
     json["warnings"] = report.warnings;
+    json["fault"] = report.fault.empty() ? Json() : Json(report.fault);
+    return JsonText(json);
+}
+
+std::string CheckReportJson(const CheckReport& report, UnitSystem units)
+{
+    const UnitTexts& unit = TextsOfUnits(units);
+    Json json = ReportHead("check", report.modelFile, unit);
+    json["ready"] = CountOf(report, Severity::Error) == 0;
+    json["errors"] = CountOf(report, Severity::Error);
+    json["warnings"] = CountOf(report, Severity::Warning);
+    json["notes"] = CountOf(report, Severity::Note);
+    json["checks"] = ChecksJson(report.findings);
+    json["messages"] = MessagesJson(report.messages);
+    json["model"] = report.isRead ? CountsJson(report.counts) : Json();
+    json["parts"] = PartsJson(report.parts);
+    json["mass"] = report.balance ? MassJson(report.balance->mass) : Json();
+    json["balance"] = report.balance ? BalanceJson(*report.balance, unit) : Json();
+    json["stages"] = StagesJson(report.stages);
+    json["seconds"] = report.seconds;
+    json["peak_memory_gigabytes"] = report.peakMemoryGigabytes;
     return JsonText(json);
 }
 

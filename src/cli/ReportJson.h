@@ -3,6 +3,7 @@
 // docs/formats/report-json.md and stay; new ones may come. Numbers that are not finite are null.
 #pragma once
 
+#include "app/CheckReport.h"
 #include "app/SolveReport.h"
 #include "cli/Quantities.h"
 
@@ -16,5 +17,6 @@ constexpr int ReportJsonVersion = 1;
 // With a line end behind it.
 std::string SolveReportJson(const SolveReport& report, UnitSystem units);
 std::string InfoReportJson(const InfoReport& report, UnitSystem units);
+std::string CheckReportJson(const CheckReport& report, UnitSystem units);
 
 } // namespace tarnvexo

@@ -1,6 +1,8 @@
 #include "cli/ReportText.h"
 
+#include "cli/CheckText.h"
 #include "cli/ReportFigures.h"
+#include "cli/ReportPhrases.h"
 #include "cli/TextPage.h"
 
 #include <algorithm>
@@ -19,25 +21,6 @@ namespace {
 std::vector<std::string> WithSize(const Vector3& v)
 {
     return {NumberText(v[0]), NumberText(v[1]), NumberText(v[2]), NumberText(Length(v))};
-}
-
-// "1.5 kg", "1.5"
-std::string WithUnit(double value, const char* unit)
-{
-    return *unit == '\0' ? NumberText(value) : NumberText(value) + " " + unit;
-}
-
-// Two significant digits, for shares and remainders.
-std::string ShareText(double share)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.2g", share);
-    return text;
-}
-
-std::string FreeMotionText(int count)
-{
-    return count == 0 ? "no free rigid motion" : CountText(count, "free rigid motion");
 }
 
 // ---- sections that both reports have
@@ -170,32 +153,6 @@ void AddEngine(TextPage& page, const SolverReport& solver)
             page.Text(label, text);
         }
     }
-}
-
-// A line of the summary, which has short labels and long texts.
-void AddSummaryLine(TextPage& page, std::string_view label, std::string_view text)
-{
-    constexpr std::size_t labelWidth = 22;
-    page.Paragraph("  " + PaddedRight(label, labelWidth), text);
-}
-
-std::string BalanceSummary(const BalanceSheet& balance)
-{
-    return std::string(IsBalanced(balance) ? "closed" : "NOT CLOSED") + " (" + BalanceName(balance.kind) +
-           "): " + ShareText(balance.relativeForce) + " of the forces, " + ShareText(balance.relativeMoment) +
-           " of the moments remain";
-}
-
-// The accelerations that balance the loads: large ones tell of a structure that was meant to stand on its supports.
-std::string AccelerationSummary(const BalanceSheet& balance, const UnitTexts& unit)
-{
-    const double a = Length(balance.applied.a);
-    std::string text = WithUnit(a, unit.acceleration);
-    if (unit.standardGravity > 0.0) {
-        text += " (" + NumberText(a / unit.standardGravity) + " g)";
-    }
-    return text + ", angular " + WithUnit(Length(balance.applied.alpha), unit.angularAcceleration) +
-           ", not by supports";
 }
 
 std::string WarningSummary(const std::vector<std::string>& warnings)
@@ -345,6 +302,7 @@ void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts&
     AddSummaryLine(page, "largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
     AddSummaryLine(page, "largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
     AddSummaryLine(page, "result files", FilesSummary(report.files));
+    AddSummaryLine(page, "model checks", FindingsSummary(report.checks));
     AddSummaryLine(page, "run",
                    DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes) +
                        "; warnings: " + WarningSummary(report.warnings));
@@ -366,6 +324,15 @@ void AddCost(TextPage& page, const InfoReport& report)
     AddEngine(page, report.solver);
 }
 
+// Why solve would not begin.
+void AddFault(TextPage& page, const std::string& fault)
+{
+    if (!fault.empty()) {
+        page.Heading("ERRORS: tarnvexo solve refuses this model");
+        page.Paragraph("  ", fault);
+    }
+}
+
 int FreeMotions(const std::vector<PartReport>& parts)
 {
     int count = 0;
@@ -385,8 +352,11 @@ void AddInfoSummary(TextPage& page, const InfoReport& report, const UnitTexts& u
     AddSummaryLine(page, "balance", BalanceSummary(report.balance));
     AddSummaryLine(page, "balanced by", AccelerationSummary(report.balance, unit));
     AddSummaryLine(page, "tarnvexo solve",
-                   EstimateText(report.expectedSeconds) + " and " + MemoryText(report.expectedMemoryGigabytes) +
-                       " of " + MemoryText(report.availableMemoryGigabytes));
+                   report.fault.empty()
+                       ? EstimateText(report.expectedSeconds) + " and " + MemoryText(report.expectedMemoryGigabytes) +
+                             " of " + MemoryText(report.availableMemoryGigabytes)
+                       : "refuses this model, see ERRORS");
+    AddSummaryLine(page, "model checks", FindingsSummary(report.checks));
     AddSummaryLine(page, "warnings", WarningSummary(report.warnings));
 }
 
@@ -407,6 +377,7 @@ std::string SolveReportText(const SolveReport& report, UnitSystem units)
     AddExtremes(page, report, unit);
     AddFiles(page, report.files);
     AddStages(page, report);
+    AddModelChecks(page, report.checks);
     AddWarnings(page, report.warnings);
     AddSolveSummary(page, report, unit);
     return page.Result();
@@ -422,7 +393,9 @@ std::string InfoReportText(const InfoReport& report, UnitSystem units)
     AddMass(page, report.balance.mass, unit);
     AddBalance(page, report.balance, unit);
     AddCost(page, report);
+    AddModelChecks(page, report.checks);
     AddWarnings(page, report.warnings);
+    AddFault(page, report.fault);
     AddInfoSummary(page, report, unit);
     return page.Result();
 }

@@ -58,6 +58,12 @@ std::string PaddedLeft(std::string_view text, std::size_t width)
     return Blanks(width - std::min(width, TextWidth(text))) + std::string(text);
 }
 
+void AddSummaryLine(TextPage& page, std::string_view label, std::string_view text)
+{
+    constexpr std::size_t labelWidth = 22;
+    page.Paragraph("  " + PaddedRight(label, labelWidth), text);
+}
+
 void TextPage::Heading(std::string_view title)
 {
     page += page.empty() ? "" : "\n";

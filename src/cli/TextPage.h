@@ -21,6 +21,11 @@ std::size_t TextWidth(std::string_view text);
 std::string PaddedLeft(std::string_view text, std::size_t width);
 std::string PaddedRight(std::string_view text, std::size_t width);
 
+class TextPage;
+
+// A line of a summary, which has short labels and long texts.
+void AddSummaryLine(TextPage& page, std::string_view label, std::string_view text);
+
 class TextPage {
 public:
     static constexpr std::size_t Width = 100;

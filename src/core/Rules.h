@@ -88,13 +88,19 @@ public:
     Severity SeverityOf(RuleId id) const { return severities[static_cast<std::size_t>(id)]; }
     double LimitOf(RuleId id) const { return limits[static_cast<std::size_t>(id)]; }
     bool IsOn(RuleId id) const { return SeverityOf(id) != Severity::Off; }
+    bool IsSeveritySet(RuleId id) const { return isSet[static_cast<std::size_t>(id)]; } // not the table's, or told so
 
-    void SetSeverity(RuleId id, Severity severity) { severities[static_cast<std::size_t>(id)] = severity; }
+    void SetSeverity(RuleId id, Severity severity)
+    {
+        severities[static_cast<std::size_t>(id)] = severity;
+        isSet[static_cast<std::size_t>(id)] = true;
+    }
     void SetLimit(RuleId id, double limit) { limits[static_cast<std::size_t>(id)] = limit; }
 
 private:
     std::array<Severity, RuleCount> severities;
     std::array<double, RuleCount> limits;
+    std::array<bool, RuleCount> isSet = {};
 };
 
 } // namespace tarnvexo

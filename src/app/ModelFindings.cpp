@@ -1,0 +1,104 @@
+#include "app/ModelFindings.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+namespace tarnvexo {
+
+namespace {
+
+// Offenders that the message of an error names.
+constexpr std::size_t NamedInMessage = 3;
+
+std::string Shortly(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value + 0.0); // a zero has no sign
+    return text;
+}
+
+// "quad 17 at (1, 2, 3): 0.0012, with quad 18"
+std::string OffenderText(const Offender& offender, bool hasValue)
+{
+    std::string text = OffenderName(offender);
+    if (HasPlace(offender)) {
+        const Vector3& p = offender.place;
+        text += " at (" + Shortly(p[0]) + ", " + Shortly(p[1]) + ", " + Shortly(p[2]) + ")";
+    }
+    if (hasValue) {
+        text += ": " + Shortly(offender.value);
+    }
+    return offender.detail.empty() ? text : text + ", " + offender.detail;
+}
+
+std::string ErrorText(const Finding& finding, const std::string& modelFile)
+{
+    const Rule& rule = RuleOf(finding.rule);
+    const bool hasLimit = finding.limit != NoLimit;
+    std::string text = modelFile + ": error: [" + rule.name + "] " + std::to_string(finding.count) + " " + rule.finding;
+    const std::size_t named = std::min(finding.worst.size(), NamedInMessage);
+    for (std::size_t i = 0; i < named; ++i) {
+        text += (i == 0 ? "\n  there:    " : "\n            ") + OffenderText(finding.worst[i], hasLimit);
+    }
+    if (finding.count > static_cast<std::int64_t>(named) && named > 0) {
+        text += "\n            and " + std::to_string(finding.count - static_cast<std::int64_t>(named)) + " more";
+    }
+    text += "\n  expected: none";
+    if (hasLimit) {
+        text += " beyond the limit " + Shortly(finding.limit) + " (" + rule.measure + ")";
+    }
+    return text + "\n  to do:    " + rule.toDo;
+}
+
+} // namespace
+
+RuleBook RulesForSolving(RuleBook rules, BalanceKind balance)
+{
+    if (balance == BalanceKind::Classic && !rules.IsSeveritySet(RuleId::UnstiffenedLoad)) {
+        rules.SetSeverity(RuleId::UnstiffenedLoad, Severity::Warning);
+    }
+    for (std::size_t i = 0; i < RuleCount; ++i) {
+        const RuleId id = static_cast<RuleId>(i);
+        if (rules.SeverityOf(id) == Severity::Note) {
+            rules.SetSeverity(id, Severity::Off);
+        }
+    }
+    return rules;
+}
+
+bool HaveSoundElements(const std::vector<Finding>& findings)
+{
+    static constexpr RuleId unsound[] = {RuleId::MaterialValue,   RuleId::ThicknessValue, RuleId::SectionValue,
+                                         RuleId::BeamOrientation, RuleId::ZeroArea,       RuleId::ZeroLengthBeam,
+                                         RuleId::CollapsedElement};
+    return std::none_of(findings.begin(), findings.end(), [](const Finding& finding) {
+        return finding.severity == Severity::Error &&
+               std::find(std::begin(unsound), std::end(unsound), finding.rule) != std::end(unsound);
+    });
+}
+
+std::string OffenderName(const Offender& offender)
+{
+    const int number = std::string_view(offender.kind) == "part" ? offender.number + 1 : offender.number;
+    return std::string(offender.kind) + " " + std::to_string(number);
+}
+
+bool HasPlace(const Offender& offender)
+{
+    const std::string_view kind = offender.kind;
+    return kind == "node" || kind == "quad" || kind == "tri" || kind == "beam" || kind == "part";
+}
+
+std::string FindingsFault(const std::vector<Finding>& findings, const std::string& modelFile)
+{
+    std::string fault;
+    for (const Finding& finding : findings) {
+        if (finding.severity == Severity::Error) {
+            fault += (fault.empty() ? "" : "\n") + ErrorText(finding, modelFile);
+        }
+    }
+    return fault;
+}
+
+} // namespace tarnvexo

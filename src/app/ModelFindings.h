@@ -1,0 +1,30 @@
+// app/ModelFindings.h
+// What findings of the model checks mean for a run: which rules it looks at, what stops it, and how it says so.
+#pragma once
+
+#include "checks/Finding.h"
+#include "inertia/BalanceSheet.h"
+
+#include <string>
+#include <vector>
+
+namespace tarnvexo {
+
+// The rules before solving. Notes are not looked for. The classic balance counts loads on nodes without elements, as
+// the console run does: there they are a warning, unless the user has set their severity.
+RuleBook RulesForSolving(RuleBook rules, BalanceKind balance);
+
+// No error among them says that an element has neither stiffness nor mass, or no direction: only then can parts, mass
+// and balance be had.
+bool HaveSoundElements(const std::vector<Finding>& findings);
+
+// "quad 17", "part 2"; parts are counted from 1, as in reports.
+std::string OffenderName(const Offender& offender);
+
+// Does the offender stand at a place? Materials and thicknesses do not.
+bool HasPlace(const Offender& offender);
+
+// Why a model is not solved: all errors with their worst offenders, a complete message each; empty: none.
+std::string FindingsFault(const std::vector<Finding>& findings, const std::string& modelFile);
+
+} // namespace tarnvexo

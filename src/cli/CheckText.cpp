@@ -1,0 +1,281 @@
+#include "cli/CheckText.h"
+
+#include "app/ModelFindings.h"
+#include "cli/ReportPhrases.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace tarnvexo {
+
+namespace {
+
+constexpr Severity WorstFirst[] = {Severity::Error, Severity::Warning, Severity::Note};
+
+// Columns of a line per finding or rule.
+constexpr std::size_t SeverityWidth = 9, NameWidth = 20, FigureWidth = 10;
+
+constexpr std::size_t PartsShown = 12;
+
+std::vector<const Finding*> OfSeverity(const std::vector<Finding>& findings, Severity severity)
+{
+    std::vector<const Finding*> chosen;
+    for (const Finding& finding : findings) {
+        if (finding.severity == severity) {
+            chosen.push_back(&finding);
+        }
+    }
+    return chosen;
+}
+
+std::string LimitText(double limit)
+{
+    return limit == NoLimit ? "" : NumberText(limit);
+}
+
+std::string FirstColumns(Severity severity, const char* name)
+{
+    return "  " + PaddedRight(SeverityName(severity), SeverityWidth) + PaddedRight(name, NameWidth);
+}
+
+// "ERRORS"
+std::string HeadingOf(Severity severity)
+{
+    std::string name = SeverityName(severity);
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::toupper(c); });
+    return name + "S";
+}
+
+std::string PlaceOf(const Offender& offender)
+{
+    return HasPlace(offender) ? "at " + PlaceText(offender.place) : "";
+}
+
+std::string Joined(const std::string& one, const std::string& other)
+{
+    return one.empty() || other.empty() ? one + other : one + ", " + other;
+}
+
+// Severity, name, count, limit, worst value, and what was found behind them.
+void AddFindingLine(TextPage& page, const Finding& finding, const std::string& text)
+{
+    const bool hasWorst = finding.limit != NoLimit && !finding.worst.empty();
+    page.Paragraph(FirstColumns(finding.severity, RuleOf(finding.rule).name) +
+                       PaddedLeft(std::to_string(finding.count), FigureWidth) +
+                       PaddedLeft(LimitText(finding.limit), FigureWidth) +
+                       PaddedLeft(hasWorst ? NumberText(finding.worst.front().value) : "", FigureWidth) + "  ",
+                   text);
+}
+
+void AddFindingTitles(TextPage& page, const std::string& title)
+{
+    page.Heading(PaddedRight(title, 2 + SeverityWidth + NameWidth) + PaddedLeft("count", FigureWidth) +
+                 PaddedLeft("limit", FigureWidth) + PaddedLeft("worst", FigureWidth));
+}
+
+void AddFindingTable(TextPage& page, const std::vector<Finding>& findings)
+{
+    if (findings.empty()) {
+        page.Heading("FINDINGS: none");
+        return;
+    }
+    AddFindingTitles(page, "FINDINGS");
+    for (const Severity severity : WorstFirst) {
+        for (const Finding* finding : OfSeverity(findings, severity)) {
+            AddFindingLine(page, *finding, RuleOf(finding->rule).finding);
+        }
+    }
+}
+
+//     quad 211        23.4  at (11.5, 4, 0), corner at node 4
+void AddOffenders(TextPage& page, const Finding& finding, std::size_t most)
+{
+    constexpr std::size_t offenderWidth = 16;
+    const std::size_t shown = std::min(finding.worst.size(), most);
+    for (std::size_t i = 0; i < shown; ++i) {
+        const Offender& offender = finding.worst[i];
+        const std::string value =
+            finding.limit == NoLimit ? "" : PaddedLeft(NumberText(offender.value), FigureWidth) + "  ";
+        page.Paragraph("    " + PaddedRight(OffenderName(offender), offenderWidth) + value,
+                       Joined(PlaceOf(offender), offender.detail));
+    }
+    const std::int64_t more = finding.count - static_cast<std::int64_t>(shown);
+    if (more > 0) {
+        page.Line("  and " + std::to_string(more) + " more" +
+                  (finding.worst.size() > shown
+                       ? "; the worst " + std::to_string(finding.worst.size()) + " with --verbose"
+                       : ""));
+    }
+}
+
+void AddDetails(TextPage& page, const Finding& finding, std::size_t most)
+{
+    const Rule& rule = RuleOf(finding.rule);
+    page.Paragraph("  " + std::string(rule.name) + ": ", std::to_string(finding.count) + " " + rule.finding);
+    if (finding.limit != NoLimit) {
+        page.Paragraph("    measure:  ", std::string(rule.measure) + "; limit " + NumberText(finding.limit));
+    }
+    AddOffenders(page, finding, most);
+    page.Paragraph("    to do:    ", rule.toDo);
+}
+
+// Messages and findings of one severity.
+void AddSeverity(TextPage& page, const CheckReport& report, Severity severity, std::size_t mostOffenders)
+{
+    const int count = CountOf(report, severity);
+    if (count == 0) {
+        return;
+    }
+    page.Heading(HeadingOf(severity) + ": " + std::to_string(count));
+    for (const CheckMessage& message : report.messages) {
+        if (message.severity == severity) {
+            page.Paragraph("  ", message.text);
+        }
+    }
+    for (const Finding* finding : OfSeverity(report.findings, severity)) { AddDetails(page, *finding, mostOffenders); }
+}
+
+void AddParts(TextPage& page, const std::vector<PartReport>& parts)
+{
+    page.Heading("CONNECTED PARTS: " + std::to_string(parts.size()));
+    for (std::size_t i = 0; i < std::min(parts.size(), PartsShown); ++i) {
+        const PartReport& part = parts[i];
+        page.Paragraph("  part " + std::to_string(i + 1) + ": ",
+                       CountText(part.nodes, "node") + ", " + CountText(part.elements, "element") + ", from node " +
+                           std::to_string(part.firstNode) + " on; " + CountText(part.restrainedDofs, "direction") +
+                           " restrained; " + FreeMotionText(part.freeMotions));
+    }
+    if (parts.size() > PartsShown) {
+        page.Line("and " + CountText(static_cast<std::int64_t>(parts.size() - PartsShown), "more part"));
+    }
+}
+
+// "2: zero-area, warping", with "others" for messages that no rule names.
+std::string SeveritySummary(const CheckReport& report, Severity severity)
+{
+    const int count = CountOf(report, severity);
+    if (count == 0) {
+        return "none";
+    }
+    std::string names;
+    const std::vector<const Finding*> findings = OfSeverity(report.findings, severity);
+    for (const Finding* finding : findings) { names = Joined(names, RuleOf(finding->rule).name); }
+    const int messages = count - static_cast<int>(findings.size());
+    if (messages > 0) {
+        names = Joined(names, CountText(messages, "message") + " above");
+    }
+    return std::to_string(count) + ": " + names;
+}
+
+std::string Verdict(const CheckReport& report)
+{
+    const int errors = CountOf(report, Severity::Error), warnings = CountOf(report, Severity::Warning);
+    return errors > 0     ? "not ready: " + CountText(errors, "error")
+           : warnings > 0 ? "ready to solve; look at the " + CountText(warnings, "warning") + " first"
+                          : "ready to solve";
+}
+
+std::string RunText(const CheckReport& report)
+{
+    std::string stages;
+    for (const StageTime& stage : report.stages) {
+        stages = Joined(stages, stage.name + " " + DurationText(stage.seconds));
+    }
+    return DurationText(report.seconds) + " (" + stages + "), " + MemoryText(report.peakMemoryGigabytes);
+}
+
+void AddSummary(TextPage& page, const CheckReport& report, const UnitTexts& unit)
+{
+    page.Heading("SUMMARY");
+    if (report.isRead) {
+        const ModelCounts& counts = report.counts;
+        AddSummaryLine(page, "model",
+                       CountText(counts.nodes, "node") + ", " + CountText(counts.quads, "quadrilateral") + ", " +
+                           CountText(counts.tris, "triangle") + ", " + CountText(counts.beams, "beam") + ", " +
+                           CountText(std::int64_t(counts.nodalForces) + counts.distributedLoads, "load"));
+        AddSummaryLine(page, "bounding box",
+                       PlaceText(counts.boxMin) + " to " + PlaceText(counts.boxMax) +
+                           (*unit.length == '\0' ? "" : " " + std::string(unit.length)));
+    }
+    if (report.balance) {
+        AddSummaryLine(page, "mass", WithUnit(report.balance->mass.mass, unit.mass));
+        AddSummaryLine(page, "balance", BalanceSummary(*report.balance));
+        AddSummaryLine(page, "balanced by", AccelerationSummary(*report.balance, unit));
+    }
+    AddSummaryLine(page, "run", RunText(report));
+    AddSummaryLine(page, "errors", SeveritySummary(report, Severity::Error));
+    AddSummaryLine(page, "warnings", SeveritySummary(report, Severity::Warning));
+    AddSummaryLine(page, "notes", SeveritySummary(report, Severity::Note));
+    AddSummaryLine(page, "verdict", Verdict(report));
+}
+
+} // namespace
+
+std::string CheckReportText(const CheckReport& report, UnitSystem units, bool verbose)
+{
+    TextPage page;
+    page.Heading("tarnvexo check " + report.modelFile);
+    page.Line(Verdict(report));
+    if (report.isRead) {
+        AddFindingTable(page, report.findings);
+    }
+    const std::size_t offenders = verbose ? WorstKept : OffendersShown;
+    AddSeverity(page, report, Severity::Error, offenders);
+    AddSeverity(page, report, Severity::Warning, offenders);
+    if (verbose) {
+        AddSeverity(page, report, Severity::Note, offenders);
+    }
+    if (!report.parts.empty()) {
+        AddParts(page, report.parts);
+    }
+    AddSummary(page, report, TextsOfUnits(units));
+    return page.Result();
+}
+
+void AddModelChecks(TextPage& page, const std::vector<Finding>& findings)
+{
+    if (findings.empty()) {
+        page.Heading("MODEL CHECKS: nothing found");
+        return;
+    }
+    AddFindingTitles(page, "MODEL CHECKS");
+    for (const Severity severity : WorstFirst) {
+        for (const Finding* finding : OfSeverity(findings, severity)) {
+            std::string text = RuleOf(finding->rule).finding;
+            if (!finding->worst.empty()) {
+                const Offender& worst = finding->worst.front();
+                text += "\n" + OffenderName(worst) + (HasPlace(worst) ? " " + PlaceOf(worst) : "");
+            }
+            AddFindingLine(page, *finding, text);
+        }
+    }
+}
+
+std::string FindingsSummary(const std::vector<Finding>& findings)
+{
+    std::string text;
+    for (const Severity severity : WorstFirst) {
+        if (const std::size_t count = OfSeverity(findings, severity).size(); count > 0) {
+            text = Joined(text, CountText(static_cast<std::int64_t>(count), SeverityName(severity)));
+        }
+    }
+    return text.empty() ? "nothing found" : text + ", see MODEL CHECKS";
+}
+
+std::string RuleTableText(const RuleBook& rules)
+{
+    TextPage page;
+    page.Heading("  " + PaddedRight("severity", SeverityWidth) + PaddedRight("rule", NameWidth) +
+                 PaddedLeft("limit", FigureWidth) + "  what is found; what the limit is of");
+    for (std::size_t i = 0; i < RuleCount; ++i) {
+        const RuleId id = static_cast<RuleId>(i);
+        const Rule& rule = RuleOf(id);
+        const std::string measure = *rule.measure == '\0' ? "" : "\n(" + std::string(rule.measure) + ")";
+        page.Paragraph(FirstColumns(rules.SeverityOf(id), rule.name) +
+                           PaddedLeft(LimitText(rules.LimitOf(id)), FigureWidth) + "  ",
+                       rule.finding + measure);
+    }
+    return page.Result();
+}
+
+} // namespace tarnvexo

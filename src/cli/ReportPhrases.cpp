@@ -1,0 +1,44 @@
+#include "cli/ReportPhrases.h"
+
+#include "cli/ReportFigures.h"
+
+#include <cstdio>
+
+namespace tarnvexo {
+
+std::string WithUnit(double value, const char* unit)
+{
+    return *unit == '\0' ? NumberText(value) : NumberText(value) + " " + unit;
+}
+
+std::string ShareText(double share)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2g", share);
+    return text;
+}
+
+std::string FreeMotionText(int count)
+{
+    return count == 0 ? "no free rigid motion" : CountText(count, "free rigid motion");
+}
+
+std::string BalanceSummary(const BalanceSheet& balance)
+{
+    return std::string(IsBalanced(balance) ? "closed" : "NOT CLOSED") + " (" + BalanceName(balance.kind) +
+           "): " + ShareText(balance.relativeForce) + " of the forces, " + ShareText(balance.relativeMoment) +
+           " of the moments remain";
+}
+
+std::string AccelerationSummary(const BalanceSheet& balance, const UnitTexts& unit)
+{
+    const double a = Length(balance.applied.a);
+    std::string text = WithUnit(a, unit.acceleration);
+    if (unit.standardGravity > 0.0) {
+        text += " (" + NumberText(a / unit.standardGravity) + " g)";
+    }
+    return text + ", angular " + WithUnit(Length(balance.applied.alpha), unit.angularAcceleration) +
+           ", not by supports";
+}
+
+} // namespace tarnvexo

@@ -1,0 +1,27 @@
+// cli/ReportPhrases.h
+// Pieces of text that several reports say in the same words.
+#pragma once
+
+#include "app/SolveReport.h"
+#include "cli/Quantities.h"
+
+#include <string>
+
+namespace tarnvexo {
+
+// "1.5 kg", "1.5"
+std::string WithUnit(double value, const char* unit);
+
+// Two significant digits, for shares and remainders.
+std::string ShareText(double share);
+
+// "no free rigid motion", "2 free rigid motions"
+std::string FreeMotionText(int count);
+
+// What the balance leaves.
+std::string BalanceSummary(const BalanceSheet& balance);
+
+// The accelerations that balance the loads: large ones tell of a structure that was meant to stand on its supports.
+std::string AccelerationSummary(const BalanceSheet& balance, const UnitTexts& unit);
+
+} // namespace tarnvexo
