@@ -204,7 +204,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Next(); // order
     auto system = std::make_unique<StiffnessSystem>(model, options.solver);
     std::future<void> ordering = std::async([&] { system->Order(); });
-    const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance);
+    const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance, options.rules);
     if (!loads.fault.empty()) {
         throw RunFailure(ExitBadModel, loads.fault);
     }
