@@ -52,11 +52,11 @@ bool HaveSoundElements(const ModelStore& model, CheckReport& report)
     return fault.empty();
 }
 
-void Balance(ModelStore& model, CheckReport& report)
+void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
 {
     model.StructureCentroid = StructureCentroid(model);
     ShiftOrigin(model, -model.StructureCentroid);
-    const BalancedLoads loads = BalanceModelLoads(model, report.modelFile, BalanceKind::Exact);
+    const BalancedLoads loads = BalanceModelLoads(model, report.modelFile, BalanceKind::Exact, rules);
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
     if (loads.fault.empty()) {
         report.balance = loads.sheet;
@@ -85,7 +85,7 @@ CheckReport Check(const CheckOptions& options, const ProgressListener& listener)
         report.findings = CheckModel(model, options.rules);
         if (HaveSoundElements(model, report)) {
             clock.Next(); // balance
-            Balance(model, report);
+            Balance(model, options.rules, report);
         }
     }
     clock.End();

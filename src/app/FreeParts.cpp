@@ -1,5 +1,7 @@
 #include "app/FreeParts.h"
 
+#include "inertia/MotionNames.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -7,32 +9,10 @@
 
 namespace tarnvexo {
 
-namespace {
-
-// Work of the loads on a part in a rigid motion of it, a force.
-double WorkInMotion(const ModelStore& model, const ConnectedParts& parts, int part, const PartMotions& motions,
-                    const MotionVector& q)
-{
-    double work = 0.0;
-    for (int k = parts.firstOfPart[part]; k < parts.firstOfPart[part + 1]; ++k) {
-        const int node = parts.nodes[k];
-        const MotionVector moved = MotionAt(motions, q, model.NodeCoordinates[node]);
-        const double* load = &model.GLOAD[static_cast<std::size_t>(DofsPerNode) * node];
-        for (int dof = 0; dof < DofsPerNode; ++dof) {
-            work += load[dof] * (dof < RX ? moved[dof] : moved[dof] / motions.size);
-        }
-    }
-    return work;
-}
-
-// Shares of the loads that are round-off of a part's own loads, and of the balance of the whole model.
-constexpr double RoundOffOfBalance = 1e-13;
-
-} // namespace
-
 FreeParts FindFreeParts(const ModelStore& model, const std::vector<int>& holdNodes)
 {
     FreeParts free;
+    free.origin = model.StructureCentroid;
     free.parts = FindConnectedParts(model);
     free.restrained = RestrainedEquations(model);
     free.motions = FindPartMotions(model, free.parts, free.restrained, holdNodes);
@@ -59,6 +39,8 @@ std::vector<PartReport> ReportParts(const FreeParts& free, DisplacementKind disp
         report.firstNode = free.parts.LowestNode(part);
         report.restrainedDofs = motions.restrainedDofs;
         report.freeMotions = static_cast<int>(motions.free.size());
+        report.freeMotionTexts = FreeMotionTexts(motions, free.origin);
+        report.middle = motions.reference + free.origin;
         for (int equation : motions.holds) {
             report.holds.push_back({equation / DofsPerNode, static_cast<Dof>(equation % DofsPerNode)});
         }
@@ -82,44 +64,6 @@ std::vector<double> LoadSizesOfParts(const ModelStore& model, const FreeParts& f
         }
     }
     return sizes;
-}
-
-PartLoadCheck CheckPartLoads(const ModelStore& model, const FreeParts& free, const std::vector<double>& appliedByPart,
-                             double appliedForces, BalanceKind kind, const std::string& modelFile)
-{
-    PartLoadCheck check;
-    const std::vector<double> balancedByPart = LoadSizesOfParts(model, free);
-    for (int part = 0; part < free.parts.count && check.fault.empty(); ++part) {
-        const PartMotions& motions = free.motions[part];
-        const double size = appliedByPart[part] + balancedByPart[part];
-        double push = 0.0;
-        for (const MotionVector& q : motions.free) {
-            push = std::max(push, std::fabs(WorkInMotion(model, free.parts, part, motions, q)));
-        }
-        if (push <= BalanceTolerance * size + RoundOffOfBalance * appliedForces) {
-            continue;
-        }
-        char text[900];
-        const bool isAlone = free.parts.count == 1;
-        const bool isFault = !isAlone || kind == BalanceKind::Exact;
-        std::snprintf(text, sizeof text,
-                      "%s: %s: part %d of %d (%d nodes, the lowest is node %d) is free to move, and its loads push it\n"
-                      "  push:     %.6g against loads of %.6g on it, along its %zu free rigid motions\n"
-                      "  expected: loads that inertia relief balances: one connected structure%s\n"
-                      "  to do:    %s",
-                      modelFile.c_str(), isFault ? "error" : "warning", part + 1, free.parts.count,
-                      free.parts.NodeCount(part), free.parts.LowestNode(part), push, size, motions.free.size(),
-                      isAlone ? "" : ", or parts that are balanced each by itself",
-                      !isFault  ? "use --balance exact; the holds carry this rest now"
-                      : isAlone ? "hold it against this motion by supports, or give it mass beside one line"
-                                : "connect the part with the others, support it, or analyse it alone");
-        if (isFault) {
-            check.fault = text;
-        } else {
-            check.warnings.push_back(text);
-        }
-    }
-    return check;
 }
 
 std::vector<std::string> SupportWarnings(const FreeParts& free, const LoadSizes& applied, const std::string& modelFile)

@@ -15,6 +15,7 @@
 namespace tarnvexo {
 
 struct FreeParts {
+    Vector3 origin = {}; // of the motions' coordinates, in those of the model file
     ConnectedParts parts;
     std::vector<PartMotions> motions;      // per part
     std::vector<unsigned char> restrained; // per equation: by a support of the model
@@ -29,16 +30,6 @@ std::vector<PartReport> ReportParts(const FreeParts& free, DisplacementKind disp
 // Per part, the sizes of the loads in GLOAD on it: Σ|F|, plus moments about the part's reference point, with the
 // forces' arms, divided by its size.   force
 std::vector<double> LoadSizesOfParts(const ModelStore& model, const FreeParts& free);
-
-// The loads in GLOAD, balanced, against the free motions of every part: a part that they still move has no equilibrium.
-//   appliedByPart  LoadSizesOfParts before balancing
-//   appliedForces  Σ|F| of the whole model before balancing: round-off of the balance is of its size
-struct PartLoadCheck {
-    std::string fault;                 // a part that inertia relief of the whole structure does not balance
-    std::vector<std::string> warnings; // a rest that the holds of the only part carry
-};
-PartLoadCheck CheckPartLoads(const ModelStore& model, const FreeParts& free, const std::vector<double>& appliedByPart,
-                             double appliedForces, BalanceKind kind, const std::string& modelFile);
 
 // Parts with more restrained directions than rigid motions: balanced loads leave such supports next to nothing to
 // carry, so a structure that stands on the ground comes out wrong. Empty without loads.

@@ -1,6 +1,7 @@
 #include "app/LoadBalance.h"
 
 #include "app/AssemblyDriver.h"
+#include "app/PartFindings.h"
 #include "inertia/BalanceCheck.h"
 
 #include <algorithm>
@@ -37,7 +38,8 @@ void AddText(const std::string& text, std::vector<std::string>& texts)
 
 } // namespace
 
-BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile, BalanceKind kind)
+BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile, BalanceKind kind,
+                                const RuleBook& rules)
 {
     BalancedLoads result;
     result.free = FindFreeParts(model);
@@ -72,9 +74,16 @@ BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile,
     for (const std::string& warning : SupportWarnings(result.free, applied, modelFile)) {
         result.warnings.push_back(warning);
     }
-    const PartLoadCheck check = CheckPartLoads(model, result.free, appliedByPart, applied.forces, kind, modelFile);
-    result.warnings.insert(result.warnings.end(), check.warnings.begin(), check.warnings.end());
-    result.fault = check.fault;
+    FindFloatingParts(model, result.free, kind, rules, result.findings);
+    FindUnbalancedParts(model, result.free, appliedByPart, applied.forces, kind, rules, result.findings);
+    for (const Finding& finding : result.findings) {
+        const std::string text = PartFindingText(finding, result.free.parts.count, modelFile);
+        if (finding.severity == Severity::Error) {
+            result.fault += (result.fault.empty() ? "" : "\n") + text;
+        } else if (finding.severity == Severity::Warning) {
+            result.warnings.push_back(text);
+        }
+    }
     return result;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/FreeParts.h"
+#include "checks/Finding.h"
 #include "inertia/BalanceSheet.h"
 #include "inertia/InertialLoads.h"
 
@@ -15,6 +16,7 @@ struct BalancedLoads {
     std::vector<NodeInertia> shellInertia;
     BalanceSheet sheet;
     FreeParts free;
+    std::vector<Finding> findings; // about parts (app/PartFindings); errors are in fault too, warnings in warnings
     std::vector<std::string> warnings;
     std::string fault; // why the model cannot be solved, a complete message; empty: it can
 };
@@ -22,6 +24,7 @@ struct BalancedLoads {
 // Fills GLOAD. The origin stands at the structure's centroid. The exact way leaves out loads on nodes without elements:
 // they do not reach the structure, and neither shall the inertia that would balance them. That there are such loads is
 // said by the rule unstiffened-load of the model checks.
-BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile, BalanceKind kind);
+BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile, BalanceKind kind,
+                                const RuleBook& rules = {});
 
 } // namespace tarnvexo

@@ -203,7 +203,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Next(); // order
     auto system = std::make_unique<StiffnessSystem>(model, options.solver);
     std::future<void> ordering = std::async([&] { system->Order(); });
-    const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance);
+    const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance, options.rules);
     RequireNoFault(loads.fault);
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, options.displacements);
@@ -291,7 +291,7 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     clock.Next(); // order
     StiffnessSystem system(model, SolverKind::Automatic);
     system.Order();
-    const BalancedLoads loads = BalanceModelLoads(model, modelFile, BalanceKind::Exact);
+    const BalancedLoads loads = BalanceModelLoads(model, modelFile, BalanceKind::Exact, options.rules);
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
     report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());

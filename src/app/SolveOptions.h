@@ -18,6 +18,7 @@ struct SolveOptions {
     SolverKind solver = SolverKind::Automatic;
     BalanceKind balance = BalanceKind::Exact;
     DisplacementKind displacements = DisplacementKind::MassOrthogonal;
+    RuleBook rules;           // severities and limits of the model checks
     bool writeResults = true; // the six files; without them only the report
     RuleBook rules;           // what the model is held to
 };

@@ -41,9 +41,11 @@ struct PartReport {
     int elements = 0;
     int firstNode = 0;
     int restrainedDofs = 0;
-    int freeMotions = 0;         // rigid motions that the supports leave, 0 ... 6
-    std::vector<NodeDof> holds;  // held while solving, one per free motion
-    bool massOrthogonal = false; // the displacement given is orthogonal to the free motions
+    int freeMotions = 0;                      // rigid motions that the supports leave, 0 ... 6
+    std::vector<std::string> freeMotionTexts; // what they are: "free to rotate about ..."
+    Vector3 middle = {};                      // of the box around its nodes
+    std::vector<NodeDof> holds;               // held while solving, one per free motion
+    bool massOrthogonal = false;              // the displacement given is orthogonal to the free motions
 };
 
 // How the equations were or would be solved.

@@ -46,7 +46,9 @@ Json PartsJson(const std::vector<PartReport>& parts)
                         {"elements", part.elements},
                         {"first_node", part.firstNode},
                         {"restrained_dofs", part.restrainedDofs},
+                        {"middle", part.middle},
                         {"free_motions", part.freeMotions},
+                        {"free_motion_texts", part.freeMotionTexts},
                         {"holds", holds},
                         {"mass_orthogonal", part.massOrthogonal}});
     }

@@ -63,6 +63,10 @@ std::string PartText(const PartReport& part)
     std::string text = CountText(part.nodes, "node") + ", " + CountText(part.elements, "element") + ", from node " +
                        std::to_string(part.firstNode) + " on; " + CountText(part.restrainedDofs, "direction") +
                        " restrained; " + FreeMotionText(part.freeMotions);
+    for (const std::string& motion : part.freeMotionTexts) { text += "; " + motion; }
+    if (part.freeMotions > 0) {
+        text += "; around " + PlaceText(part.middle);
+    }
     if (!part.holds.empty()) {
         text += "; held at " + HoldsText(part.holds);
     }

@@ -41,9 +41,9 @@ MODEL
 
 CONNECTED PARTS
   part 1: 118 nodes, 100 elements, from node 0 on; 6 directions restrained; no free rigid motion
-  part 2: 2 nodes, 1 element, from node 118 on; 0 directions restrained; 6 free rigid motions; held
-          at node 118 dx dy dz rx, node 119 dy dz; displacements are mass-orthogonal to these 6
-          rigid motions
+  part 2: 2 nodes, 1 element, from node 118 on; 0 directions restrained; 6 free rigid motions; free
+          to move and rotate in every way; around (0, 2, 2); held at node 118 dx dy dz rx, node 119
+          dy dz; displacements are mass-orthogonal to these 6 rigid motions
 
 MASS
   mass                                    98.91  kg

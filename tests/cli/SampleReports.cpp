@@ -28,12 +28,15 @@ std::vector<PartReport> SampleParts()
     PartReport held;
     held.nodes = 118;
     held.elements = 100;
+    held.middle = {6, 2, 0.5};
     held.restrainedDofs = 6;
     PartReport free;
     free.nodes = 2;
     free.elements = 1;
     free.firstNode = 118;
     free.freeMotions = 6;
+    free.freeMotionTexts = {"free to move and rotate in every way"};
+    free.middle = {0, 2, 2};
     free.holds = {{118, DX}, {118, DY}, {118, DZ}, {118, RX}, {119, DY}, {119, DZ}};
     free.massOrthogonal = true;
     return {held, free};
