@@ -78,9 +78,6 @@ BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile,
         result.fault = BalanceWarning(model, applied, modelFile.c_str());
         return result;
     }
-    AddText(result.sheet.aboutLine.empty() ? BalanceWarning(model, applied, modelFile.c_str())
-                                           : modelFile + ": warning: " + result.sheet.aboutLine,
-            result.warnings);
     const auto loneNodes = std::count(result.free.parts.partOfNode.begin(), result.free.parts.partOfNode.end(), -1);
     if (loneNodes > 0) {
         result.warnings.push_back(modelFile + ": warning: " + std::to_string(loneNodes) +

@@ -1,9 +1,11 @@
 #include "app/SolveDriver.h"
 
 #include "app/CostModel.h"
+#include "app/ElementEnergy.h"
 #include "app/LoadBalance.h"
 #include "app/ModelCheck.h"
 #include "app/ModelLoading.h"
+#include "app/ResultChecks.h"
 #include "app/ResultExtremes.h"
 #include "app/ResultFiles.h"
 #include "app/StageClock.h"
@@ -37,9 +39,6 @@
 namespace tarnvexo {
 
 namespace {
-
-// Sound models differ by 1e-9 and less.
-constexpr double EnergyTolerance = 1e-6;
 
 void AddWarning(const std::string& text, std::vector<std::string>& warnings)
 {
@@ -108,26 +107,6 @@ std::vector<SupportReaction> Reactions(const ModelStore& model, const FreeParts&
     return reactions;
 }
 
-// Both energies are the same number unless round-off has its part in the displacements. Loads that the inertia of the
-// structure balances away node by node leave only round-off of both.
-std::string EnergyWarning(const SolveReport& report, double balancedForces)
-{
-    const double larger = std::max(std::fabs(report.strainEnergy), std::fabs(report.externalWork));
-    if (std::fabs(report.strainEnergy - report.externalWork) <= EnergyTolerance * larger ||
-        balancedForces <= EnergyTolerance * report.balance.forceSize) {
-        return "";
-    }
-    char text[600];
-    std::snprintf(text, sizeof text,
-                  ": warning: the strain energy is %.6g, the work of the loads %.6g: round-off is part of the results\n"
-                  "  there:    the smallest pivot, %.2g of its stiffness, is at node %d\n"
-                  "  expected: the same energy within %g\n"
-                  "  to do:    look there for stiffnesses of very different size side by side, and for a mechanism",
-                  report.strainEnergy, report.externalWork, report.solver.smallestPivotRatio,
-                  report.solver.smallestPivot.node, EnergyTolerance);
-    return report.modelFile + text;
-}
-
 void RequireFiniteDisplacements(const ModelStore& model, const std::string& modelFile)
 {
     const std::vector<double>& u = model.GlobalDisplacement;
@@ -151,6 +130,35 @@ double LargestForce(const std::vector<SupportReaction>& reactions)
         }
     }
     return largest;
+}
+
+double HalfDiagonal(const ModelCounts& counts)
+{
+    return 0.5 * Length(counts.boxMax - counts.boxMin);
+}
+
+// Restrained directions beyond those that take a rigid motion away.
+int RedundantSupports(const FreeParts& free)
+{
+    int count = 0;
+    for (const PartMotions& part : free.motions) {
+        count += part.restrainedDofs + static_cast<int>(part.free.size()) - RigidMotionCount;
+    }
+    return count;
+}
+
+// The checks of displacements as solved for, with the origin at the centroid.
+std::vector<ResultCheck> ChecksOfSolution(const ModelStore& model, const BalancedLoads& loads,
+                                          const SolveReport& report)
+{
+    const LoadScales scales = ScalesOfLoads(report.balance, HalfDiagonal(report.counts));
+    const ElementEnergies energies = MeasureElementEnergies(model, loads.free.parts, model.GlobalDisplacement);
+    return {JudgeResidual(report.solver),
+            JudgeBalance(report.balance, scales),
+            JudgeReactions(report.reactions, report.balance, scales, RedundantSupports(loads.free)),
+            JudgeEnergy(report, energies.strainEnergy, scales, SizesOfLoads(model)),
+            JudgeRigidTranslations(energies),
+            JudgeRigidRotations(energies)};
 }
 
 void WriteResults(const ModelStore& model, ResultFiles& files)
@@ -236,9 +244,9 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     system.reset(); // the factor is not needed any more
     report.externalWork =
         0.5 * std::inner_product(model.GLOAD.begin(), model.GLOAD.end(), model.GlobalDisplacement.begin(), 0.0);
-    AddWarning(EnergyWarning(report, SizesOfLoads(model).forces), report.warnings);
     report.reactions = Reactions(model, loads.free, model.GlobalDisplacement);
     report.largestReaction = LargestForce(report.reactions);
+    report.checks = ChecksOfSolution(model, loads, report);
     if (options.displacements == DisplacementKind::MassOrthogonal) {
         MakeMassOrthogonal(model, loads.shellInertia, loads.free.parts, loads.free.motions, model.GlobalDisplacement);
     }
@@ -264,7 +272,9 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     report.largestRotation = LargestRotation(model);
     report.largestShellStress = LargestShellStress(model);
     report.largestBeamStress = LargestBeamStress(model);
-    AddWarning(ResultWarning(model), report.warnings);
+    report.checks.push_back(JudgeDisplacement(report.largestDisplacement, 2.0 * HalfDiagonal(report.counts)));
+    report.checks.push_back(JudgeRotation(report.largestRotation));
+    report.checks.push_back(JudgeFiniteNumbers(CountNonFiniteResults(model)));
     clock.End();
 
     report.stages = clock.Times();
@@ -293,6 +303,9 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
     report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
+    if (!loads.sheet.aboutLine.empty()) {
+        report.warnings.push_back(modelFile + ": warning: " + loads.sheet.aboutLine);
+    }
     AddWarning(loads.fault, report.warnings); // what solve would refuse
 
     std::vector<int> numbers(model.NodeCoordinates.size());

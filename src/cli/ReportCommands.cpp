@@ -1,5 +1,6 @@
 #include "cli/ReportCommands.h"
 
+#include "app/ResultChecks.h"
 #include "cli/CommandFiles.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ReportJson.h"
@@ -56,6 +57,10 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
     WriteReport(SolveReportText(report, command.units), SolveReportJson(report, command.units), command.jsonFile);
     if (!report.fileFault.empty()) {
         throw RunFailure(ExitFile, report.fileFault);
+    }
+    const std::string failed = FailedChecksMessage(report);
+    if (!failed.empty()) {
+        throw RunFailure(ExitNumerical, failed);
     }
     return ExitGood;
 }

@@ -151,6 +151,20 @@ Json ExtremeJson(const ExtremeValue& extreme)
             {"place", extreme.place}};
 }
 
+Json ChecksJson(const std::vector<ResultCheck>& checks)
+{
+    Json list = Json::array();
+    for (const ResultCheck& check : checks) {
+        list.push_back({{"name", check.name},
+                        {"verdict", VerdictName(check.verdict)},
+                        {"value", check.value},
+                        {"warn_limit", check.warnLimit},
+                        {"fail_limit", check.failLimit},
+                        {"text", check.text}});
+    }
+    return list;
+}
+
 Json FilesJson(const std::vector<ResultFile>& files)
 {
     Json list = Json::array();
@@ -234,6 +248,7 @@ std::string SolveReportJson(const SolveReport& report, UnitSystem units)
                         {"rotation", ExtremeJson(report.largestRotation)},
                         {"shell_stress", ExtremeJson(report.largestShellStress)},
                         {"beam_stress", ExtremeJson(report.largestBeamStress)}};
+    json["result_checks"] = ChecksJson(report.checks);
     json["files"] = FilesJson(report.files);
     json["stages"] = StagesJson(report.stages);
     json["seconds"] = report.seconds;
