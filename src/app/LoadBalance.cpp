@@ -29,13 +29,6 @@ void RemoveLooseLoads(ModelStore& model, const ConnectedParts& parts)
     }
 }
 
-void AddText(const std::string& text, std::vector<std::string>& texts)
-{
-    if (!text.empty()) {
-        texts.push_back(text);
-    }
-}
-
 } // namespace
 
 BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile, BalanceKind kind,
@@ -68,9 +61,6 @@ BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile,
         result.fault = BalanceWarning(model, applied, modelFile.c_str());
         return result;
     }
-    AddText(result.sheet.aboutLine.empty() ? BalanceWarning(model, applied, modelFile.c_str())
-                                           : modelFile + ": warning: " + result.sheet.aboutLine,
-            result.warnings);
     for (const std::string& warning : SupportWarnings(result.free, applied, modelFile)) {
         result.warnings.push_back(warning);
     }

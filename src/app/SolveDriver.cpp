@@ -1,11 +1,13 @@
 #include "app/SolveDriver.h"
 
 #include "app/CostModel.h"
+#include "app/ElementEnergy.h"
 #include "app/LoadBalance.h"
 #include "app/ModelCheck.h"
 #include "app/ModelCounting.h"
 #include "app/ModelFindings.h"
 #include "app/ModelLoading.h"
+#include "app/ResultChecks.h"
 #include "app/ResultExtremes.h"
 #include "app/ResultFiles.h"
 #include "app/StageClock.h"
@@ -40,9 +42,6 @@
 namespace tarnvexo {
 
 namespace {
-
-// Sound models differ by 1e-9 and less.
-constexpr double EnergyTolerance = 1e-6;
 
 void AddWarning(const std::string& text, std::vector<std::string>& warnings)
 {
@@ -103,26 +102,6 @@ std::vector<SupportReaction> Reactions(const ModelStore& model, const FreeParts&
     return reactions;
 }
 
-// Both energies are the same number unless round-off has its part in the displacements. Loads that the inertia of the
-// structure balances away node by node leave only round-off of both.
-std::string EnergyWarning(const SolveReport& report, double balancedForces)
-{
-    const double larger = std::max(std::fabs(report.strainEnergy), std::fabs(report.externalWork));
-    if (std::fabs(report.strainEnergy - report.externalWork) <= EnergyTolerance * larger ||
-        balancedForces <= EnergyTolerance * report.balance.forceSize) {
-        return "";
-    }
-    char text[600];
-    std::snprintf(text, sizeof text,
-                  ": warning: the strain energy is %.6g, the work of the loads %.6g: round-off is part of the results\n"
-                  "  there:    the smallest pivot, %.2g of its stiffness, is at node %d\n"
-                  "  expected: the same energy within %g\n"
-                  "  to do:    look there for stiffnesses of very different size side by side, and for a mechanism",
-                  report.strainEnergy, report.externalWork, report.solver.smallestPivotRatio,
-                  report.solver.smallestPivot.node, EnergyTolerance);
-    return report.modelFile + text;
-}
-
 void RequireFiniteDisplacements(const ModelStore& model, const std::string& modelFile)
 {
     const std::vector<double>& u = model.GlobalDisplacement;
@@ -146,6 +125,35 @@ double LargestForce(const std::vector<SupportReaction>& reactions)
         }
     }
     return largest;
+}
+
+double HalfDiagonal(const ModelCounts& counts)
+{
+    return 0.5 * Length(counts.boxMax - counts.boxMin);
+}
+
+// Restrained directions beyond those that take a rigid motion away.
+int RedundantSupports(const FreeParts& free)
+{
+    int count = 0;
+    for (const PartMotions& part : free.motions) {
+        count += part.restrainedDofs + static_cast<int>(part.free.size()) - RigidMotionCount;
+    }
+    return count;
+}
+
+// The checks of displacements as solved for, with the origin at the centroid.
+std::vector<ResultCheck> ChecksOfSolution(const ModelStore& model, const BalancedLoads& loads,
+                                          const SolveReport& report)
+{
+    const LoadScales scales = ScalesOfLoads(report.balance, HalfDiagonal(report.counts));
+    const ElementEnergies energies = MeasureElementEnergies(model, loads.free.parts, model.GlobalDisplacement);
+    return {JudgeResidual(report.solver),
+            JudgeBalance(report.balance, scales),
+            JudgeReactions(report.reactions, report.balance, scales, RedundantSupports(loads.free)),
+            JudgeEnergy(report, energies.strainEnergy, scales, SizesOfLoads(model)),
+            JudgeRigidTranslations(energies),
+            JudgeRigidRotations(energies)};
 }
 
 void WriteResults(const ModelStore& model, ResultFiles& files)
@@ -184,8 +192,8 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     report.counts = CountsOf(model);
 
     clock.Next(); // check
-    report.checks = CheckAndShift(model, options.modelFile, RulesForSolving(options.rules, options.balance));
-    RequireNoFault(FindingsFault(report.checks, options.modelFile));
+    report.findings = CheckAndShift(model, options.modelFile, RulesForSolving(options.rules, options.balance));
+    RequireNoFault(FindingsFault(report.findings, options.modelFile));
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
     clock.Expect("assemble", AssemblySeconds(model));
     clock.Expect("stresses", StressSeconds(model));
@@ -233,9 +241,9 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     system.reset(); // the factor is not needed any more
     report.externalWork =
         0.5 * std::inner_product(model.GLOAD.begin(), model.GLOAD.end(), model.GlobalDisplacement.begin(), 0.0);
-    AddWarning(EnergyWarning(report, SizesOfLoads(model).forces), report.warnings);
     report.reactions = Reactions(model, loads.free, model.GlobalDisplacement);
     report.largestReaction = LargestForce(report.reactions);
+    report.resultChecks = ChecksOfSolution(model, loads, report);
     if (options.displacements == DisplacementKind::MassOrthogonal) {
         MakeMassOrthogonal(model, loads.shellInertia, loads.free.parts, loads.free.motions, model.GlobalDisplacement);
     }
@@ -261,7 +269,9 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     report.largestRotation = LargestRotation(model);
     report.largestShellStress = LargestShellStress(model);
     report.largestBeamStress = LargestBeamStress(model);
-    AddWarning(ResultWarning(model), report.warnings);
+    report.resultChecks.push_back(JudgeDisplacement(report.largestDisplacement, 2.0 * HalfDiagonal(report.counts)));
+    report.resultChecks.push_back(JudgeRotation(report.largestRotation));
+    report.resultChecks.push_back(JudgeFiniteNumbers(CountNonFiniteResults(model)));
     clock.End();
 
     report.stages = clock.Times();
@@ -284,8 +294,8 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     report.counts = CountsOf(model);
 
     clock.Next(); // check
-    report.checks = CheckAndShift(model, modelFile, RulesForSolving(options.rules, BalanceKind::Exact));
-    report.fault = FindingsFault(report.checks, modelFile);
+    report.findings = CheckAndShift(model, modelFile, RulesForSolving(options.rules, BalanceKind::Exact));
+    report.fault = FindingsFault(report.findings, modelFile);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
 
     clock.Next(); // order
@@ -295,6 +305,9 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
     report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
+    if (!loads.sheet.aboutLine.empty()) {
+        report.warnings.push_back(modelFile + ": warning: " + loads.sheet.aboutLine);
+    }
     AddFault(loads.fault, report);
 
     std::vector<int> numbers(model.NodeCoordinates.size());

@@ -20,7 +20,6 @@ struct SolveOptions {
     DisplacementKind displacements = DisplacementKind::MassOrthogonal;
     RuleBook rules;           // severities and limits of the model checks
     bool writeResults = true; // the six files; without them only the report
-    RuleBook rules;           // what the model is held to
 };
 
 } // namespace tarnvexo

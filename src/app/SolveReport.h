@@ -88,10 +88,24 @@ struct ResultFile {
     std::uint64_t bytes = 0;
 };
 
+enum class Verdict { Pass, Warn, Fail };
+
+// One check of the results (app/ResultChecks). It warns above warnLimit and fails above failLimit, which is infinite
+// where it never fails.
+struct ResultCheck {
+    std::string name;
+    Verdict verdict = Verdict::Pass;
+    double value = 0.0;
+    double warnLimit = 0.0;
+    double failLimit = 0.0;
+    std::string text;               // what was found, where, and what to do
+    std::vector<std::string> files; // result files not to be trusted when it fails; none named: all of them
+};
+
 struct SolveReport {
     std::string modelFile;
     ModelCounts counts;
-    std::vector<Finding> checks; // of the model before it was solved; no errors among them
+    std::vector<Finding> findings; // of the model before it was solved; no errors among them
     std::vector<PartReport> parts;
     BalanceSheet balance;
     SolverReport solver;
@@ -103,6 +117,7 @@ struct SolveReport {
     ExtremeValue largestRotation;
     ExtremeValue largestShellStress; // equivalent, averaged at the nodes as in the result files
     ExtremeValue largestBeamStress;  // the same, on the section walls
+    std::vector<ResultCheck> resultChecks;
     std::vector<ResultFile> files;
     std::vector<StageTime> stages;
     double seconds = 0.0; // whole run
@@ -115,7 +130,7 @@ struct SolveReport {
 struct InfoReport {
     std::string modelFile;
     ModelCounts counts;
-    std::vector<Finding> checks;
+    std::vector<Finding> findings;
     std::vector<PartReport> parts;
     BalanceSheet balance;
     SolverReport solver;             // factor size and operations of the sparse engine

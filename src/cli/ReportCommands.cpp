@@ -1,5 +1,6 @@
 #include "cli/ReportCommands.h"
 
+#include "app/ResultChecks.h"
 #include "cli/CheckText.h"
 #include "cli/CommandFiles.h"
 #include "cli/ProgressDisplay.h"
@@ -57,6 +58,10 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
     WriteReport(SolveReportText(report, command.units), SolveReportJson(report, command.units), command.jsonFile);
     if (!report.fileFault.empty()) {
         throw RunFailure(ExitFile, report.fileFault);
+    }
+    const std::string failed = FailedChecksMessage(report);
+    if (!failed.empty()) {
+        throw RunFailure(ExitNumerical, failed);
     }
     return ExitGood;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace tarnvexo {
 
@@ -16,6 +17,12 @@ const char* DofName(Dof dof)
 const char* BalanceName(BalanceKind kind)
 {
     return kind == BalanceKind::Exact ? "exact" : "classic";
+}
+
+const char* VerdictName(Verdict verdict)
+{
+    static constexpr const char* names[] = {"pass", "warn", "fail"};
+    return names[static_cast<std::size_t>(verdict)];
 }
 
 Vector3 SumOfReactionForces(const std::vector<SupportReaction>& reactions)

@@ -15,6 +15,9 @@ const char* DofName(Dof dof);
 // "exact", "classic", as on the command line
 const char* BalanceName(BalanceKind kind);
 
+// "pass", "warn", "fail"
+const char* VerdictName(Verdict verdict);
+
 // Forces among the reactions, added up.
 Vector3 SumOfReactionForces(const std::vector<SupportReaction>& reactions);
 

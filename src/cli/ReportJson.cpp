@@ -154,6 +154,20 @@ Json ExtremeJson(const ExtremeValue& extreme)
             {"place", extreme.place}};
 }
 
+Json ChecksJson(const std::vector<ResultCheck>& checks)
+{
+    Json list = Json::array();
+    for (const ResultCheck& check : checks) {
+        list.push_back({{"name", check.name},
+                        {"verdict", VerdictName(check.verdict)},
+                        {"value", check.value},
+                        {"warn_limit", check.warnLimit},
+                        {"fail_limit", check.failLimit},
+                        {"text", check.text}});
+    }
+    return list;
+}
+
 Json FilesJson(const std::vector<ResultFile>& files)
 {
     Json list = Json::array();
@@ -275,11 +289,12 @@ std::string SolveReportJson(const SolveReport& report, UnitSystem units)
                         {"rotation", ExtremeJson(report.largestRotation)},
                         {"shell_stress", ExtremeJson(report.largestShellStress)},
                         {"beam_stress", ExtremeJson(report.largestBeamStress)}};
+    json["result_checks"] = ChecksJson(report.resultChecks);
     json["files"] = FilesJson(report.files);
     json["stages"] = StagesJson(report.stages);
     json["seconds"] = report.seconds;
     json["peak_memory_gigabytes"] = report.peakMemoryGigabytes;
-    json["checks"] = ChecksJson(report.checks);
+    json["checks"] = ChecksJson(report.findings);
     json["warnings"] = report.warnings;
     return JsonText(json);
 }
@@ -300,7 +315,7 @@ std::string InfoReportJson(const InfoReport& report, UnitSystem units)
                         {"skyline_seconds", report.expectedSkylineSeconds},
                         {"memory_gigabytes", report.expectedMemoryGigabytes},
                         {"available_memory_gigabytes", report.availableMemoryGigabytes}};
-    json["checks"] = ChecksJson(report.checks);
+    json["checks"] = ChecksJson(report.findings);
     json["warnings"] = report.warnings;
     json["fault"] = report.fault.empty() ? Json() : Json(report.fault);
     return JsonText(json);

@@ -1,5 +1,6 @@
 #include "cli/ReportText.h"
 
+#include "app/ResultChecks.h"
 #include "cli/CheckText.h"
 #include "cli/ReportFigures.h"
 #include "cli/ReportPhrases.h"
@@ -259,6 +260,22 @@ void AddExtremes(TextPage& page, const SolveReport& report, const UnitTexts& uni
     AddExtreme(page, "averaged stress in beams", report.largestBeamStress, unit.stress);
 }
 
+// The texts of checks that did not pass, and of those that had nothing to compare.
+void AddChecks(TextPage& page, const std::vector<ResultCheck>& checks)
+{
+    page.Heading("RESULT CHECKS");
+    page.ColumnTitles({"verdict", "value", "warns above", "fails above"});
+    for (const ResultCheck& check : checks) {
+        page.Row(check.name, {VerdictName(check.verdict), ShareText(check.value), ShareText(check.warnLimit),
+                              std::isinf(check.failLimit) ? "never" : ShareText(check.failLimit)});
+    }
+    for (const ResultCheck& check : checks) {
+        if (check.verdict != Verdict::Pass) {
+            page.Paragraph("  " + check.name + ": ", check.text);
+        }
+    }
+}
+
 void AddFiles(TextPage& page, const std::vector<ResultFile>& files)
 {
     page.Heading("RESULT FILES");
@@ -297,6 +314,13 @@ std::string FilesSummary(const std::vector<ResultFile>& files)
            (slash == std::string::npos ? "the current directory" : first.substr(0, slash));
 }
 
+// Without loads every check passes, and none says anything.
+std::string ChecksSummary(const SolveReport& report)
+{
+    const bool hasLoads = report.balance.forceSize != 0.0 || report.balance.momentSize != 0.0;
+    return CheckSummary(report.resultChecks) + (hasLoads ? "" : " (the model has no loads)");
+}
+
 void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts& unit)
 {
     page.Heading("SUMMARY");
@@ -305,8 +329,9 @@ void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts&
     AddSummaryLine(page, "largest displacement", ExtremeSummary(report.largestDisplacement, unit.length));
     AddSummaryLine(page, "largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
     AddSummaryLine(page, "largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
+    AddSummaryLine(page, "checks", ChecksSummary(report));
     AddSummaryLine(page, "result files", FilesSummary(report.files));
-    AddSummaryLine(page, "model checks", FindingsSummary(report.checks));
+    AddSummaryLine(page, "model checks", FindingsSummary(report.findings));
     AddSummaryLine(page, "run",
                    DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes) +
                        "; warnings: " + WarningSummary(report.warnings));
@@ -360,7 +385,7 @@ void AddInfoSummary(TextPage& page, const InfoReport& report, const UnitTexts& u
                        ? EstimateText(report.expectedSeconds) + " and " + MemoryText(report.expectedMemoryGigabytes) +
                              " of " + MemoryText(report.availableMemoryGigabytes)
                        : "refuses this model, see ERRORS");
-    AddSummaryLine(page, "model checks", FindingsSummary(report.checks));
+    AddSummaryLine(page, "model checks", FindingsSummary(report.findings));
     AddSummaryLine(page, "warnings", WarningSummary(report.warnings));
 }
 
@@ -379,9 +404,10 @@ std::string SolveReportText(const SolveReport& report, UnitSystem units)
     AddEnergy(page, report, unit);
     AddSolution(page, report);
     AddExtremes(page, report, unit);
+    AddChecks(page, report.resultChecks);
     AddFiles(page, report.files);
     AddStages(page, report);
-    AddModelChecks(page, report.checks);
+    AddModelChecks(page, report.findings);
     AddWarnings(page, report.warnings);
     AddSolveSummary(page, report, unit);
     return page.Result();
@@ -397,7 +423,7 @@ std::string InfoReportText(const InfoReport& report, UnitSystem units)
     AddMass(page, report.balance.mass, unit);
     AddBalance(page, report.balance, unit);
     AddCost(page, report);
-    AddModelChecks(page, report.checks);
+    AddModelChecks(page, report.findings);
     AddWarnings(page, report.warnings);
     AddFault(page, report.fault);
     AddInfoSummary(page, report, unit);

@@ -1,5 +1,7 @@
 #include "output/ResultCheck.h"
 
+#include "core/Parallel.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -8,55 +10,90 @@ namespace tarnvexo {
 
 namespace {
 
-// Things of one kind that were looked at, and those among them with a value that is not finite.
-struct Count {
-    const char* kind;
-    long long all = 0;
-    long long bad = 0;
-    long long firstBad = 0;
+constexpr std::size_t ItemsPerRange = 512;
 
-    void Add(const double* begin, const double* end)
-    {
-        const bool finite = std::all_of(begin, end, [](double value) { return std::isfinite(value); });
-        if (!finite && bad++ == 0) {
-            firstBad = all;
-        }
-        ++all;
-    }
-};
-
-template <class Elements> void AddShells(const Elements& elements, Count& count)
+bool AreFinite(const double* begin, const double* end)
 {
-    for (const auto& element : elements) {
-        // The other face has the same membrane and bending stresses with another sign between them.
-        const double* stress = &element.positiveFace[0][0];
-        count.Add(stress, stress + element.NodeCount * StressCount);
+    return std::all_of(begin, end, [](double value) { return std::isfinite(value); });
+}
+
+template <std::size_t Nodes> bool AreFinite(const double (&stresses)[Nodes][StressCount])
+{
+    return AreFinite(&stresses[0][0], &stresses[0][0] + Nodes * StressCount);
+}
+
+bool AreFinite(const BeamSectionModel& section)
+{
+    return AreFinite(section.displacements.data(), section.displacements.data() + section.displacements.size()) &&
+           std::all_of(section.patches.begin(), section.patches.end(),
+                       [](const SectionPatch& patch) {
+                           return AreFinite(patch.positiveFace) && AreFinite(patch.negativeFace);
+                       }) &&
+           std::all_of(section.averaged.begin(), section.averaged.end(), [](const SectionNodeStress& node) {
+               return AreFinite(node.positiveFace, node.positiveFace + StressCount) &&
+                      AreFinite(node.negativeFace, node.negativeFace + StressCount);
+           });
+}
+
+// Those of 0 ... count - 1 for which isFinite(i) does not hold.
+template <class IsFinite> NonFiniteResults CountOf(const char* kind, std::size_t count, IsFinite isFinite)
+{
+    std::vector<NonFiniteResults> ranges((count + ItemsPerRange - 1) / ItemsPerRange, {kind});
+    ParallelFor(count, ItemsPerRange, [&](std::size_t begin, std::size_t end) {
+        NonFiniteResults& found = ranges[begin / ItemsPerRange];
+        for (std::size_t i = begin; i < end; ++i) {
+            if (!isFinite(i) && found.bad++ == 0) {
+                found.firstBad = static_cast<long long>(i);
+            }
+        }
+    });
+    NonFiniteResults sum = {kind};
+    sum.all = static_cast<long long>(count);
+    for (const NonFiniteResults& range : ranges) {
+        sum.firstBad = sum.bad == 0 ? range.firstBad : sum.firstBad;
+        sum.bad += range.bad;
     }
+    return sum;
+}
+
+template <class Elements> NonFiniteResults CountShells(const char* kind, const Elements& shells)
+{
+    return CountOf(kind, shells.size(), [&](std::size_t e) {
+        return AreFinite(shells[e].positiveFace) && AreFinite(shells[e].negativeFace) &&
+               AreFinite(shells[e].averagedPositiveFace) && AreFinite(shells[e].averagedNegativeFace);
+    });
 }
 
 } // namespace
 
-std::string ResultWarning(const ModelStore& model)
+std::vector<NonFiniteResults> CountNonFiniteResults(const ModelStore& model)
 {
-    Count counts[] = {{"node"}, {"four-node shell"}, {"three-node shell"}, {"beam"}};
-    for (int n = 0; n < model.NPOIN; ++n) {
-        const double* d = &model.GlobalDisplacement[std::size_t(DofsPerNode) * n];
-        counts[0].Add(d, d + DofsPerNode);
-    }
-    AddShells(model.QuadElements, counts[1]);
-    AddShells(model.TriElements, counts[2]);
-    for (const BeamSectionModel& section : model.BeamStressRecords) {
-        counts[3].Add(section.displacements.data(), section.displacements.data() + section.displacements.size());
-    }
+    const auto isNodeFinite = [&](std::size_t n) {
+        const double* d = &model.GlobalDisplacement[DofsPerNode * n];
+        return AreFinite(d, d + DofsPerNode);
+    };
+    return {CountOf("node", static_cast<std::size_t>(model.NPOIN), isNodeFinite),
+            CountShells("four-node shell", model.QuadElements), CountShells("three-node shell", model.TriElements),
+            CountOf("beam", model.BeamStressRecords.size(),
+                    [&](std::size_t b) { return AreFinite(model.BeamStressRecords[b]); })};
+}
 
-    std::string found;
-    for (const Count& count : counts) {
+std::string NonFiniteText(const std::vector<NonFiniteResults>& counts)
+{
+    std::string text;
+    for (const NonFiniteResults& count : counts) {
         if (count.bad > 0) {
-            found += found.empty() ? "" : ", ";
-            found += std::to_string(count.bad) + " of " + std::to_string(count.all) + " " + count.kind + "s (first " +
-                     std::to_string(count.firstBad) + ")";
+            text += text.empty() ? "" : ", ";
+            text += std::to_string(count.bad) + " of " + std::to_string(count.all) + " " + count.kind + "s (first " +
+                    std::to_string(count.firstBad) + ")";
         }
     }
+    return text;
+}
+
+std::string ResultWarning(const ModelStore& model)
+{
+    const std::string found = NonFiniteText(CountNonFiniteResults(model));
     if (found.empty()) {
         return "";
     }
