@@ -80,7 +80,7 @@ std::string FailureOf(const std::function<void()>& action)
 TEST(ResultFiles, MakesTheDirectory)
 {
     const TemporaryDirectory directory;
-    ResultFiles files("a/b/c");
+    ResultFiles files("a/b/c", {"result.txt"});
     files.Write("result.txt", Writer("1 2 3\n"));
     files.Commit();
     EXPECT_EQ(FileText("a/b/c/result.txt"), "1 2 3\n");
@@ -94,10 +94,10 @@ TEST(ResultFiles, SayWhenAFileIsInTheWayOfTheDirectory)
     const TemporaryDirectory directory;
     std::ofstream("run") << "not a directory";
     EXPECT_EQ(
-        FailureOf([] { ResultFiles files("run"); }).find("run: error: the directory for the results cannot be made: "),
+        FailureOf([] { ResultFiles files("run", {}); }).find("run: error: the directory for the results cannot be made: "),
         0u);
     EXPECT_EQ(FailureOf([] {
-                  ResultFiles files("run/deeper");
+                  ResultFiles files("run/deeper", {});
               }).find("run/deeper: error: the directory for the results cannot be made: Not a directory\n"),
               0u);
     EXPECT_EQ(FileText("run"), "not a directory");
@@ -109,7 +109,7 @@ TEST(ResultFiles, SayWhenTheDirectoryCannotBeWritten)
     if (!std::filesystem::is_directory("/proc/self/task")) {
         GTEST_SKIP() << "no /proc here";
     }
-    ResultFiles files("/proc/self/task");
+    ResultFiles files("/proc/self/task", {"result.txt"});
     const std::string failure = FailureOf([&] { files.Write("result.txt", Writer("text")); });
     EXPECT_EQ(failure.find("/proc/self/task/result.txt: error: this file was not written: "), 0u) << failure;
     EXPECT_NE(failure.find("\n  expected: a place that may be written to and has room"), std::string::npos) << failure;
