@@ -116,8 +116,8 @@ void SetEnvironmentDefault(const char* name, const char* value);
 void SetEnvironment(const char* name, const char* value);
 
 // Loads a library of the program's own, found beside it or where it was installed; nullptr, and the system's reason,
-// when that fails. It stays loaded. PluginSymbol: address of one of its functions, nullptr when it has none of that
-// name.
+// when that fails; throws std::bad_alloc when memory is too short for it. It stays loaded. PluginSymbol: address of one
+// of its functions, nullptr when it has none of that name.
 void* LoadPlugin(const char* fileName, std::string& reason);
 void* PluginSymbol(void* library, const char* name);
 

@@ -14,6 +14,7 @@
 #include <langinfo.h>
 #include <locale.h>
 #include <mutex>
+#include <new>
 #include <poll.h>
 #include <ratio>
 #include <string>
@@ -477,6 +478,12 @@ void* LoadPlugin(const char* fileName, std::string& reason)
     void* const library = dlopen(fileName, RTLD_NOW | RTLD_LOCAL); // searched for along the program's own run path
     if (library == nullptr) {
         reason = dlerror();
+        // The only words that the loader has for it: the library is there, room for it is not.
+        for (const char* memory : {"map segment", "allocate memory", "zero-fill"}) {
+            if (reason.find(memory) != std::string::npos) {
+                throw std::bad_alloc();
+            }
+        }
     }
     return library;
 }
