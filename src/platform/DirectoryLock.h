@@ -9,8 +9,8 @@ namespace tarnvexo::platform {
 
 enum class LockState {
     Held,
-    Occupied,  // another run has it
-    Unknown    // the file system does not lock, or the directory may not be read: whether others write is not known
+    Occupied, // another run has it
+    Unknown   // the file system does not lock, or the directory may not be read: whether others write is not known
 };
 
 class DirectoryLock {

@@ -86,8 +86,8 @@ bool FlushToDisk(const std::string& path, std::string& reason);
 // reader that leaves, or a file beyond the limit of its size, would end the process without a word.
 void MakeStreamFaultsErrors();
 
-// An interruption of the program (Ctrl-C, a request to end, its terminal gone) removes these files before the process ends.
-// KeepOnInterrupt takes one from the list.
+// An interruption of the program (Ctrl-C, a request to end, its terminal gone) removes these files before the process
+// ends. KeepOnInterrupt takes one from the list.
 void RemoveOnInterrupt(const std::string& path);
 void KeepOnInterrupt(const std::string& path);
 

@@ -177,8 +177,8 @@ bool IsWriteProtected(const std::string& path)
 
 bool FlushToDisk(const std::string& path, std::string& reason)
 {
-    const HANDLE file = CreateFileW(Utf8ToWide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(Utf8ToWide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     const bool flushed = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
     if (!flushed) {
         reason = "system error " + std::to_string(GetLastError());

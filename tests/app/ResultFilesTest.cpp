@@ -96,9 +96,10 @@ TEST(ResultFiles, SayWhenAFileIsInTheWayOfTheDirectory)
 {
     const TemporaryDirectory directory;
     std::ofstream("run") << "not a directory";
-    EXPECT_EQ(
-        FailureOf([] { ResultFiles files("run", {}); }).find("run: error: the directory for the results cannot be made: "),
-        0u);
+    EXPECT_EQ(FailureOf([] {
+                  ResultFiles files("run", {});
+              }).find("run: error: the directory for the results cannot be made: "),
+              0u);
     EXPECT_EQ(FailureOf([] {
                   ResultFiles files("run/deeper", {});
               }).find("run/deeper: error: the directory for the results cannot be made: Not a directory\n"),
