@@ -182,11 +182,14 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     SolveReport report;
     report.modelFile = options.modelFile;
 
-    clock.Next(); // read
     std::optional<ResultFiles> files;
     if (options.writeResults) {
-        files.emplace(options.outputDirectory);
+        files.emplace(options.outputDirectory,
+                      std::vector<std::string>{StructureDrawingFileName, NodalDisplacementFileName,
+                                               DeformationDrawingFileName, ShellStressFileName,
+                                               AveragedShellStressFileName, ContourFileName});
     }
+    clock.Next(); // read
     ModelStore model;
     ReadModel(model, options.modelFile);
     report.counts = CountsOf(model);

@@ -12,14 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void FailAt(const std::string& name, const std::string& reason)
-{
-    throw RunFailure(ExitFile,
-                     name + ": error: this file was not written: " + reason +
-                         "\n"
-                         "  expected: a place that may be written to and has room, and no directory of this name\n"
-                         "  to do:    make room or name another place, then run again");
-}
+constexpr std::size_t LongestName = 255; // of a file, without its directory, on usual file systems
 
 std::string LinksFollowed(const std::string& name)
 {
@@ -37,14 +30,28 @@ bool IsPipeOrDevice(const std::string& path)
 
 } // namespace
 
-UnfinishedFile::UnfinishedFile(const std::string& finalName) : name(finalName)
+std::string NameBeside(const std::string& target, const char* suffix)
 {
-    if (IsPipeOrDevice(name)) {
+    const std::string own = "." + std::to_string(platform::ProcessId()) + suffix;
+    const fs::path path(target);
+    const std::string file = path.filename().string();
+    if (file.size() + own.size() <= LongestName || file.size() > LongestName) {
+        return target + own;
+    }
+    return (path.parent_path() / (file.substr(own.size()) + own)).string();
+}
+
+UnfinishedFile::UnfinishedFile(const std::string& finalName, Bearers bearers) : name(finalName)
+{
+    if (bearers == Bearers::AreReplaced) {
+        target = name;
+    } else if (IsPipeOrDevice(name)) {
         target = place = name;
+        return;
     } else {
         target = LinksFollowed(name);
-        place = target + "." + std::to_string(platform::ProcessId()) + ".unfinished";
     }
+    place = NameBeside(target, UnfinishedSuffix);
 }
 
 UnfinishedFile::~UnfinishedFile()
@@ -56,15 +63,28 @@ UnfinishedFile::~UnfinishedFile()
     }
 }
 
+void UnfinishedFile::Refuse(const std::string& reason) const
+{
+    throw RunFailure(ExitFile,
+                     name + ": error: this file was not written: " + reason +
+                         "\n"
+                         "  expected: a place that may be written to and has room, and no directory of this name\n"
+                         "  to do:    make room or name another place, then run again");
+}
+
 std::uint64_t UnfinishedFile::Write(const FileWriter& write)
 {
     if (place != target) {
+        std::error_code ignored;
+        if (fs::is_symlink(place, ignored)) { // not of this program; it would lead elsewhere
+            fs::remove(place, ignored);
+        }
         isThere = true;
         platform::RemoveOnInterrupt(place);
     }
     const FileResult result = write(place);
     if (result.outcome != FileOutcome::Written) {
-        FailAt(name, result.reason);
+        Refuse(result.reason);
     }
     return result.bytes;
 }
@@ -72,30 +92,48 @@ std::uint64_t UnfinishedFile::Write(const FileWriter& write)
 void UnfinishedFile::CheckName() const
 {
     std::error_code ignored;
-    if (fs::is_directory(target, ignored)) {
-        FailAt(name, std::make_error_code(std::errc::is_a_directory).message());
+    if (fs::is_directory(fs::symlink_status(target, ignored))) {
+        Refuse(std::make_error_code(std::errc::is_a_directory).message());
+    }
+    if (platform::IsWriteProtected(target)) {
+        Refuse("the file of this name is write-protected");
+    }
+}
+
+void UnfinishedFile::Flush() const
+{
+    std::string reason;
+    if (isThere && !platform::FlushToDisk(place, reason)) {
+        Refuse(reason);
     }
 }
 
 void UnfinishedFile::Commit()
 {
+    Flush(); // may take long: not within the hold
     const platform::InterruptionHold hold;
     if (isThere) {
         CheckName();
         std::error_code error;
         fs::rename(place, target, error);
         if (error) {
-            FailAt(name, error.message());
+            Refuse(error.message());
         }
-        isThere = false;
-        platform::KeepOnInterrupt(place);
+        HasTakenName();
     }
     platform::TellOnInterruptOfWrittenFiles();
+}
+
+void UnfinishedFile::HasTakenName()
+{
+    isThere = false;
+    platform::KeepOnInterrupt(place);
 }
 
 void WriteWhole(const std::string& name, const FileWriter& write)
 {
     UnfinishedFile file(name);
+    file.CheckName();
     file.Write(write);
     file.Commit();
 }

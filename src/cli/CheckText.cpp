@@ -167,7 +167,7 @@ std::string SeveritySummary(const CheckReport& report, Severity severity)
     return std::to_string(count) + ": " + names;
 }
 
-std::string Verdict(const CheckReport& report)
+std::string VerdictText(const CheckReport& report)
 {
     const int errors = CountOf(report, Severity::Error), warnings = CountOf(report, Severity::Warning);
     return errors > 0     ? "not ready: " + CountText(errors, "error")
@@ -206,7 +206,7 @@ void AddSummary(TextPage& page, const CheckReport& report, const UnitTexts& unit
     AddSummaryLine(page, "errors", SeveritySummary(report, Severity::Error));
     AddSummaryLine(page, "warnings", SeveritySummary(report, Severity::Warning));
     AddSummaryLine(page, "notes", SeveritySummary(report, Severity::Note));
-    AddSummaryLine(page, "verdict", Verdict(report));
+    AddSummaryLine(page, "verdict", VerdictText(report));
 }
 
 } // namespace
@@ -215,7 +215,7 @@ std::string CheckReportText(const CheckReport& report, UnitSystem units, bool ve
 {
     TextPage page;
     page.Heading("tarnvexo check " + report.modelFile);
-    page.Line(Verdict(report));
+    page.Line(VerdictText(report));
     if (report.isRead) {
         AddFindingTable(page, report.findings);
     }

@@ -11,6 +11,7 @@
 #include "cli/ReportCommands.h"
 #include "cli/VersionText.h"
 #include "core/Failure.h"
+#include "platform/Platform.h"
 #include "solver/SparseEngine.h"
 
 #include <cstdio>
@@ -71,6 +72,7 @@ int RunCommandLine(int argc, char** argv)
     if (argc < 2) {
         return RunConsoleWithinMemory();
     }
+    platform::MakeStreamFaultsErrors();
     return RunReportingFailures([&] {
         const Command command =
             ParseCommandLine({argv + 1, argv + argc}, [] { return VersionText(DescribeEngines()); });

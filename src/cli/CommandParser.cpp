@@ -336,6 +336,18 @@ MessageCommand UsageMessage(const std::string& command, const UsageFault& fault)
     return message;
 }
 
+// A value that is there but empty, from a variable of a script that is not set, say.
+void RefuseEmptyValues(const CLI::App& command)
+{
+    for (const CLI::Option* option : command.get_options()) {
+        for (const std::string& value : option->results()) {
+            if (value.empty()) {
+                throw UsageFault{OptionForm(*option) + " is empty", "a value of at least one character", ""};
+            }
+        }
+    }
+}
+
 // ---- commands
 
 RuleBook ParsedRules(const std::vector<std::string>& texts)
@@ -420,6 +432,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments, const std::f
     }
     try {
         app->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // last word first
+        RefuseEmptyValues(*app->get_subcommands().front());
         return CommandOf(first, texts);
     } catch (const CLI::CallForHelp&) {
         return MessageCommand{app->help(), "", ExitGood};

@@ -9,6 +9,7 @@
 #include "core/Parallel.h"
 
 #include <filesystem>
+#include <functional>
 #include <system_error>
 
 namespace tarnvexo {
@@ -31,12 +32,22 @@ void RequirePlaceOfJson(const std::string& jsonFile, const std::string& modelFil
     }
 }
 
-// The text first: it is not lost when the JSON file cannot be written.
-void WriteReport(const std::string& text, const std::string& json, const std::string& jsonFile)
+// What cannot be written does not keep the rest from being written: all is tried, then all faults are told together.
+void WriteReport(const std::string& text, const std::string& json, const std::string& jsonFile, std::string faults)
 {
-    WriteOutput(jsonFile == StandardOutput ? json : text);
+    const auto tryTo = [&](const std::function<void()>& write) {
+        try {
+            write();
+        } catch (const RunFailure& failure) {
+            faults += (faults.empty() ? "" : "\n") + std::string(failure.what());
+        }
+    };
+    tryTo([&] { WriteOutput(jsonFile == StandardOutput ? json : text); });
     if (!jsonFile.empty() && jsonFile != StandardOutput) {
-        WriteTextFile(jsonFile, json);
+        tryTo([&] { WriteTextFile(jsonFile, json); });
+    }
+    if (!faults.empty()) {
+        throw RunFailure(ExitFile, faults);
     }
 }
 
@@ -55,10 +66,8 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
         ProgressDisplay display(StyleOfStandardError(command.quiet));
         report = solve(options, [&](const Progress& progress) { display.Show(progress); });
     }
-    WriteReport(SolveReportText(report, command.units), SolveReportJson(report, command.units), command.jsonFile);
-    if (!report.fileFault.empty()) {
-        throw RunFailure(ExitFile, report.fileFault);
-    }
+    WriteReport(SolveReportText(report, command.units), SolveReportJson(report, command.units), command.jsonFile,
+                report.fileFault);
     const std::string failed = FailedChecksMessage(report);
     if (!failed.empty()) {
         throw RunFailure(ExitNumerical, failed);
@@ -76,7 +85,7 @@ int RunInfoCommand(const InfoCommand& command, const InfoProcedure& info)
         ProgressDisplay display(StyleOfStandardError(command.quiet));
         report = info(options, [&](const Progress& progress) { display.Show(progress); });
     }
-    WriteReport(InfoReportText(report, command.units), InfoReportJson(report, command.units), command.jsonFile);
+    WriteReport(InfoReportText(report, command.units), InfoReportJson(report, command.units), command.jsonFile, "");
     return report.fault.empty() ? ExitGood : ExitBadModel;
 }
 
@@ -91,7 +100,7 @@ int RunCheckCommand(const CheckCommand& command, const CheckProcedure& check)
         report = check(options, [&](const Progress& progress) { display.Show(progress); });
     }
     WriteReport(CheckReportText(report, command.units, command.verbose), CheckReportJson(report, command.units),
-                command.jsonFile);
+                command.jsonFile, "");
     return CountOf(report, Severity::Error) == 0 ? ExitGood : ExitBadModel;
 }
 

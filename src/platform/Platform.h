@@ -74,8 +74,20 @@ void PreferLargePages(void* array, std::size_t bytes);
 // use the array meanwhile. Systems that cannot do it leave that to the first touch.
 void PopulatePages(void* array, std::size_t bytes);
 
-// An interruption of the program (Ctrl-C, a request to end) removes these files before the process ends.
-// KeepOnInterrupt takes one from the list.
+// True for a file that may not be written to. (An administrator may write to any but an immutable one.)
+bool IsWriteProtected(const std::string& path);
+
+// Returns when the bytes of a file have left the system's memory for the disk: what a power failure would take else.
+// False, with the system's reason, when the disk does not take them. What cannot be flushed (a pipe) counts as flushed.
+bool FlushToDisk(const std::string& path, std::string& reason);
+
+// Makes standard streams that were closed, or whose reader has gone, give an error to whoever writes to them. Without
+// it the first file that is opened would get the number of a closed stream, and with it the stream's text; and a
+// reader that leaves, or a file beyond the limit of its size, would end the process without a word.
+void MakeStreamFaultsErrors();
+
+// An interruption of the program (Ctrl-C, a request to end, its terminal gone) removes these files before the process
+// ends. KeepOnInterrupt takes one from the list.
 void RemoveOnInterrupt(const std::string& path);
 void KeepOnInterrupt(const std::string& path);
 
@@ -104,8 +116,8 @@ void SetEnvironmentDefault(const char* name, const char* value);
 void SetEnvironment(const char* name, const char* value);
 
 // Loads a library of the program's own, found beside it or where it was installed; nullptr, and the system's reason,
-// when that fails. It stays loaded. PluginSymbol: address of one of its functions, nullptr when it has none of that
-// name.
+// when that fails; throws std::bad_alloc when memory is too short for it. It stays loaded. PluginSymbol: address of one
+// of its functions, nullptr when it has none of that name.
 void* LoadPlugin(const char* fileName, std::string& reason);
 void* PluginSymbol(void* library, const char* name);
 

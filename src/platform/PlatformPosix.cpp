@@ -14,6 +14,7 @@
 #include <langinfo.h>
 #include <locale.h>
 #include <mutex>
+#include <new>
 #include <poll.h>
 #include <ratio>
 #include <string>
@@ -355,6 +356,37 @@ void PopulatePages([[maybe_unused]] void* array, [[maybe_unused]] std::size_t by
 #endif
 }
 
+bool IsWriteProtected(const std::string& path)
+{
+    struct stat file = {};
+    return lstat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) && access(path.c_str(), W_OK) != 0;
+}
+
+bool FlushToDisk(const std::string& path, std::string& reason)
+{
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const bool flushed = descriptor >= 0 && (fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS);
+    if (!flushed) {
+        reason = std::strerror(errno);
+    }
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    return flushed;
+}
+
+void MakeStreamFaultsErrors()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            // Takes the lowest free number, this one. Output cannot be written to it; errors have no one to read them.
+            open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
 namespace {
 
 constexpr int InterruptExitCode = 130;
@@ -423,6 +455,10 @@ void ExitOnInterrupt()
     sigemptyset(&signals);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
+    struct sigaction hangUp;
+    if (sigaction(SIGHUP, nullptr, &hangUp) == 0 && hangUp.sa_handler != SIG_IGN) { // as nohup sets it
+        sigaddset(&signals, SIGHUP);
+    }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr); // threads that are started from now on inherit it
     std::thread(EndWhenInterrupted, signals).detach();
 }
@@ -442,6 +478,12 @@ void* LoadPlugin(const char* fileName, std::string& reason)
     void* const library = dlopen(fileName, RTLD_NOW | RTLD_LOCAL); // searched for along the program's own run path
     if (library == nullptr) {
         reason = dlerror();
+        // The only words that the loader has for it: the library is there, room for it is not.
+        for (const char* memory : {"map segment", "allocate memory", "zero-fill"}) {
+            if (reason.find(memory) != std::string::npos) {
+                throw std::bad_alloc();
+            }
+        }
     }
     return library;
 }

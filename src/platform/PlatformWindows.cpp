@@ -168,6 +168,30 @@ void PreferLargePages(void*, std::size_t) {}
 
 void PopulatePages(void*, std::size_t) {}
 
+bool IsWriteProtected(const std::string& path)
+{
+    const DWORD attributes = GetFileAttributesW(Utf8ToWide(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0 &&
+           (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+bool FlushToDisk(const std::string& path, std::string& reason)
+{
+    const HANDLE file = CreateFileW(Utf8ToWide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const bool flushed = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
+    if (!flushed) {
+        reason = "system error " + std::to_string(GetLastError());
+    }
+    if (file != INVALID_HANDLE_VALUE) {
+        CloseHandle(file);
+    }
+    return flushed;
+}
+
+// Here they are errors without further ado.
+void MakeStreamFaultsErrors() {}
+
 namespace {
 
 constexpr UINT InterruptExitCode = 130;

@@ -9,7 +9,10 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <vector>
 
 namespace tarnvexo {
 namespace {
@@ -80,7 +83,7 @@ std::string FailureOf(const std::function<void()>& action)
 TEST(ResultFiles, MakesTheDirectory)
 {
     const TemporaryDirectory directory;
-    ResultFiles files("a/b/c");
+    ResultFiles files("a/b/c", {"result.txt"});
     files.Write("result.txt", Writer("1 2 3\n"));
     files.Commit();
     EXPECT_EQ(FileText("a/b/c/result.txt"), "1 2 3\n");
@@ -93,11 +96,12 @@ TEST(ResultFiles, SayWhenAFileIsInTheWayOfTheDirectory)
 {
     const TemporaryDirectory directory;
     std::ofstream("run") << "not a directory";
-    EXPECT_EQ(
-        FailureOf([] { ResultFiles files("run"); }).find("run: error: the directory for the results cannot be made: "),
-        0u);
     EXPECT_EQ(FailureOf([] {
-                  ResultFiles files("run/deeper");
+                  ResultFiles files("run", {});
+              }).find("run: error: the directory for the results cannot be made: "),
+              0u);
+    EXPECT_EQ(FailureOf([] {
+                  ResultFiles files("run/deeper", {});
               }).find("run/deeper: error: the directory for the results cannot be made: Not a directory\n"),
               0u);
     EXPECT_EQ(FileText("run"), "not a directory");
@@ -109,22 +113,32 @@ TEST(ResultFiles, SayWhenTheDirectoryCannotBeWritten)
     if (!std::filesystem::is_directory("/proc/self/task")) {
         GTEST_SKIP() << "no /proc here";
     }
-    ResultFiles files("/proc/self/task");
+    ResultFiles files("/proc/self/task", {"result.txt"});
     const std::string failure = FailureOf([&] { files.Write("result.txt", Writer("text")); });
     EXPECT_EQ(failure.find("/proc/self/task/result.txt: error: this file was not written: "), 0u) << failure;
     EXPECT_NE(failure.find("\n  expected: a place that may be written to and has room"), std::string::npos) << failure;
 }
 
-// The directory is under the last name: the files before it are not replaced either.
-TEST(ResultFiles, ReplaceNothingWhenADirectoryBearsAName)
+// Before the run, which may last hours, has begun.
+TEST(ResultFiles, RefuseADirectoryUnderANameAtOnce)
+{
+    const TemporaryDirectory directory;
+    std::filesystem::create_directories("result.txt/kept");
+    const std::string failure = FailureOf([] { ResultFiles files(".", {"first.txt", "result.txt"}); });
+    EXPECT_EQ(failure.find("./result.txt: error: this file was not written: Is a directory\n"), 0u) << failure;
+    EXPECT_EQ(EntriesOfDirectory(), 1);
+}
+
+// It came under the last name while the run went on: the files before it are not replaced either.
+TEST(ResultFiles, ReplaceNothingWhenADirectoryHasComeUnderAName)
 {
     const TemporaryDirectory directory;
     std::ofstream("first.txt") << "of an earlier run";
-    std::filesystem::create_directories("result.txt/kept");
     {
-        ResultFiles files(".");
+        ResultFiles files(".", {"first.txt", "result.txt"});
         files.Write("first.txt", Writer("text"));
         files.Write("result.txt", Writer("text"));
+        std::filesystem::create_directories("result.txt/kept");
         const std::string failure = FailureOf([&] { files.Commit(); });
         EXPECT_EQ(failure.find("./result.txt: error: this file was not written: Is a directory\n"), 0u) << failure;
     }
@@ -133,13 +147,43 @@ TEST(ResultFiles, ReplaceNothingWhenADirectoryBearsAName)
     EXPECT_EQ(EntriesOfDirectory(), 2);
 }
 
+TEST(ResultFiles, FailWhenTheirDirectoryHasVanished)
+{
+    const TemporaryDirectory directory;
+    ResultFiles files("run", {"a.txt", "b.txt"});
+    files.Write("a.txt", Writer("text"));
+    std::filesystem::remove_all("run");
+    EXPECT_EQ(FailureOf([&] { files.Write("b.txt", Writer("text")); }),
+              "run/b.txt: error: this file was not written: No such file or directory\n"
+              "  expected: a place that may be written to and has room, and no directory of this name\n"
+              "  to do:    make room or name another place, then run again");
+    std::ofstream("run") << "now a file";
+    EXPECT_NE(FailureOf([&] { files.Write("b.txt", Writer("text")); }), "");
+    EXPECT_EQ(FileText("run"), "now a file");
+}
+
+// The file that was written into the first directory is gone: that of the second is not replaced alone.
+TEST(ResultFiles, ReplaceNothingInADirectoryThatHasTakenThePlaceOfTheirs)
+{
+    const TemporaryDirectory directory;
+    ResultFiles files("run", {"a.txt", "b.txt"});
+    files.Write("a.txt", Writer("text"));
+    std::filesystem::remove_all("run");
+    std::filesystem::create_directory("run");
+    std::ofstream("run/b.txt") << "of another run";
+    files.Write("b.txt", Writer("text"));
+    EXPECT_NE(FailureOf([&] { files.Commit(); }), "");
+    EXPECT_EQ(FileText("run/b.txt"), "of another run");
+    EXPECT_FALSE(std::filesystem::exists("run/a.txt"));
+}
+
 TEST(ResultFiles, LeaveNothingNewWhenThereIsNoRoom)
 {
     const TemporaryDirectory directory;
     std::ofstream("result.txt") << "of an earlier run";
     const SmallFiles limit(50000);
     {
-        ResultFiles files(".");
+        ResultFiles files(".", {"result.txt"});
         const std::string failure = FailureOf([&] { files.Write("result.txt", Writer(std::string(100000, 'x'))); });
         EXPECT_EQ(failure.find("./result.txt: error: this file was not written: File too large\n"), 0u) << failure;
     }
@@ -147,21 +191,22 @@ TEST(ResultFiles, LeaveNothingNewWhenThereIsNoRoom)
     EXPECT_EQ(EntriesOfDirectory(), 1);
 }
 
-// Two runs: the second has begun when the first ends.
-TEST(ResultFiles, OfTwoRunsInOneDirectoryAreApart)
+TEST(ResultFiles, RefuseASecondRunInTheDirectoryUntilTheFirstHasEnded)
 {
     const TemporaryDirectory directory;
-    ResultFiles files(".");
-    files.Write("a.txt", Writer("of the first"));
-    const test::ChildResult second = test::RunInChild([] {
-        ResultFiles others(".");
-        others.Write("a.txt", Writer("of the second"));
-        others.Commit();
-    });
-    EXPECT_EQ(second.exitCode, 0);
-    EXPECT_EQ(FileText("a.txt"), "of the second");
-    files.Commit();
-    EXPECT_EQ(FileText("a.txt"), "of the first");
+    {
+        ResultFiles files("run", {"a.txt"});
+        files.Write("a.txt", Writer("of the first"));
+        EXPECT_EQ(FailureOf([] { ResultFiles others("run/../run", {"a.txt"}); }),
+                  "run/../run: error: another run is writing its results into this directory\n"
+                  "  expected: a directory for each of the runs that go on at once\n"
+                  "  to do:    wait until that run has ended, or choose another directory with -o DIR");
+        files.Commit();
+    }
+    ResultFiles others("run", {"a.txt"});
+    others.Write("a.txt", Writer("of the second"));
+    others.Commit();
+    EXPECT_EQ(FileText("run/a.txt"), "of the second");
 }
 
 // Until all files of a run are complete, those of an earlier one are still there.
@@ -169,7 +214,7 @@ TEST(ResultFiles, KeepEarlierFilesUntilAllNewOnesAreComplete)
 {
     const TemporaryDirectory directory;
     std::ofstream("a.txt") << "of an earlier run";
-    ResultFiles files(".");
+    ResultFiles files(".", {"a.txt", "b.txt"});
     files.Write("a.txt", Writer("new"));
     files.Write("b.txt", Writer("new too"));
     EXPECT_EQ(FileText("a.txt"), "of an earlier run");
@@ -185,11 +230,45 @@ TEST(ResultFiles, RemoveWhatARunThatFailedHasWritten)
     const TemporaryDirectory directory;
     std::ofstream("a.txt") << "of an earlier run";
     {
-        ResultFiles files(".");
+        ResultFiles files(".", {"a.txt"});
         files.Write("a.txt", Writer("new"));
     }
     EXPECT_EQ(FileText("a.txt"), "of an earlier run");
     EXPECT_EQ(EntriesOfDirectory(), 1);
+}
+
+// Neither what a link leads to is written nor a pipe that nobody reads waited for.
+TEST(ResultFiles, TakeThePlaceOfLinksAndPipes)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("elsewhere.txt") << "not a result";
+    std::filesystem::create_directory("run");
+    std::filesystem::create_symlink("../elsewhere.txt", "run/link.txt");
+    std::filesystem::create_symlink("../nowhere.txt", "run/dangling.txt");
+    ASSERT_EQ(mkfifo("run/pipe.txt", 0600), 0);
+    const std::vector<std::string> names = {"link.txt", "dangling.txt", "pipe.txt"};
+    ResultFiles files("run", names);
+    for (const std::string& name : names) { files.Write(name, Writer(name)); }
+    files.Commit();
+    for (const std::string& name : names) {
+        EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status("run/" + name))) << name;
+        EXPECT_EQ(FileText("run/" + name), name);
+    }
+    EXPECT_EQ(FileText("elsewhere.txt"), "not a result");
+    EXPECT_FALSE(std::filesystem::exists("nowhere.txt"));
+}
+
+// A link in the way of the unfinished file is not this program's: it is not followed either.
+TEST(ResultFiles, DoNotFollowALinkUnderTheUnfinishedName)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("elsewhere.txt") << "not a result";
+    ResultFiles files("run", {"a.txt"});
+    std::filesystem::create_symlink("../elsewhere.txt", NameBeside("run/a.txt", UnfinishedSuffix));
+    files.Write("a.txt", Writer("new"));
+    files.Commit();
+    EXPECT_EQ(FileText("run/a.txt"), "new");
+    EXPECT_EQ(FileText("elsewhere.txt"), "not a result");
 }
 
 TEST(UnfinishedFile, FollowsALink)
@@ -200,6 +279,18 @@ TEST(UnfinishedFile, FollowsALink)
     WriteWhole("link.txt", Writer("new"));
     EXPECT_TRUE(std::filesystem::is_symlink("link.txt"));
     EXPECT_EQ(FileText("model.txt"), "new");
+}
+
+// 255 characters are the most that usual file systems take.
+TEST(UnfinishedFile, MayHaveTheLongestName)
+{
+    const TemporaryDirectory directory;
+    const std::string name(255, 'n');
+    WriteWhole(name, Writer("text"));
+    EXPECT_EQ(FileText(name), "text");
+    EXPECT_EQ(EntriesOfDirectory(), 1);
+    EXPECT_NE(FailureOf([] { WriteWhole(std::string(256, 'n'), Writer("text")); }).find(": File name too long\n"),
+              std::string::npos);
 }
 
 TEST(UnfinishedFile, WritesADeviceUnderItsName)

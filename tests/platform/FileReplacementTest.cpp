@@ -1,0 +1,144 @@
+#include "platform/FileReplacement.h"
+
+#include "support/ChildProcess.h"
+#include "support/TemporaryDirectory.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace tarnvexo::platform {
+namespace {
+
+using test::RunInChild;
+using test::TemporaryDirectory;
+
+using Files = std::map<std::string, std::string>; // content by name; "directory" for one
+
+Files FilesThere()
+{
+    Files files;
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
+        std::ifstream file(entry.path());
+        files[entry.path().filename().string()] =
+            entry.is_directory() ? "directory" : std::string(std::istreambuf_iterator<char>(file), {});
+    }
+    return files;
+}
+
+void Write(const Files& files)
+{
+    for (const auto& [name, content] : files) { std::ofstream(name) << content; }
+}
+
+const std::vector<FileToReplace> Three = {{"a.new", "a.old", "a"}, {"b.new", "b.old", "b"}, {"c.new", "c.old", "c"}};
+
+TEST(FileReplacement, GivesAllFilesTheirNames)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}, {"c", "1"}});
+    FileReplacement replacement(Three);
+    Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
+    EXPECT_FALSE(replacement.Commit());
+    EXPECT_EQ(FilesThere(), (Files{{"a", "2"}, {"b", "2"}, {"c", "2"}}));
+}
+
+TEST(FileReplacement, GivenUpRemovesTheNewFiles)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}});
+    {
+        const FileReplacement replacement(Three);
+        Write({{"a.new", "2"}, {"b.new", "2"}});
+    }
+    EXPECT_EQ(FilesThere(), (Files{{"a", "1"}}));
+}
+
+// Refused at the third name, when two earlier files have been moved aside.
+TEST(FileReplacement, PutsEarlierFilesBackWhenOneCannotBeMovedAside)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}, {"b", "1"}});
+    std::filesystem::create_directory("c");
+    {
+        FileReplacement replacement(Three);
+        Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
+        const auto refusal = replacement.Commit();
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->file, 2u);
+        EXPECT_EQ(refusal->reason, "Is a directory");
+    }
+    EXPECT_EQ(FilesThere(), (Files{{"a", "1"}, {"b", "1"}, {"c", "directory"}}));
+}
+
+// The third name is in a directory that is not there: two new files have been moved in by then.
+TEST(FileReplacement, PutsEarlierFilesBackWhenANewOneCannotBeMovedIn)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}});
+    {
+        FileReplacement replacement({Three[0], Three[1], {"c.new", "c.old", "missing/c"}});
+        Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
+        const auto refusal = replacement.Commit();
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->file, 2u);
+        EXPECT_EQ(refusal->reason, "No such file or directory");
+        EXPECT_EQ(FilesThere(), (Files{{"a", "1"}, {"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}}));
+    }
+    EXPECT_EQ(FilesThere(), (Files{{"a", "1"}}));
+}
+
+// Tries again: what stood in the way has gone.
+TEST(FileReplacement, CanBeCommittedAfterARefusal)
+{
+    const TemporaryDirectory directory;
+    std::filesystem::create_directory("c");
+    FileReplacement replacement(Three);
+    Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
+    EXPECT_TRUE(replacement.Commit());
+    std::filesystem::remove("c");
+    EXPECT_FALSE(replacement.Commit());
+    EXPECT_EQ(FilesThere(), (Files{{"a", "2"}, {"b", "2"}, {"c", "2"}}));
+}
+
+// The program is gone without a word; its process takes a moment.
+TEST(FileReplacement, RemovesTheNewFilesWhenTheProgramIsKilled)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}});
+    const auto run = RunInChild([] {
+        const FileReplacement replacement(Three);
+        Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
+        raise(SIGKILL);
+    });
+    EXPECT_EQ(run.exitCode, -1);
+    for (int wait = 0; wait < 1000 && FilesThere().size() > 1; ++wait) { usleep(10000); }
+    EXPECT_EQ(FilesThere(), (Files{{"a", "1"}}));
+}
+
+TEST(FileReplacement, DoesWithoutAProcess)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}});
+    const auto run = RunInChild([] {
+        rlimit open;
+        getrlimit(RLIMIT_NOFILE, &open);
+        const rlimit none = {0, open.rlim_max}; // no channel to a process can be had
+        setrlimit(RLIMIT_NOFILE, &none);
+        FileReplacement replacement(Three);
+        setrlimit(RLIMIT_NOFILE, &open);
+        Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
+        EXPECT_FALSE(replacement.Commit());
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    });
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(FilesThere(), (Files{{"a", "2"}, {"b", "2"}, {"c", "2"}}));
+}
+
+} // namespace
+} // namespace tarnvexo::platform
