@@ -70,20 +70,24 @@ bool Exists(const fs::path& path)
     return fs::exists(fs::symlink_status(path, error));
 }
 
-// Files are moved aside first and then moved in: in a run cut off between, names of which both files are left are borne
-// by none. Where one of them is borne all the same, another program has written since: its files stay.
+// All earlier files are moved aside first, then the new ones are moved in. In a run cut off between, nothing bears a
+// name whose earlier file has been moved aside and whose new one is not in. Where something does, another program has
+// written since, and its files stay.
 bool WasCutOffWithin(const LeftRun& run)
 {
-    bool anyLeft = false;
+    bool anyUnfinished = false, anyEarlier = false, anyIsIn = false;
     for (const LeftFile& file : run) {
-        if (file.hasUnfinished && file.hasEarlier) {
-            anyLeft = true;
-            if (Exists(file.target)) {
-                return false;
-            }
+        anyUnfinished = anyUnfinished || file.hasUnfinished;
+        anyEarlier = anyEarlier || file.hasEarlier;
+        anyIsIn = anyIsIn || (file.hasEarlier && !file.hasUnfinished);
+    }
+    for (const LeftFile& file : run) {
+        const bool isAside = file.hasEarlier || anyIsIn;
+        if (file.hasUnfinished && isAside && Exists(file.target)) {
+            return false;
         }
     }
-    return anyLeft;
+    return anyUnfinished && anyEarlier;
 }
 
 // True when any file has its name back. Where only earlier ones are left, either all new ones have their names, or a
@@ -116,7 +120,9 @@ std::string ClearCutOffRuns(const std::string& directory, const std::vector<std:
         for (const LeftFile& file : run) {
             std::error_code error;
             removed += fs::remove(file.unfinished, error) ? 1u : 0u;
-            removed += fs::remove(file.earlier, error) ? 1u : 0u;
+            if (Exists(file.target)) { // else it could not be put back, and is all there is
+                removed += fs::remove(file.earlier, error) ? 1u : 0u;
+            }
         }
     }
     std::string note;

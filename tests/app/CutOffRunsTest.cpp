@@ -83,6 +83,19 @@ TEST(CutOffRuns, ThatWereMovingFilesInHaveTheEarlierOnesPutBack)
               (Files{{"a.txt", "old a"}, {"b.txt", "old b"}}));
 }
 
+// The one that is not in has no earlier file.
+TEST(CutOffRuns, ThatLackANameThatNothingBoreHaveTheEarlierOnesPutBack)
+{
+    std::string note;
+    EXPECT_EQ(Cleared({{"a.txt", "new"},
+                       {"b.txt", "new"},
+                       {"c c.txt.12.unfinished", "new"},
+                       {"a.txt.12.earlier", "old a"},
+                       {"b.txt.12.earlier", "old b"}},
+                      note),
+              (Files{{"a.txt", "old a"}, {"b.txt", "old b"}}));
+}
+
 TEST(CutOffRuns, WhoseFilesAllHaveTheirNamesKeepThem)
 {
     std::string note;
