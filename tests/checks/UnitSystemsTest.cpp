@@ -49,16 +49,20 @@ TEST(UnitSystems, ConsistentMaterialIsNoMixture)
     for (const Pair& pair : Steel) { EXPECT_FALSE(MixtureOf(pair.E, pair.Density)) << pair.system; }
 }
 
+// Left out: kgf, cm, the density of which is within 2 % of that in kg/mm³; N, cm, in which E of psi is that of a hard
+// metal as dense as steel; MPa with g/mm³, which is a system.
 TEST(UnitSystems, SteelWithTheDensityOfAnotherSystemIsAMixture)
 {
-    for (const Pair& one : Steel) {
-        for (const Pair& other : Steel) {
-            if (one.E == other.E) {
-                continue; // MPa goes with two densities
+    constexpr int chosen[] = {0, 1, 2, 3, 4, 7, 8};
+    for (const int one : chosen) {
+        for (const int other : chosen) {
+            if (one == other) {
+                continue;
             }
-            const auto mixture = MixtureOf(one.E, other.Density);
-            ASSERT_TRUE(mixture) << one.system << " with " << other.system;
+            const auto mixture = MixtureOf(Steel[one].E, Steel[other].Density);
+            ASSERT_TRUE(mixture) << Steel[one].system << " with " << Steel[other].system;
             EXPECT_STREQ(mixture->material, "steel");
+            EXPECT_STREQ(mixture->ofE->name, Steel[one].system);
         }
     }
 }
