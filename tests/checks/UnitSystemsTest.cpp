@@ -49,13 +49,12 @@ TEST(UnitSystems, ConsistentMaterialIsNoMixture)
     for (const Pair& pair : Steel) { EXPECT_FALSE(MixtureOf(pair.E, pair.Density)) << pair.system; }
 }
 
-// Left out: kgf, cm, the density of which is within 2 % of that in kg/mm³; N, cm, in which E of psi is that of a hard
-// metal as dense as steel; MPa with g/mm³, which is a system.
+// The first five are far from each other. Others have a unit of stress or density within a factor of ten of another
+// one's: there, such a pair may as well be a heavier or lighter material made up in one of them.
 TEST(UnitSystems, SteelWithTheDensityOfAnotherSystemIsAMixture)
 {
-    constexpr int chosen[] = {0, 1, 2, 3, 4, 7, 8};
-    for (const int one : chosen) {
-        for (const int other : chosen) {
+    for (int one = 0; one < 5; ++one) {
+        for (int other = 0; other < 5; ++other) {
             if (one == other) {
                 continue;
             }
