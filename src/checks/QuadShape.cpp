@@ -95,16 +95,9 @@ double AspectRatio(const QuadShape& quad)
 
 double Taper(const QuadShape& quad, int& corner)
 {
-    const double half = 0.5 * quad.area;
-    double largest = -1.0;
-    for (int i = 0; i < QuadNodeCount; ++i) {
-        const double taper = std::fabs(quad.cornerArea[i] - half) / half;
-        if (taper > largest) {
-            largest = taper;
-            corner = i;
-        }
-    }
-    return largest;
+    // Opposite corners make up A: as much as one exceeds A/2, the other one lacks, so the smallest lacks most.
+    corner = static_cast<int>(std::min_element(quad.cornerArea, quad.cornerArea + QuadNodeCount) - quad.cornerArea);
+    return 1.0 - 2.0 * quad.cornerArea[corner] / quad.area;
 }
 
 } // namespace tarnvexo

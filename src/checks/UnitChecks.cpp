@@ -30,11 +30,20 @@ std::string Number(double value)
     return std::string(text, WriteNumber(text, value));
 }
 
+bool Contains(UnitSystemSet systems, int system)
+{
+    return (systems >> system & 1U) != 0;
+}
+
+// Materials before sizes: a wrong one spoils every result.
+enum Badness { OfSize, OfMaterial };
+
 template <class MakeDetail>
-void Tell(FindingCollector& mixed, const char* kind, int number, double badness, MakeDetail detail)
+void Tell(FindingCollector& mixed, const char* kind, std::size_t number, Badness badness, MakeDetail detail,
+          const Vector3& place = {})
 {
     if (mixed.Adds(badness)) {
-        mixed.Keep({kind, number, 0.0, {}, detail()}, badness);
+        mixed.Keep({kind, static_cast<int>(number), 0.0, place, detail()}, badness);
     }
 }
 
@@ -60,7 +69,7 @@ int SystemOfMost(const std::vector<UnitSystemSet>& systems, const std::vector<in
     long long mostElements = 0;
     for (int s = 0; s < static_cast<int>(UnitSystems().size()); ++s) {
         long long count = 0;
-        for (std::size_t m = 0; m < systems.size(); ++m) { count += (systems[m] >> s & 1) != 0 ? elements[m] : 0; }
+        for (std::size_t m = 0; m < systems.size(); ++m) { count += Contains(systems[m], s) ? elements[m] : 0; }
         if (count > mostElements) {
             most = s;
             mostElements = count;
@@ -95,9 +104,9 @@ void CheckMaterials(const ModelStore& model, double extent, FindingCollector& mi
             continue;
         }
         const Material& material = model.Materials[m];
-        if (systems[m] != 0 && (systems[m] >> most & 1) == 0) {
+        if (systems[m] != 0 && !Contains(systems[m], most)) {
             const std::size_t own = static_cast<std::size_t>(std::countr_zero(systems[m]));
-            Tell(mixed, "material", static_cast<int>(m), 1.0, [&] {
+            Tell(mixed, "material", m, OfMaterial, [&] {
                 return "E=" + Number(material.E) + " and Density=" + Number(material.Density) + " are in " +
                        UnitSystems()[own].name + ", most elements in " + UnitSystems()[most].name;
             });
@@ -105,15 +114,15 @@ void CheckMaterials(const ModelStore& model, double extent, FindingCollector& mi
             const bool isStiffOnPurpose = most >= 0 && mixture->ofDensity == &UnitSystems()[most] &&
                                           material.E * mixture->ofDensity->stress > StiffestE;
             if (!isStiffOnPurpose) {
-                Tell(mixed, "material", static_cast<int>(m), 1.0, [&] { return MixtureText(material, *mixture); });
+                Tell(mixed, "material", m, OfMaterial, [&] { return MixtureText(material, *mixture); });
             }
         }
     }
 
     if (most >= 0 && extent * UnitSystems()[most].length > LongestStructure) {
-        const auto isOfMost = [most](UnitSystemSet set) { return (set >> most & 1) != 0; };
-        const auto first = std::find_if(systems.begin(), systems.end(), isOfMost) - systems.begin();
-        Tell(mixed, "material", static_cast<int>(first), 0.0, [&] {
+        const auto isOfMost = [most](UnitSystemSet set) { return Contains(set, most); };
+        const std::size_t first = std::find_if(systems.begin(), systems.end(), isOfMost) - systems.begin();
+        Tell(mixed, "material", first, OfSize, [&] {
             return std::string("in ") + UnitSystems()[most].name + ", as it is, the model is " +
                    Number(1e-3 * extent * UnitSystems()[most].length) + " km large";
         });
@@ -132,7 +141,7 @@ void CheckThicknesses(const ModelStore& model, double extent, FindingCollector& 
     for (const ShellPropertyRef& property : model.TriProperties) { isUsed[property.thickness] = 1; }
     for (std::size_t t = 0; t < isUsed.size(); ++t) {
         if (isUsed[t] != 0 && IsOfAnotherUnit(model.Thicknesses[t], extent)) {
-            Tell(mixed, "thickness", static_cast<int>(t), 0.0,
+            Tell(mixed, "thickness", t, OfSize,
                  [&] { return "TK=" + Number(model.Thicknesses[t]) + " in a model of size " + Number(extent); });
         }
     }
@@ -158,8 +167,11 @@ void CheckSections(const ModelStore& model, double extent, FindingCollector& mix
     for (std::size_t b = 0; b < model.BeamSectionRefs.size(); ++b) {
         const double size = SectionSize(model, model.BeamSectionRefs[b]);
         if (IsOfAnotherUnit(size, extent)) {
-            Tell(mixed, "beam", static_cast<int>(b), 0.0,
-                 [&] { return "section of size " + Number(size) + " in a model of size " + Number(extent); });
+            const std::array<int, BeamNodeCount>& nodes = model.BeamConnectivity[b];
+            Tell(
+                mixed, "beam", b, OfSize,
+                [&] { return "section of size " + Number(size) + " in a model of size " + Number(extent); },
+                0.5 * (model.NodeCoordinates[nodes[0]] + model.NodeCoordinates[nodes[1]]));
         }
     }
 }

@@ -14,7 +14,7 @@
 //   lbf, in, s        psi             lbf·s²/in per in³       3.05e7    7.35e-4
 //   lbf, ft, slug     lbf/ft²         slug/ft³                4.39e9    15.2
 //   kip, in, s        ksi             kip·s²/in per in³       3.05e4    7.35e-7
-// Densities in lb/in³ (0.284) or lb/ft³ (490) are weights: they belong to no system with a pound as force.
+// A density in lb/in³ (0.284) is a weight: it belongs to no system, but is often found beside E in psi.
 //
 // Ranges of E and Density by kind of material: M. F. Ashby, Materials Selection in Mechanical Design, 4th ed. (2011),
 // appendix A. Units: A. Thompson, B. N. Taylor, NIST Special Publication 811 (2008), appendix B.
@@ -54,7 +54,7 @@ struct UnitMixture {
 };
 
 // A material whose E and Density give no structural material in any system, but each of them the same material in a
-// system of its own, while neither system allows the pair as a made-up material (foam, rubber, weights smeared over a
+// system of its own, neither of which allows the pair as something else (foam, rubber, weights smeared over a
 // structure). Without value: no such thing. Density = 0 never is.
 std::optional<UnitMixture> MixtureOf(double E, double Density);
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 
 namespace tarnvexo {
 namespace {
@@ -52,6 +53,30 @@ TEST(FindingCollector, EqualOffendersStayInTheirOrder)
     collector.AppendTo(findings);
     ASSERT_EQ(findings.size(), 1u);
     for (std::size_t k = 0; k < WorstKept; ++k) { EXPECT_EQ(findings[0].worst[k].number, static_cast<int>(k)); }
+}
+
+TEST(FindingCollector, MergedRangesGiveTheFindingOfOneCollector)
+{
+    const auto badness = [](int e) { return static_cast<double>((e * 37) % 20); }; // many equal ones
+    FindingCollector whole(RuleId::AspectRatio, RuleBook()), merged(RuleId::AspectRatio, RuleBook());
+    for (int range = 0; range < 4; ++range) {
+        FindingCollector part(RuleId::AspectRatio, RuleBook());
+        for (int e = 25 * range; e < 25 * (range + 1); ++e) {
+            for (FindingCollector* collector : {&whole, &part}) {
+                if (collector->Adds(badness(e))) {
+                    collector->Keep({"quad", e, badness(e), {}, ""}, badness(e));
+                }
+            }
+        }
+        merged.Merge(std::move(part));
+    }
+    std::vector<Finding> expected, found;
+    whole.AppendTo(expected);
+    merged.AppendTo(found);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].count, expected[0].count);
+    ASSERT_EQ(found[0].worst.size(), expected[0].worst.size());
+    for (std::size_t k = 0; k < WorstKept; ++k) { EXPECT_EQ(found[0].worst[k].number, expected[0].worst[k].number); }
 }
 
 TEST(FindingCollector, RuleThatIsOffGivesNoFinding)
