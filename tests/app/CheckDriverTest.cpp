@@ -40,7 +40,7 @@ TEST(Check, OfASoundModelHasPartsMassAndBalance)
     EXPECT_EQ(CountOf(report, Severity::Error), 0);
     EXPECT_TRUE(report.isRead);
     EXPECT_EQ(report.counts.nodes, 5);
-    EXPECT_EQ(report.counts.boxMax[0], 3.0);
+    EXPECT_EQ(report.counts.boxMax[0], 2.75);
     EXPECT_EQ(report.parts.size(), 1u);
     ASSERT_TRUE(report.balance);
     EXPECT_GT(report.balance->mass.mass, 0.0);
