@@ -13,6 +13,14 @@ _tarnvexo_words()
     mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2")
 }
 
+# Names of rules, as the program itself lists them, each with "=" behind.
+_tarnvexo_rules()
+{
+    compopt -o nospace 2>/dev/null
+    _tarnvexo_words "$("${COMP_WORDS[0]}" check --rules 2>/dev/null |
+        sed -n 's/^  [a-z][a-z]* *\([a-z][a-z-]*\) .*/\1=/p')" "$1"
+}
+
 _tarnvexo()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
@@ -24,9 +32,19 @@ _tarnvexo()
     elif [[ $previous == "=" ]]; then
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
+    # "--rule warping=no" arrives as four.
+    local words=" ${COMP_WORDS[*]:0:COMP_CWORD + 1}"
+    if [[ $words =~ \ --rule\ [a-z-]+\ =(\ [a-z]*)?$ ]]; then
+        _tarnvexo_words "off note warning error" "$current"
+        return
+    fi
 
     if ((COMP_CWORD == 1)); then
-        _tarnvexo_words "solve info refine renumber --help -h --version" "$current"
+        _tarnvexo_words "solve info check refine renumber help --help -h --version" "$current"
+        return
+    fi
+    if [[ $command == help ]]; then
+        _tarnvexo_words "solve info check refine renumber" "$current"
         return
     fi
     case $previous in
@@ -36,6 +54,7 @@ _tarnvexo()
         --units) _tarnvexo_words "SI mm-t-s" "$current"; return ;;
         --format) _tarnvexo_words "text none" "$current"; return ;;
         --threads) _tarnvexo_words "1 2 4 8 16" "$current"; return ;;
+        --rule) _tarnvexo_rules "$current"; return ;;
         -k) _tarnvexo_words "2 3 4" "$current"; return ;;
         -o | --output | --json) _tarnvexo_paths "$current"; return ;;
     esac
@@ -45,10 +64,13 @@ _tarnvexo()
     fi
     case $command in
         solve)
-            _tarnvexo_words "-o --output --format --balance --displacements --solver --threads --units --json -q --quiet
-                -h --help" "$current"
+            _tarnvexo_words "-o --output --format --balance --displacements --solver --threads --rule --rules --units
+                --json -q --quiet -h --help" "$current"
             ;;
-        info) _tarnvexo_words "--units --json -q --quiet -h --help" "$current" ;;
+        check)
+            _tarnvexo_words "--rule --rules -v --verbose --units --json -q --quiet -h --help" "$current"
+            ;;
+        info) _tarnvexo_words "--rule --rules --units --json -q --quiet -h --help" "$current" ;;
         refine) _tarnvexo_words "-k -o --output --no-renumber -h --help" "$current" ;;
         renumber) _tarnvexo_words "-o --output -h --help" "$current" ;;
     esac

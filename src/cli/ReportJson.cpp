@@ -325,10 +325,10 @@ std::string CheckReportJson(const CheckReport& report, UnitSystem units)
 {
     const UnitTexts& unit = TextsOfUnits(units);
     Json json = ReportHead("check", report.modelFile, unit);
-    json["ready"] = CountOf(report, Severity::Error) == 0;
-    json["errors"] = CountOf(report, Severity::Error);
-    json["warnings"] = CountOf(report, Severity::Warning);
-    json["notes"] = CountOf(report, Severity::Note);
+    json["verdict"] = {{"ready", CountOf(report, Severity::Error) == 0},
+                       {"errors", CountOf(report, Severity::Error)},
+                       {"warnings", CountOf(report, Severity::Warning)},
+                       {"notes", CountOf(report, Severity::Note)}};
     json["checks"] = ChecksJson(report.findings);
     json["messages"] = MessagesJson(report.messages);
     json["model"] = report.isRead ? CountsJson(report.counts) : Json();

@@ -1,6 +1,6 @@
 // cli/ReportText.h
 // The report of a run as text for people: UTF-8, at most 100 columns (long paths aside), six significant digits,
-// sections under headings, a summary of six lines at the end, where a terminal shows it.
+// sections under headings, a summary of eight lines at the end, where a terminal shows it.
 //
 // Long tables are cut: PartLimit parts, ReactionLimit reactions (those with the largest share of the applied loads).
 // The JSON report has them all.

@@ -159,13 +159,13 @@ TEST(Solve, TellsOfEveryStageWhenItBeginsAndWhenItEnds)
         EXPECT_GE(progress.seconds, progress.stageSeconds);
         EXPECT_GE(progress.secondsLeft, 0.0);
     });
-    const char* const stages[] = {"read",      "order", "analyse",  "assemble",
+    const char* const stages[] = {"read",      "check", "order",    "analyse",      "assemble",
                                   "factorise", "solve", "stresses", "beam sections"};
-    ASSERT_EQ(told.size(), 16u);
-    ASSERT_EQ(report.stages.size(), 8u);
-    for (int s = 0; s < 8; ++s) {
-        EXPECT_EQ(told[2 * s], std::to_string(s + 1) + "/8 " + stages[s] + " begins");
-        EXPECT_EQ(told[2 * s + 1], std::to_string(s + 1) + "/8 " + stages[s] + " ends");
+    ASSERT_EQ(told.size(), 18u);
+    ASSERT_EQ(report.stages.size(), 9u);
+    for (int s = 0; s < 9; ++s) {
+        EXPECT_EQ(told[2 * s], std::to_string(s + 1) + "/9 " + stages[s] + " begins");
+        EXPECT_EQ(told[2 * s + 1], std::to_string(s + 1) + "/9 " + stages[s] + " ends");
         EXPECT_EQ(report.stages[s].name, stages[s]);
     }
 }
@@ -216,16 +216,43 @@ TEST(Solve, TellsWhyAModelFileCannotBeRead)
     }
 }
 
-TEST(Solve, WarnsOfLoadsOnNodesWithoutElements)
+ModelText WithALoadOnALooseNode()
 {
     ModelText text = OneOfEachKind();
-    const int loose = text.Node(0.3, 0.3, 0.0);
-    text.Force(loose, {0.0, 0.0, 1.0, 0.0, 0.0, 0.0});
-    bool found = false;
-    for (const std::string& warning : ReportOf(text).warnings) {
-        found = found || warning.find("model.txt: warning: 1 nodes without elements carry loads (first 5)\n") == 0;
-    }
-    EXPECT_TRUE(found);
+    text.Force(text.Node(0.3, 0.3, 0.0), {0.0, 0.0, 1.0, 0.0, 0.0, 0.0});
+    return text;
+}
+
+TEST(Solve, RefusesLoadsOnNodesWithoutElementsAndWritesNothing)
+{
+    const RunFailure failure = FailureOf(WithALoadOnALooseNode());
+    EXPECT_EQ(failure.exitCode, ExitBadModel);
+    EXPECT_EQ(std::string(failure.what())
+                  .find("model.txt: error: [unstiffened-load] 1 loads on nodes without elements\n"
+                        "  there:    node 5 at (0.3, 0.3, 0)"),
+              0u)
+        << failure.what();
+}
+
+// Left out, of the balance too.
+TEST(Solve, LeavesLoadsOnNodesWithoutElementsOutWhenTheirRuleIsLowered)
+{
+    const TemporaryDirectory directory;
+    SolveOptions options = OptionsFor(WithALoadOnALooseNode());
+    options.rules.SetSeverity(RuleId::UnstiffenedLoad, Severity::Warning);
+    const SolveReport report = Solve(options, {});
+    ASSERT_FALSE(report.checks.empty());
+    EXPECT_EQ(report.checks.front().rule, RuleId::UnstiffenedLoad);
+    EXPECT_EQ(report.checks.front().severity, Severity::Warning);
+    EXPECT_EQ(report.balance.forceSize, ReportOf(OneOfEachKind()).balance.forceSize);
+}
+
+TEST(Solve, CountsLoadsOnNodesWithoutElementsInTheClassicBalance)
+{
+    const SolveReport report = ReportOf(WithALoadOnALooseNode(), BalanceKind::Classic);
+    ASSERT_FALSE(report.checks.empty());
+    EXPECT_EQ(report.checks.front().severity, Severity::Warning);
+    EXPECT_EQ(report.balance.forceSize, ReportOf(OneOfEachKind(), BalanceKind::Classic).balance.forceSize + 1.0);
 }
 
 // A strip whose columns are 0.1 and 0.00001 thick by turns: stiff plates on hinges of foil, a condition beyond the
@@ -256,13 +283,29 @@ TEST(Info, TellsTheSizeThatSolveHas)
 {
     const TemporaryDirectory directory;
     SolveOptions options = OptionsFor(RandomModel(0, Supports::ThreeTwoOne));
-    const InfoReport info = Info("model.txt", {});
+    const InfoReport info = Info({"model.txt", {}}, {});
     const SolveReport solved = Solve(options, {});
     EXPECT_EQ(info.solver.factorEntries, solved.solver.factorEntries);
     EXPECT_EQ(info.solver.ordering, solved.solver.ordering);
     EXPECT_EQ(info.counts.equations, solved.counts.equations);
     EXPECT_EQ(info.balance.mass.mass, solved.balance.mass.mass);
     EXPECT_GT(info.skylineEntries, 0);
+}
+
+// Two triangles without connection, pulled apart: what can be told is told, and why solve refuses them.
+TEST(Info, TellsWhySolveRefusesAModel)
+{
+    const TemporaryDirectory directory;
+    const SolveOptions options = OptionsFor(PulledApart());
+    const InfoReport info = Info({"model.txt", {}}, {});
+    EXPECT_EQ(info.parts.size(), 2u);
+    EXPECT_GT(info.balance.mass.mass, 0.0);
+    try {
+        Solve(options, {});
+        ADD_FAILURE() << "nothing was refused";
+    } catch (const RunFailure& failure) {
+        EXPECT_EQ(failure.what(), info.fault);
+    }
 }
 
 } // namespace

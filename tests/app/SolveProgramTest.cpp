@@ -4,6 +4,7 @@
 #include "refine/GeneratedModels.h"
 #include "support/ProgramRun.h"
 #include "support/RandomModels.h"
+#include "support/SmallModels.h"
 #include "support/TemporaryDirectory.h"
 
 #include <cmath>
@@ -164,6 +165,35 @@ TEST(Program, EndsWithAMessageForAFaultOfEachKind)
     EXPECT_EQ(Tarnvexo({"solve", "m.txt", "-q"}, {{"m.txt", "no model"}}).exitCode, ExitBadModel);
     EXPECT_EQ(Tarnvexo({"solve"}).exitCode, ExitUsage);
     EXPECT_EQ(Tarnvexo({"solve", Examples + "elements", "-q", "-o", "/proc/self/task"}).exitCode, ExitFile);
+}
+
+// check tells on standard output, solve on standard error; neither writes a file.
+TEST(Program, RefusesAModelThatNothingBalancesWithEveryCommandThatLooksAtIt)
+{
+    const std::map<std::string, std::string> files = {{"m.txt", PulledApart().Text()}};
+    for (const std::string command : {"check", "info", "solve"}) {
+        const ProgramRun run = Tarnvexo({command, "m.txt", "-q"}, files);
+        EXPECT_EQ(run.exitCode, ExitBadModel) << command;
+        EXPECT_EQ(run.files.size(), 1u) << command;
+        EXPECT_NE((command == "solve" ? run.error : run.output).find("m.txt: error: "), std::string::npos) << command;
+    }
+}
+
+TEST(Program, ChecksTheExamples)
+{
+    for (const std::string name : {"wing", "elements", "midship", "jib"}) {
+        const ProgramRun run = Tarnvexo({"check", Examples + name});
+        EXPECT_EQ(run.exitCode, ExitGood) << run.output;
+        EXPECT_EQ(run.error.find("[1/3]   read "), 0u) << run.error;
+        EXPECT_NE(run.output.find("\n  verdict               ready to solve"), std::string::npos) << run.output;
+    }
+}
+
+TEST(Program, TakesNoRuleThatIsNotThere)
+{
+    EXPECT_EQ(Tarnvexo({"check", Examples + "wing", "--rule", "wraping=off"}).exitCode, ExitUsage);
+    EXPECT_EQ(Tarnvexo({"check", "--rules"}).exitCode, ExitGood);
+    EXPECT_EQ(Tarnvexo({"check", "-"}).exitCode, ExitUsage);
 }
 
 // Whether an address space limit can be set for the program: the address sanitizer needs more than any limit leaves.

@@ -101,10 +101,64 @@ TEST(SolveArguments, MayNameAModelLikeACommandOrAnOption)
 TEST(InfoArguments, AreModelUnitsJsonAndQuiet)
 {
     const auto command = std::get<InfoCommand>(Parse({"info", "m", "--units", "SI", "--json", "a.json", "--quiet"}));
-    EXPECT_EQ(command.model, "m");
+    EXPECT_EQ(command.info.modelFile, "m");
     EXPECT_EQ(command.units, UnitSystem::SI);
     EXPECT_EQ(command.jsonFile, "a.json");
     EXPECT_TRUE(command.quiet);
+}
+
+TEST(CheckArguments, AreModelRulesUnitsJsonQuietAndVerbose)
+{
+    const auto command = std::get<CheckCommand>(
+        Parse({"check", "m", "--units", "SI", "--json", "a.json", "-q", "-v", "--rule", "warping=5"}));
+    EXPECT_EQ(command.check.modelFile, "m");
+    EXPECT_EQ(command.check.rules.LimitOf(RuleId::Warping), 5.0);
+    EXPECT_EQ(command.units, UnitSystem::SI);
+    EXPECT_EQ(command.jsonFile, "a.json");
+    EXPECT_TRUE(command.quiet);
+    EXPECT_TRUE(command.verbose);
+}
+
+TEST(RuleArguments, ReachSolveInfoAndCheckAlike)
+{
+    const std::vector<std::string> options = {"m", "--rule", "warping=error,free-edge=off", "--rule", "warping=7"};
+    const auto arguments = [&](const char* command) {
+        std::vector<std::string> all = {command};
+        all.insert(all.end(), options.begin(), options.end());
+        return all;
+    };
+    for (const RuleBook& rules : {std::get<SolveCommand>(Parse(arguments("solve"))).solve.rules,
+                                  std::get<InfoCommand>(Parse(arguments("info"))).info.rules,
+                                  std::get<CheckCommand>(Parse(arguments("check"))).check.rules}) {
+        EXPECT_EQ(rules.SeverityOf(RuleId::Warping), Severity::Error);
+        EXPECT_EQ(rules.LimitOf(RuleId::Warping), 7.0);
+        EXPECT_FALSE(rules.IsOn(RuleId::FreeEdge));
+    }
+}
+
+TEST(RuleArguments, ListAllRulesAsTheyAreSetWithoutAModel)
+{
+    for (const char* command : {"solve", "info", "check"}) {
+        const MessageCommand message = ParseMessage({command, "--rules", "--rule", "warping=off,warping=7"});
+        EXPECT_EQ(message.exitCode, ExitGood);
+        EXPECT_EQ(message.error, "");
+        EXPECT_NE(message.output.find("\n  off      warping                      7  "), std::string::npos)
+            << message.output;
+        for (std::size_t i = 0; i < RuleCount; ++i) {
+            EXPECT_NE(message.output.find(" " + std::string(RuleOf(static_cast<RuleId>(i)).name) + " "),
+                      std::string::npos);
+        }
+    }
+    EXPECT_EQ(Fault({"--rules"}).find("tarnvexo: error: there is no option \"--rules\"\n"), 0u);
+}
+
+TEST(RuleArguments, ThatCannotBeAreFaultsOfUsage)
+{
+    EXPECT_EQ(Fault({"check", "m", "--rule", "wraping=off"}),
+              "tarnvexo check: error: --rule: there is no rule \"wraping\"\n"
+              "  expected: a name that tarnvexo check --rules lists\n"
+              "  did you mean: warping\n"
+              "  to do:    see tarnvexo check --help\n");
 }
 
 TEST(RefineArguments, AreModelPartsOutputAndNoRenumber)
@@ -127,11 +181,11 @@ TEST(RenumberArguments, AreModelAndOutput)
 TEST(UsageFault, NamesTheCommandThatWasMeant)
 {
     EXPECT_EQ(Fault({"sovle", "m"}), "tarnvexo: error: there is no command \"sovle\"\n"
-                                     "  expected: solve, info, refine, renumber\n"
+                                     "  expected: solve, info, check, refine, renumber\n"
                                      "  did you mean: solve\n"
                                      "  to do:    see tarnvexo --help\n");
     EXPECT_EQ(Fault({"xyzzy"}), "tarnvexo: error: there is no command \"xyzzy\"\n"
-                                "  expected: solve, info, refine, renumber\n"
+                                "  expected: solve, info, check, refine, renumber\n"
                                 "  to do:    see tarnvexo --help\n");
     EXPECT_EQ(Fault({""}).find("tarnvexo: error: a command is missing\n"), 0u);
 }
@@ -140,7 +194,7 @@ TEST(UsageFault, NamesTheOptionThatWasMeant)
 {
     const std::string solveOptions =
         "  expected: --help --output --format --balance --displacements --solver --threads "
-        "--units --json --quiet\n";
+        "--rule --rules --units --json --quiet\n";
     EXPECT_EQ(Fault({"solve", "m", "--thread", "4"}), "tarnvexo solve: error: there is no option \"--thread\"\n" +
                                                           solveOptions +
                                                           "  did you mean: --threads\n"
@@ -189,7 +243,7 @@ TEST(UsageFault, RefusesASecondModel)
 TEST(Help, OfEveryCommandHasExamplesAndFitsTheTerminal)
 {
     const std::vector<std::vector<std::string>> commands = {
-        {"--help"}, {"solve", "--help"}, {"info", "-h"}, {"refine", "--help"}, {"renumber", "--help"}};
+        {"--help"}, {"solve", "--help"}, {"info", "-h"}, {"check", "-h"}, {"refine", "--help"}, {"renumber", "--help"}};
     for (const auto& arguments : commands) {
         const MessageCommand help = ParseMessage(arguments);
         EXPECT_EQ(help.exitCode, ExitGood);
@@ -202,11 +256,18 @@ TEST(Help, OfEveryCommandHasExamplesAndFitsTheTerminal)
     }
 }
 
+TEST(Help, IsAskedForAsACommandToo)
+{
+    EXPECT_EQ(ParseMessage({"help"}).output, ParseMessage({"--help"}).output);
+    EXPECT_EQ(ParseMessage({"help", "check"}).output, ParseMessage({"check", "--help"}).output);
+    EXPECT_EQ(Fault({"help", "chekc"}).find("tarnvexo: error: there is no command \"chekc\"\n"), 0u);
+}
+
 TEST(Help, StandsInThePageOfTheCommandLine)
 {
     std::ifstream file(TARNVEXO_SOURCE_DIR "/docs/command-line.md", std::ios::binary);
     const std::string page{std::istreambuf_iterator<char>(file), {}};
-    for (const char* command : {"solve", "info", "refine", "renumber"}) {
+    for (const char* command : {"solve", "info", "check", "refine", "renumber"}) {
         const std::string help = ParseMessage({command, "--help"}).output;
         EXPECT_NE(page.find("```\n" + help + "```\n"), std::string::npos) << help;
     }

@@ -1,6 +1,7 @@
 // solve and info from the command to what the user sees, with reports in place of real runs.
 #include "cli/ReportCommands.h"
 
+#include "cli/CheckText.h"
 #include "cli/CommandFailure.h"
 #include "cli/ReportJson.h"
 #include "cli/ReportText.h"
@@ -126,18 +127,74 @@ TEST(SolveCommand, SetsTheNumberOfThreads)
     EXPECT_EQ(run.output.find("tarnvexo solve m.txt 3\n"), 0u) << run.output;
 }
 
-TEST(InfoCommand, PrintsItsReport)
+ChildResult RunInfo(const InfoReport& report)
 {
     const TemporaryDirectory directory;
     WriteFile("m.txt", "");
     InfoCommand command;
-    command.model = "m.txt";
-    const ChildResult run = RunInChild([&] {
-        _exit(RunInfoCommand(command,
-                             [](const std::string&, const ProgressListener&) { return test::SampleInfoReport(); }));
-    });
+    command.info.modelFile = "m.txt";
+    return RunInChild(
+        [&] { _exit(RunInfoCommand(command, [&](const CheckOptions&, const ProgressListener&) { return report; })); });
+}
+
+TEST(InfoCommand, PrintsItsReport)
+{
+    const ChildResult run = RunInfo(test::SampleInfoReport());
     EXPECT_EQ(run.exitCode, ExitGood);
     EXPECT_EQ(run.output, InfoReportText(test::SampleInfoReport(), UnitSystem::Unnamed));
+}
+
+// What can be told of such a model is told.
+TEST(InfoCommand, EndsWithExitCode1BehindTheReportWhenSolveRefusesTheModel)
+{
+    InfoReport report = test::SampleInfoReport();
+    report.fault = "m.txt: error: nothing balances it";
+    const ChildResult run = RunInfo(report);
+    EXPECT_EQ(run.exitCode, ExitBadModel);
+    EXPECT_NE(run.output.find("\nERRORS: tarnvexo solve refuses this model\n  m.txt: error: nothing balances it\n"),
+              std::string::npos)
+        << run.output;
+    EXPECT_NE(run.output.find("  tarnvexo solve        refuses this model, see ERRORS\n"), std::string::npos);
+    EXPECT_EQ(run.error, "");
+}
+
+ChildResult RunCheck(const CheckCommand& command, const CheckReport& report)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    return RunInChild(
+        [&] { _exit(RunCheckCommand(command, [&](const CheckOptions&, const ProgressListener&) { return report; })); });
+}
+
+TEST(CheckCommand, PrintsItsReportAndEndsWithExitCode1ForErrors)
+{
+    CheckReport report = test::SampleCheckReport();
+    CheckCommand command;
+    command.check.modelFile = "m.txt";
+    const ChildResult bad = RunCheck(command, report);
+    EXPECT_EQ(bad.exitCode, ExitBadModel);
+    EXPECT_EQ(bad.output, CheckReportText(report, UnitSystem::Unnamed, false));
+    report.messages.clear();
+    report.findings.pop_back(); // a warning and a note are left
+    EXPECT_EQ(RunCheck(command, report).exitCode, ExitGood);
+}
+
+TEST(CheckCommand, WritesJsonAndTheLongReportWhenAsked)
+{
+    const CheckReport report = test::SampleCheckReport();
+    CheckCommand command;
+    command.check.modelFile = "m.txt";
+    command.verbose = true;
+    EXPECT_EQ(RunCheck(command, report).output, CheckReportText(report, UnitSystem::Unnamed, true));
+    command.jsonFile = "-";
+    EXPECT_EQ(RunCheck(command, report).output, CheckReportJson(report, UnitSystem::Unnamed));
+}
+
+TEST(CommandFailure, OfStandardInputAsModelIsOneOfUsage)
+{
+    const ChildResult run = RunSolve(CommandFor("-"));
+    EXPECT_EQ(run.exitCode, ExitUsage);
+    EXPECT_EQ(run.error.find("-: error: the model cannot come from standard input\n"), 0u) << run.error;
 }
 
 TEST(CommandFailure, OfAModelThatIsNotThereHasExitCode4)

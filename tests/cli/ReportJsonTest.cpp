@@ -106,11 +106,37 @@ TEST(ReportJson, OfInfoHasExpectedCostAndSkyline)
     EXPECT_FALSE(json["solver"].contains("relative_residual"));
 }
 
+TEST(ReportJson, OfCheckHasVerdictFindingsAndMessages)
+{
+    const CheckReport report = test::SampleCheckReport();
+    const Json json = Json::parse(CheckReportJson(report, UnitSystem::SI));
+    EXPECT_EQ(json["command"], "check");
+    EXPECT_EQ(json["verdict"], Json({{"ready", false}, {"errors", 2}, {"warnings", 1}, {"notes", 1}}));
+    EXPECT_EQ(json["checks"][0]["rule"], "warping");
+    EXPECT_EQ(json["checks"][0]["limit"], 10.0);
+    EXPECT_EQ(json["checks"][0]["worst"].size(), 4u);
+    EXPECT_EQ(json["checks"][0]["worst"][0]["place"], report.findings[0].worst[0].place);
+    EXPECT_TRUE(json["checks"][1]["limit"].is_null());
+    EXPECT_EQ(json["messages"][0], Json({{"severity", "error"}, {"text", report.messages[0].text}}));
+    EXPECT_TRUE(json["balance"].is_null());
+    const Json solved = Json::parse(SolveReportJson(test::SampleSolveReport(), UnitSystem::SI));
+    EXPECT_EQ(solved["checks"], Json::array({json["checks"][0]}));
+}
+
+TEST(ReportJson, OfInfoSaysWhySolveRefusesTheModel)
+{
+    InfoReport report = test::SampleInfoReport();
+    EXPECT_TRUE(Json::parse(InfoReportJson(report, UnitSystem::SI))["fault"].is_null());
+    report.fault = "m.txt: error: nothing balances it";
+    EXPECT_EQ(Json::parse(InfoReportJson(report, UnitSystem::SI))["fault"], report.fault);
+}
+
 TEST(ReportJson, EveryKeyIsDocumented)
 {
     std::set<std::string> keys;
     CollectKeys(Json::parse(SolveReportJson(test::SampleSolveReport(), UnitSystem::SI)), keys);
     CollectKeys(Json::parse(InfoReportJson(test::SampleInfoReport(), UnitSystem::SI)), keys);
+    CollectKeys(Json::parse(CheckReportJson(test::SampleCheckReport(), UnitSystem::SI)), keys);
     const std::string page = FileText("docs/formats/report-json.md");
     for (const std::string& key : keys) { EXPECT_NE(page.find("`" + key + "`"), std::string::npos) << key; }
 }
@@ -121,6 +147,8 @@ TEST(ReportJson, ExamplesOfThePageAreWhatTheWriterWrites)
     const std::string solve = SolveReportJson(test::SampleSolveReport(), UnitSystem::SI);
     const std::string info = InfoReportJson(test::SampleInfoReport(), UnitSystem::SI);
     EXPECT_NE(page.find("<!-- sample: solve json -->\n```\n" + solve + "```\n"), std::string::npos) << solve;
+    const std::string check = CheckReportJson(test::SampleCheckReport(), UnitSystem::SI);
+    EXPECT_NE(page.find("<!-- sample: check json -->\n```\n" + check + "```\n"), std::string::npos) << check;
     EXPECT_NE(page.find("<!-- sample: info json -->\n```\n" + info + "```\n"), std::string::npos) << info;
 }
 

@@ -125,6 +125,10 @@ TIME AND MEMORY
   write                                  0.21 s       45.0 MB
   total, peak                            0.27 s       46.2 MB
 
+MODEL CHECKS                        count     limit     worst
+  warning  warping                      4        10   23.4567  quadrilaterals that are not flat
+                                                               quad 31 at (0.5, 1.5, 2.25)
+
 WARNINGS: 1
   wing/fem_solving.txt: warning: 7 directions are restrained
     expected: at most the six of a rigid body
@@ -137,6 +141,7 @@ SUMMARY
   largest shell stress  1.23457e+08 Pa, quad 31, node 12 at (0.5, 1.5, 2.25)
   largest beam stress   8.1e+07 Pa, beam 0, node 118 at (3, 3, 1)
   result files          2 written, 1.24 MB, in run
+  model checks          1 warning, see MODEL CHECKS
   run                   0.27 s, 46.2 MB; warnings: 1, see above
 )";
 
@@ -150,6 +155,10 @@ const char* const InfoGoldenEnd = R"(COST ON THIS MACHINE
   engine                           CHOLMOD 5.1 (supernodal LLᵀ)
   ordering                         METIS on nodes
 
+MODEL CHECKS                        count     limit     worst
+  warning  warping                      4        10   23.4567  quadrilaterals that are not flat
+                                                               quad 31 at (0.5, 1.5, 2.25)
+
 WARNINGS: none
 
 SUMMARY
@@ -159,6 +168,7 @@ SUMMARY
   balance               closed (exact): 2.4e-16 of the forces, 4.1e-15 of the moments remain
   balanced by           10.1102 m/s² (1.03095 g), angular 100.32 rad/s², not by supports
   tarnvexo solve        less than 1 s and 50.0 MB of 6.90 GB
+  model checks          1 warning, see MODEL CHECKS
   warnings              none
 )";
 
@@ -206,12 +216,12 @@ TEST(ReportText, FitsAHundredColumns)
     }
 }
 
-TEST(ReportText, SummaryHasSevenLines)
+TEST(ReportText, SummaryHasEightLines)
 {
     for (const std::string& text : {SolveReportText(test::SampleSolveReport(), UnitSystem::SI),
                                     InfoReportText(test::SampleInfoReport(), UnitSystem::SI)}) {
         const std::string summary = text.substr(text.find("SUMMARY\n") + 8);
-        EXPECT_EQ(std::count(summary.begin(), summary.end(), '\n'), 7) << summary;
+        EXPECT_EQ(std::count(summary.begin(), summary.end(), '\n'), 8) << summary;
     }
 }
 

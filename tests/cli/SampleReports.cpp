@@ -66,6 +66,16 @@ BalanceSheet SampleBalance()
     return balance;
 }
 
+Finding WarpedQuads()
+{
+    Finding finding{RuleId::Warping, Severity::Warning, 10.0, 4, {}};
+    finding.worst = {{"quad", 31, 23.4567, {0.5, 1.5, 2.25}, ""},
+                     {"quad", 30, 21.5, {1.5, 1.5, 2.25}, ""},
+                     {"quad", 7, 12.25, {7.5, 0.5, 0}, ""},
+                     {"quad", 9, 10.5, {9.5, 0.5, 0}, ""}};
+    return finding;
+}
+
 } // namespace
 
 SolveReport SampleSolveReport()
@@ -73,6 +83,7 @@ SolveReport SampleSolveReport()
     SolveReport report;
     report.modelFile = "wing/fem_solving.txt";
     report.counts = SampleCounts();
+    report.checks = {WarpedQuads()};
     report.parts = SampleParts();
     report.balance = SampleBalance();
     report.solver.engine = "CHOLMOD 5.1 (supernodal LLᵀ)";
@@ -113,6 +124,7 @@ InfoReport SampleInfoReport()
     InfoReport report;
     report.modelFile = "wing/fem_solving.txt";
     report.counts = SampleCounts();
+    report.checks = {WarpedQuads()};
     report.parts = SampleParts();
     report.balance = SampleBalance();
     report.solver.engine = "CHOLMOD 5.1 (supernodal LLᵀ)";
@@ -127,6 +139,28 @@ InfoReport SampleInfoReport()
     report.expectedSkylineSeconds = 74;
     report.expectedMemoryGigabytes = 0.05;
     report.availableMemoryGigabytes = 6.9;
+    return report;
+}
+
+CheckReport SampleCheckReport()
+{
+    CheckReport report;
+    report.modelFile = "wing/fem_solving.txt";
+    report.isRead = true;
+    report.counts = SampleCounts();
+    report.messages = {{Severity::Error,
+                        "wing/fem_solving.txt: error: part 2 of 2 is free to move, and its loads push it\n"
+                        "  expected: parts that are balanced each by itself\n"
+                        "  to do:    connect the part with the others"}};
+    Finding edges{RuleId::FreeEdge, Severity::Note, NoLimit, 44, {}};
+    edges.worst = {{"quad", 0, 0, {-0.5, 0.5, 0}, "nodes 0 and 5"}};
+    Finding loads{RuleId::UnstiffenedLoad, Severity::Error, NoLimit, 2, {}};
+    loads.worst = {{"node", 119, 0, {3, 3, 1}, ""}, {"node", 120, 0, {3, 3, 1.5}, ""}};
+    report.findings = {WarpedQuads(), edges, loads};
+    report.parts = SampleParts();
+    report.stages = {{"read", 0.0123, 0.012}, {"check", 0.0325, 0.031}, {"balance", 0.0041, 0.031}};
+    report.seconds = 0.0489;
+    report.peakMemoryGigabytes = 0.0312;
     return report;
 }
 

@@ -14,7 +14,7 @@ namespace tarnvexo {
 namespace {
 
 const std::string SourceDirectory = TARNVEXO_SOURCE_DIR;
-const std::vector<std::string> Commands = {"solve", "info", "refine", "renumber"};
+const std::vector<std::string> Commands = {"solve", "info", "check", "refine", "renumber"};
 
 std::string FileText(const std::string& name)
 {
@@ -86,8 +86,11 @@ TEST(Completions, HaveEveryOption)
 // What bash offers for the last of the words, sorted, with blanks between.
 std::string BashOffers(const std::string& words)
 {
-    const std::string script = "source '" + SourceDirectory + "/completions/tarnvexo.bash'\n" +
-                               "COMP_WORDS=(tarnvexo " + words + ")\n" +
+    const std::string script = "PATH='" + std::filesystem::path(TARNVEXO_PROGRAM).parent_path().string() +
+                               "':$PATH\n"
+                               "source '" +
+                               SourceDirectory + "/completions/tarnvexo.bash'\n" + "COMP_WORDS=(tarnvexo " + words +
+                               ")\n" +
                                "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
                                "_tarnvexo\n"
                                "printf '%s\\n' \"${COMPREPLY[@]}\" | LC_ALL=C sort | tr '\\n' ' '\n";
@@ -108,6 +111,10 @@ TEST(BashCompletion, OffersCommandsOptionsValuesAndFiles)
     EXPECT_EQ(BashOffers("solve --s"), "--solver ");
     EXPECT_EQ(BashOffers("solve --solver s"), "skyline sparse ");
     EXPECT_EQ(BashOffers("solve --solver = sp"), "sparse ");
+    EXPECT_EQ(BashOffers("check --rule wa"), "warping= ");
+    EXPECT_EQ(BashOffers("check --rule warping ="), "error note off warning ");
+    EXPECT_EQ(BashOffers("check --rule warping = no"), "note ");
+    EXPECT_EQ(BashOffers("help ch"), "check ");
     EXPECT_EQ(BashOffers("solve --balance ''"), "classic exact ");
     EXPECT_EQ(BashOffers("solve w"), "window one.txt wing.txt ");
     EXPECT_EQ(BashOffers("info wing.txt --json wi"), "window one.txt wing.txt ");

@@ -40,4 +40,18 @@ ModelText OneOfEachKind()
     return model;
 }
 
+ModelText PulledApart()
+{
+    ModelText text;
+    text.Material(2.1e11, 0.3, 7850.0);
+    text.Thickness(0.01);
+    for (const double x : {0.0, 5.0}) {
+        const int corner = text.Node(x, 0.0, 0.0);
+        const int second = text.Node(x + 1.0, 0.0, 0.0), third = text.Node(x, 1.0, 0.0);
+        text.Tri({corner, second, third});
+        text.Force(corner, {x > 0.0 ? 100.0 : -100.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+    }
+    return text;
+}
+
 } // namespace tarnvexo::test

@@ -19,6 +19,10 @@ ModelStore StoreOf(const ModelText& text);
 // y = 0. Five nodes, held at 0, 1 and 3 by as many directions as are needed, with a force and loads on every element.
 ModelText OneOfEachKind();
 
+// Two triangles without connection and without supports, a force on each, opposed: the inertia of the whole balances
+// neither.
+ModelText PulledApart();
+
 // Content of the file after write(), which runs in a temporary directory.
 template <class Write> std::string WrittenFile(const char* fileName, Write write)
 {
