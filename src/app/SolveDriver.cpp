@@ -235,6 +235,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 
     clock.Next(); // factorise
     system->Factorise(loads.free.isHeld, options.modelFile);
+    AddWarning(system->Warning(), report.warnings);
 
     clock.Next(); // solve
     model.GlobalDisplacement = system->Solve(model.GLOAD);

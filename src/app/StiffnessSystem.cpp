@@ -1,7 +1,9 @@
 #include "app/StiffnessSystem.h"
 
 #include "app/CostModel.h"
+#include "app/Mechanisms.h"
 #include "app/RunFailure.h"
+#include "app/SoftMotions.h"
 #include "app/SparseAssembly.h"
 #include "core/Parallel.h"
 #include "core/Units.h"
@@ -20,6 +22,9 @@
 namespace tarnvexo {
 
 namespace {
+
+// Pivots of sound models are 1e-6 of their diagonal entry and more, those of mechanisms 1e-12 and less.
+constexpr double LeastPivotRatio = 1e-10;
 
 constexpr const char* DofNames[DofsPerNode] = {"dx", "dy", "dz", "rx", "ry", "rz"};
 
@@ -130,11 +135,15 @@ void StiffnessSystem::Factorise(const std::vector<unsigned char>& isHeld, const 
     }
     EliminateEquations(matrix, held);
     const std::vector<double> diagonal = DiagonalOf(matrix);
-    ReportPivots(diagonal, engine->Factorise(matrix), modelFile);
+    const bool isPositive = ReportPivots(diagonal, engine->Factorise(matrix));
+    if (!isPositive || report.smallestPivotRatio < LeastPivotRatio) {
+        TraceMechanisms(isPositive, modelFile);
+        engine->Factorise(matrix); // which the search has replaced
+    }
 }
 
-void StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots,
-                                   const std::string& modelFile)
+// True: all pivots are positive numbers.
+bool StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots)
 {
     // The first pivot that is not a positive number, else the one that lost most of its diagonal entry.
     std::size_t worst = 0;
@@ -152,9 +161,25 @@ void StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const Pi
                             static_cast<Dof>(worst % DofsPerNode)};
     report.smallestPivotRatio = smallest;
     report.conditionEstimate = 1.0 / smallest;
+    return isPositive;
+}
+
+void StiffnessSystem::TraceMechanisms(bool isPositive, const std::string& modelFile)
+{
+    const std::vector<double> stiffness = StiffnessOfDirections(model);
+    SoftMotions found = FindSoftMotions(*engine, matrix, ToEliminationOrder(stiffness));
+    for (SoftMotion& motion : found.motions) { motion.motion = ToModelOrder(motion.motion); }
+    if (!found.motions.empty()) {
+        const std::string text = MechanismText(model, found, stiffness, !isPositive, modelFile);
+        if (!isPositive || std::any_of(found.motions.begin(), found.motions.end(), EndsTheRun)) {
+            throw RunFailure(ExitNumerical, text);
+        }
+        warning = text;
+    }
     if (isPositive) {
         return;
     }
+    // Entries that are no numbers have no motions: the first pivot tells the place.
     const int node = report.smallestPivot.node;
     const Vector3 place = model.NodeCoordinates[node] + model.StructureCentroid; // as in the model file
     char text[700];
@@ -175,6 +200,16 @@ std::vector<double> StiffnessSystem::ToEliminationOrder(const std::vector<double
     for (std::size_t position = 0; position < order.nodeAt.size(); ++position) {
         const std::size_t node = static_cast<std::size_t>(order.nodeAt[position]);
         std::copy_n(&vector[DofsPerNode * node], DofsPerNode, &result[DofsPerNode * position]);
+    }
+    return result;
+}
+
+std::vector<double> StiffnessSystem::ToModelOrder(const std::vector<double>& vector) const
+{
+    std::vector<double> result(vector.size());
+    for (std::size_t position = 0; position < order.nodeAt.size(); ++position) {
+        const std::size_t node = static_cast<std::size_t>(order.nodeAt[position]);
+        std::copy_n(&vector[DofsPerNode * position], DofsPerNode, &result[DofsPerNode * node]);
     }
     return result;
 }
@@ -203,12 +238,7 @@ std::vector<double> StiffnessSystem::Solve(const std::vector<double>& loads)
     }
     strainEnergy = 0.5 * work;
 
-    std::vector<double> displacements(u.size());
-    for (std::size_t position = 0; position < order.nodeAt.size(); ++position) {
-        const std::size_t node = static_cast<std::size_t>(order.nodeAt[position]);
-        std::copy_n(&u[DofsPerNode * position], DofsPerNode, &displacements[DofsPerNode * node]);
-    }
-    return displacements;
+    return ToModelOrder(u);
 }
 
 } // namespace tarnvexo

@@ -33,12 +33,16 @@ public:
 
     void Assemble();
 
-    // Takes the equations with isHeld != 0 out of the system and factorises.
-    // Errors: throws RunFailure (numerical) at a pivot that is not positive; the text names its place.
+    // Takes the equations with isHeld != 0 out of the system and factorises. Pivots that are not positive or next to
+    // nothing are traced (app/Mechanisms), all in one run.
+    // Errors: throws RunFailure (numerical) where the stiffness is not positive definite; the text names the places.
     void Factorise(const std::vector<unsigned char>& isHeld, const std::string& modelFile);
 
     // Displacements for the loads; held equations get zero, whatever their load.
     std::vector<double> Solve(const std::vector<double>& loads);
+
+    // About motions that meet next to no resistance, a complete message; empty: none.
+    const std::string& Warning() const { return warning; }
 
     // ½·uᵀ·K·u and the relative residual of the last solution.
     double StrainEnergy() const { return strainEnergy; }
@@ -48,7 +52,9 @@ public:
 
 private:
     std::vector<double> ToEliminationOrder(const std::vector<double>& vector) const;
-    void ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots, const std::string& modelFile);
+    std::vector<double> ToModelOrder(const std::vector<double>& vector) const;
+    bool ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots);
+    void TraceMechanisms(bool isPositive, const std::string& modelFile);
 
     const ModelStore& model;
     std::unique_ptr<SparseEngine> engine;
@@ -58,6 +64,7 @@ private:
     FactorSize size;
     std::vector<unsigned char> held; // elimination order
     double strainEnergy = 0.0;
+    std::string warning;
     SolverReport report;
 };
 
