@@ -253,6 +253,7 @@ std::string SolveReportJson(const SolveReport& report, UnitSystem units)
     json["stages"] = StagesJson(report.stages);
     json["seconds"] = report.seconds;
     json["peak_memory_gigabytes"] = report.peakMemoryGigabytes;
+    json["expected_memory_gigabytes"] = report.expectedMemoryGigabytes;
     json["warnings"] = report.warnings;
     return JsonText(json);
 }
