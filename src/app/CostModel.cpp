@@ -73,9 +73,4 @@ double SkylineSeconds(double operations)
     return PerSkylineOperation * operations;
 }
 
-double FactorisationBytes(const FactorSize& size, const BlockPattern& pattern)
-{
-    return size.bytes + static_cast<double>(pattern.rows.size()) * BlockEntries * sizeof(double);
-}
-
 } // namespace tarnvexo

@@ -1,7 +1,7 @@
 // app/CostModel.h
-// What a run will take, from its sizes: for the progress display, `tarnvexo info`, and the refusal of models that
-// memory does not hold. Rates are those of two cores of a 2.3 GHz server processor with AVX-512; other machines differ
-// by a factor of two or three, which is good enough to decide whether to wait or to fetch a coffee.
+// How long a run will take, from its sizes: for the progress display and `tarnvexo info`. Rates are those of two cores
+// of a 2.3 GHz server processor with AVX-512; other machines differ by a factor of two or three, which is good enough
+// to decide whether to wait or to fetch a coffee.
 #pragma once
 
 #include "core/ModelStore.h"
@@ -19,9 +19,5 @@ double StressSeconds(const ModelStore& model);
 double BeamSectionSeconds(double sectionPatches);
 double WritingSeconds(const ModelStore& model, double sectionPatches);
 double SkylineSeconds(double operations); // of the console run's solution
-
-// Bytes at the peak of `tarnvexo solve`, the factorisation, beyond what the process holds already: factor with its
-// workspace and the matrix.
-double FactorisationBytes(const FactorSize& size, const BlockPattern& pattern);
 
 } // namespace tarnvexo

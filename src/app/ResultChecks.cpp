@@ -83,12 +83,13 @@ LoadScales ScalesOfLoads(const BalanceSheet& balance, double modelSize)
 ResultCheck JudgeResidual(const SolverReport& solver)
 {
     ResultCheck check = Judged("residual", solver.relativeResidual, ResidualLimits);
-    check.text = check.verdict == Verdict::Pass
-                     ? "K·u = f within round-off"
-                     : Format("the displacements do not satisfy K·u = f within round-off; the smallest pivot, %.2g of "
-                              "its stiffness, is at node %d: look there for stiffnesses of very different size, and try "
-                              "the other --solver",
-                              solver.smallestPivotRatio, solver.smallestPivot.node);
+    check.text =
+        check.verdict == Verdict::Pass
+            ? "K·u = f within round-off"
+            : Format("the displacements do not satisfy K·u = f within round-off; the smallest pivot, %.2g of "
+                     "its stiffness, is at node %d: look there for stiffnesses of very different size, and try "
+                     "the other --solver",
+                     solver.smallestPivotRatio, solver.smallestPivot.node);
     return check;
 }
 
@@ -134,8 +135,7 @@ ResultCheck JudgeReactions(const std::vector<SupportReaction>& reactions, const 
     // What the balance leaves has to go somewhere.
     const bool isLeft = JudgeBalance(balance, scales).verdict != Verdict::Pass;
     const bool isByDesign = redundantSupports > 0 || isLeft;
-    ResultCheck check =
-        Judged("reactions", value, {ReactionLimits.warn, isByDesign ? NoFailure : ReactionLimits.fail});
+    ResultCheck check = Judged("reactions", value, {ReactionLimits.warn, isByDesign ? NoFailure : ReactionLimits.fail});
     if (largest == nullptr) {
         check.text = "no direction is restrained or held";
     } else if (!scales.HasLoads()) {
@@ -143,16 +143,17 @@ ResultCheck JudgeReactions(const std::vector<SupportReaction>& reactions, const 
     } else if (check.verdict == Verdict::Pass) {
         check.text = "supports and holds carry next to nothing of the balanced loads";
     } else {
-        check.text = Format("the %s of node %d carries %.6g: ", largest->hold ? "hold" : "support", largest->at.node,
-                            largest->value) +
-                     (isLeft ? "what the balance leaves, see there"
-                      : redundantSupports > 0
-                          ? Format("%d restrained directions are more than hold the structure, so they hinder its "
-                                   "deformation; take them away, and do not use these results for a structure that "
-                                   "stands on its supports",
-                                   redundantSupports)
-                          : "warped quadrilaterals tie the structure to the ground (see rigid rotations); look for them, and "
-                            "for parts that are nearly mechanisms");
+        check.text =
+            Format("the %s of node %d carries %.6g: ", largest->hold ? "hold" : "support", largest->at.node,
+                   largest->value) +
+            (isLeft ? "what the balance leaves, see there"
+             : redundantSupports > 0
+                 ? Format("%d restrained directions are more than hold the structure, so they hinder its "
+                          "deformation; take them away, and do not use these results for a structure that "
+                          "stands on its supports",
+                          redundantSupports)
+                 : "warped quadrilaterals tie the structure to the ground (see rigid rotations); look for them, and "
+                   "for parts that are nearly mechanisms");
     }
     return check;
 }
@@ -210,9 +211,10 @@ ResultCheck JudgeRigidRotations(const ElementEnergies& energies)
     if (check.verdict == Verdict::Pass) {
         check.text = "no element resists being turned";
     } else {
-        check.text = Format("turned as a whole, %s %d resists as if tied to the ground, most at node %d (of the part it "
-                            "is in at most %.2g): it is warped; cut it into triangles or refine the mesh there",
-                            energies.worst.kind, energies.worst.element, energies.worst.node, ofParts);
+        check.text =
+            Format("turned as a whole, %s %d resists as if tied to the ground, most at node %d (of the part it "
+                   "is in at most %.2g): it is warped; cut it into triangles or refine the mesh there",
+                   energies.worst.kind, energies.worst.element, energies.worst.node, ofParts);
     }
     return check;
 }
@@ -281,8 +283,7 @@ std::string CheckSummary(const std::vector<ResultCheck>& checks)
             }
         }
         if (count > 0) {
-            text += (text.empty() ? "" : "; ") + std::to_string(count) + word +
-                    (verdict == Verdict::Pass ? "" : names);
+            text += (text.empty() ? "" : "; ") + std::to_string(count) + word + (verdict == Verdict::Pass ? "" : names);
         }
     }
     return text;

@@ -3,6 +3,7 @@
 #include "app/CostModel.h"
 #include "app/ElementEnergy.h"
 #include "app/LoadBalance.h"
+#include "app/MemoryEstimate.h"
 #include "app/ModelCheck.h"
 #include "app/ModelCounting.h"
 #include "app/ModelFindings.h"
@@ -142,6 +143,14 @@ int RedundantSupports(const FreeParts& free)
     return count;
 }
 
+// After the symbolic analysis.
+MemoryEstimate MemoryOf(const ModelStore& model, const StiffnessSystem& system, const SectionMeshSize& meshes)
+{
+    const double shells = static_cast<double>(model.QuadElements.size() + model.TriElements.size());
+    return EstimateMemory(shells, system.Size(), system.Pattern(), meshes,
+                          static_cast<double>(platform::ResidentMemory()), static_cast<double>(platform::PeakMemory()));
+}
+
 // The checks of displacements as solved for, with the origin at the centroid.
 std::vector<ResultCheck> ChecksOfSolution(const ModelStore& model, const BalancedLoads& loads,
                                           const SolveReport& report)
@@ -227,6 +236,13 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 
     clock.Next(); // analyse
     system->Analyse(options.modelFile);
+    const MemoryEstimate memory = MemoryOf(model, *system, meshes);
+    const std::string tooMuch = MemoryFault(memory, static_cast<double>(platform::AvailableMemory()),
+                                            system->Report().engine, options.modelFile);
+    if (!tooMuch.empty()) {
+        throw RunFailure(ExitNumerical, tooMuch);
+    }
+    report.expectedMemoryGigabytes = memory.Peak() * GigabytesPerByte;
     clock.Expect("factorise", FactorisationSeconds(system->Size()));
     clock.Expect("solve", SolutionSeconds(system->Size()));
 
@@ -322,11 +338,12 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     report.skylineOperations = skyline.operations;
 
     clock.Next(); // analyse
-    report.availableMemoryGigabytes = static_cast<double>(platform::AvailableMemory()) * GigabytesPerByte;
+    const double available = static_cast<double>(platform::AvailableMemory());
+    report.availableMemoryGigabytes = available * GigabytesPerByte;
     try {
         system.Analyse(modelFile);
-    } catch (const RunFailure& tooLarge) {
-        report.warnings.push_back(tooLarge.what());
+    } catch (const RunFailure& tooLong) {
+        report.warnings.push_back(tooLong.what());
     }
     report.solver = system.Report();
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
@@ -335,6 +352,9 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     } else {
         AddFault(meshes.fault, report);
     }
+    const MemoryEstimate memory = MemoryOf(model, system, meshes);
+    AddWarning(MemoryFault(memory, available, report.solver.engine, modelFile), report.warnings);
+    report.expectedMemoryGigabytes = memory.Peak() * GigabytesPerByte;
     std::error_code noFile; // a pipe has no size
     const std::uintmax_t fileBytes = std::filesystem::file_size(modelFile, noFile);
     const double outside = ReadingSeconds(noFile ? 0 : fileBytes) + StressSeconds(model) +
@@ -342,10 +362,6 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     report.expectedSeconds = outside + OrderingSeconds(model.NodeCoordinates.size()) + AssemblySeconds(model) +
                              FactorisationSeconds(system.Size()) + SolutionSeconds(system.Size());
     report.expectedSkylineSeconds = outside + SkylineSeconds(skyline.operations);
-    // The factor is gone before the section meshes come.
-    report.expectedMemoryGigabytes = (static_cast<double>(platform::ResidentMemory()) +
-                                      std::max(FactorisationBytes(system.Size(), system.Pattern()), meshes.bytes)) *
-                                     GigabytesPerByte;
     clock.End();
     return report;
 }

@@ -122,8 +122,9 @@ struct SolveReport {
     std::vector<StageTime> stages;
     double seconds = 0.0; // whole run
     double peakMemoryGigabytes = 0.0;
-    std::vector<std::string> warnings; // each a text of one or several lines, without a line end behind it
-    std::string fileFault;             // result files could not be written; empty: they are, or none were wanted
+    double expectedMemoryGigabytes = 0.0; // the peak, as estimated before the factorisation
+    std::vector<std::string> warnings;    // each a text of one or several lines, without a line end behind it
+    std::string fileFault;                // result files could not be written; empty: they are, or none were wanted
 };
 
 // What `tarnvexo info` tells without solving.

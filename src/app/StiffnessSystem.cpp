@@ -1,13 +1,11 @@
 #include "app/StiffnessSystem.h"
 
-#include "app/CostModel.h"
 #include "app/Mechanisms.h"
 #include "app/RunFailure.h"
 #include "app/SoftMotions.h"
 #include "app/SparseAssembly.h"
 #include "core/Parallel.h"
 #include "core/Units.h"
-#include "platform/Platform.h"
 #include "solver/BandOrdering.h"
 #include "solver/NodeGraph.h"
 #include "solver/NodeOrdering.h"
@@ -107,18 +105,6 @@ void StiffnessSystem::Analyse(const std::string& modelFile)
     report.factorEntries = size.entries;
     report.factorGigabytes = static_cast<double>(size.entries) * sizeof(double) * GigabytesPerByte;
     report.factorOperations = size.operations;
-
-    const double needed = FactorisationBytes(size, matrix.pattern);
-    const double available = static_cast<double>(platform::AvailableMemory());
-    if (available > 0.0 && needed > available) {
-        char text[400];
-        std::snprintf(text, sizeof text,
-                      ": error: the equations of %d nodes need %.3g GB to be solved, their factor %.3g GB of it\n"
-                      "  expected: at most %.3g GB, the memory that is free now\n"
-                      "  to do:    close other programs, take a machine with more memory, or coarsen the mesh",
-                      model.NPOIN, needed * GigabytesPerByte, report.factorGigabytes, available * GigabytesPerByte);
-        throw RunFailure(ExitNumerical, modelFile + text);
-    }
 }
 
 void StiffnessSystem::Assemble()

@@ -25,8 +25,7 @@ public:
 
     void Order();
 
-    // Errors: throws RunFailure (numerical, as when memory runs out) when the factor does not fit into memory; the text
-    // has the figures.
+    // Errors: throws RunFailure (bad model) when the engine cannot address the factor.
     void Analyse(const std::string& modelFile);
     const FactorSize& Size() const { return size; }
     const BlockPattern& Pattern() const { return matrix.pattern; }

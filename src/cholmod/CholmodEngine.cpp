@@ -211,8 +211,9 @@ FactorSize CholmodEngine::Analyse(const BlockPattern& pattern)
             size.operations += height * height;
         }
     }
-    const double indexBytes = static_cast<double>(rows.size()) * BlockEntries * sizeof(Index);
-    size.bytes = static_cast<double>(factor->xsize + factor->maxcsize) * sizeof(double) + indexBytes;
+    // Row numbers of the matrix, where its columns begin, and CHOLMOD's own: flags, heads and two maps by equation.
+    const double indexCount = static_cast<double>(rows.size()) * (BlockEntries + 1) + 5.0 * DofsPerNode * columns;
+    size.bytes = static_cast<double>(factor->xsize + factor->maxcsize) * sizeof(double) + indexCount * sizeof(Index);
     return size;
 }
 

@@ -294,6 +294,7 @@ std::string SolveReportJson(const SolveReport& report, UnitSystem units)
     json["stages"] = StagesJson(report.stages);
     json["seconds"] = report.seconds;
     json["peak_memory_gigabytes"] = report.peakMemoryGigabytes;
+    json["expected_memory_gigabytes"] = report.expectedMemoryGigabytes;
     json["checks"] = ChecksJson(report.findings);
     json["warnings"] = report.warnings;
     return JsonText(json);

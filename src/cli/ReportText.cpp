@@ -291,7 +291,8 @@ void AddStages(TextPage& page, const SolveReport& report)
     for (const StageTime& stage : report.stages) {
         page.Row(stage.name, {DurationText(stage.seconds), MemoryText(stage.memoryGigabytes)});
     }
-    page.Row("total, peak", {DurationText(report.seconds), MemoryText(report.peakMemoryGigabytes)});
+    page.Row("total, peak", {DurationText(report.seconds), MemoryText(report.peakMemoryGigabytes)},
+             "expected " + MemoryText(report.expectedMemoryGigabytes));
 }
 
 // "0.0123 m, node 812 at (1, 2, 3)"

@@ -262,6 +262,7 @@ bool HasKnownSection(const ModelStore& model, int b)
 
 // Memory of a beam's section mesh as it is kept, and the entries of its skyline, as upper bounds.
 struct SectionSize {
+    double nodes;
     double bytes;
     double entries;
 };
@@ -272,6 +273,7 @@ SectionSize SizeOfSection(const SectionOutline& outline, double slices)
     const double nodes = points * (slices + 1) + 2;
     const double patches = slices * static_cast<double>(outline.segments.size());
     SectionSize size;
+    size.nodes = nodes;
     size.bytes = patches * sizeof(SectionPatch) +
                  nodes * (sizeof(Vector3) + sizeof(SectionNodeStress) + DofsPerNode * sizeof(double));
     size.entries = DofsPerNode * nodes * DofsPerNode * 2 * (points + 1); // no column reaches beyond the ring before
@@ -328,8 +330,10 @@ SectionMeshSize MeasureSectionMeshes(const ModelStore& model)
             entriesAtOnce -= largest.top();
             largest.pop();
         }
+        sum.nodes += size.nodes;
         sum.patches += slices * static_cast<double>(outline.segments.size());
-        sum.bytes = meshBytes + entriesAtOnce * sizeof(double);
+        sum.systemBytes = entriesAtOnce * sizeof(double);
+        sum.bytes = meshBytes + sum.systemBytes;
         if (size.entries > static_cast<double>(SkylineLimit)) {
             std::snprintf(text, sizeof text,
                           "beam %d: error: its section mesh would have %.0f slices along the beam, too many to solve\n"

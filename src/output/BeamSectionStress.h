@@ -23,7 +23,9 @@ void RequireBeamSections(const ModelStore& model);
 // type do not count.
 struct SectionMeshSize {
     double patches = 0.0;
-    double bytes = 0.0;
+    double nodes = 0.0;
+    double bytes = 0.0;       // of meshes and systems
+    double systemBytes = 0.0; // of the largest systems that are solved at the same time, one per thread
     bool isBeyondMemory = false;
     std::string fault; // of the first beam whose mesh cannot be addressed or held beside those before it; empty: none
 };
