@@ -7,11 +7,12 @@ JOBS ?= 2
 PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev \
     libsuitesparse-dev libmetis-dev libopenblas-pthread-dev python3
 BENCH_PACKAGES := calculix-ccx
+FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 TOOLS := $(basename $(notdir $(wildcard tools/*.cpp)))
 CONFIGURE := cmake -S . -G Ninja -DPython3_EXECUTABLE=/usr/bin/python3
 
-.PHONY: help deps build run test bench bench-quick bench-programs
+.PHONY: help deps build run test soak bench bench-quick bench-programs
 .DEFAULT_GOAL := help
 
 help:
@@ -19,6 +20,7 @@ help:
 	@echo 'make build   build/tarnvexo and the tools'
 	@echo 'make run     solve the example examples/midship and show where its results are'
 	@echo 'make test    all tests, optimised and under the sanitizers'
+	@echo 'make soak    the long tests, about two hours; SEEDS=500 FIRST_SEED=1000 ROUNDS=2000 FUZZ_SECONDS=1800 shorten it'
 	@echo 'make bench   all benchmarks, about an hour: stages, then whole runs into bench/results/'
 	@echo 'make bench-quick  whole runs up to 250,000 equations, about 5 minutes'
 
@@ -62,6 +64,12 @@ test: build/build.ninja build-sanitize/build.ninja
 	ctest --test-dir build --output-on-failure -j $(JOBS)
 	cmake --build build-sanitize -j $(JOBS)
 	ctest --test-dir build-sanitize --output-on-failure -j $(JOBS)
+
+soak: PACKAGES += $(FUZZ_PACKAGES)
+
+soak: build
+	cmake --build build -j $(JOBS) --target app_tests tarnvexo_cholmod
+	@FIRST_SEED=$(FIRST_SEED) SEEDS=$(SEEDS) ROUNDS=$(ROUNDS) FUZZ_SECONDS=$(FUZZ_SECONDS) tests/soak.sh
 
 bench bench-quick: PACKAGES += $(BENCH_PACKAGES)
 
