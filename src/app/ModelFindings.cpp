@@ -80,8 +80,7 @@ bool HaveSoundElements(const std::vector<Finding>& findings)
 
 std::string OffenderName(const Offender& offender)
 {
-    const int number = std::string_view(offender.kind) == "part" ? offender.number + 1 : offender.number;
-    return std::string(offender.kind) + " " + std::to_string(number);
+    return std::string(offender.kind) + " " + std::to_string(offender.number);
 }
 
 bool HasPlace(const Offender& offender)

@@ -18,7 +18,7 @@ RuleBook RulesForSolving(RuleBook rules, BalanceKind balance);
 // and balance be had.
 bool HaveSoundElements(const std::vector<Finding>& findings);
 
-// "quad 17", "part 2"; parts are counted from 1, as in reports.
+// "quad 17", "part 2"
 std::string OffenderName(const Offender& offender);
 
 // Does the offender stand at a place? Materials and thicknesses do not.

@@ -37,12 +37,6 @@ TEST(ModelFindings, FaultNamesAllErrorsWithTheirWorstOffenders)
     EXPECT_EQ(FindingsFault({warped}, "m.txt"), "");
 }
 
-TEST(ModelFindings, CountPartsFromOneAsReportsDo)
-{
-    EXPECT_EQ(OffenderName({"part", 0, 0.0, {}, ""}), "part 1");
-    EXPECT_EQ(OffenderName({"node", 0, 0.0, {}, ""}), "node 0");
-}
-
 TEST(ModelFindings, ElementsWithoutStiffnessAreUnsoundUnlessTheUserLowersTheRule)
 {
     const Finding warped{RuleId::Warping, Severity::Error, 10.0, 9, {}};
