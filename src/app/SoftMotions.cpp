@@ -103,7 +103,6 @@ std::vector<double> RayleighRitz(const BlockMatrix& matrix, Vectors& block)
 {
     const int count = static_cast<int>(block.size());
     SquareMatrix<LargestBlock> projected = {};
-    for (int j = 0; j < LargestBlock; ++j) { projected[j][j] = 2.0 * LargestBlock; } // none: above all of the block
     for (int j = 0; j < count; ++j) {
         const std::vector<double> Kx = Times(matrix, block[j]);
         for (int i = 0; i < count; ++i) {
@@ -112,6 +111,11 @@ std::vector<double> RayleighRitz(const BlockMatrix& matrix, Vectors& block)
             projected[i][j] = product;
         }
     }
+    double largest = 0.0;
+    for (int j = 0; j < count; ++j) { largest = std::max(largest, std::fabs(projected[j][j])); }
+    // Vectors that are not there: above all of the block, but no higher, because the eigenvalues are as good as the
+    // largest entry lets them be.
+    for (int j = count; j < LargestBlock; ++j) { projected[j][j] = 2.0 * count * largest; }
     const SymmetricEigen<LargestBlock> eigen = SolveSymmetricEigen<LargestBlock>(projected);
     Vectors turned(block.size(), std::vector<double>(block[0].size(), 0.0));
     for (int j = 0; j < count; ++j) {
@@ -190,6 +194,10 @@ SoftMotions FindSoftMotions(SparseEngine& engine, BlockMatrix& matrix, std::vect
     const auto told = std::count_if(lambdas.begin(), lambdas.end(), [](double lambda) { return lambda < SoftLimit; });
     found.mayBeMore = told == LargestBlock;
     block.resize(static_cast<std::size_t>(told));
+    if (block.empty()) {
+        return found;
+    }
+    lambdas = RayleighRitz(matrix, block); // apart from the stiffer ones, which cost digits of the small λ
     // Negative motions, mechanisms and soft motions each by themselves: a mixture would hide what has no stiffness at
     // all.
     const auto kindOf = [](double lambda) { return lambda < -NoStiffness ? -1 : lambda <= NoStiffness ? 0 : 1; };
