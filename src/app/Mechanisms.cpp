@@ -53,6 +53,20 @@ template <class Visit> void VisitElements(const ModelStore& model, Visit visit)
     }
 }
 
+// What makes an element weak, and by how much: a share of what its neighbours have, or of what its sizes let expect.
+struct Weakness {
+    double share = 1.0;
+    std::string text = "nothing about it stands out beside its neighbours";
+
+    void Consider(double otherShare, const std::string& otherText)
+    {
+        if (otherShare < share) {
+            share = otherShare;
+            text = otherText;
+        }
+    }
+};
+
 // What is known about one motion.
 struct Trace {
     int node = -1;        // that takes the largest part
@@ -62,9 +76,10 @@ struct Trace {
     int nodes = 0; // that take part, in the box from low to high
     Vector3 low = {}, high = {};
 
-    std::vector<std::string> attached;             // elements at the node
-    std::vector<std::string> giving;               // elements that the motion deforms
-    std::string reason;                            // of the first of them
+    std::vector<std::string> attached; // elements at the node
+    std::vector<std::string> giving;   // elements that the motion deforms
+    Weakness weakest;                  // of them, and whose it is
+    std::string weakestElement;
     double largestE = 0.0, largestThickness = 0.0; // of all elements around
 
     double lowestEnergy = 0.0; // of an element
@@ -173,61 +188,72 @@ template <class... Values> std::string Formatted(const char* format, Values... v
     return text;
 }
 
-// Why an element gives way, as far as it shows beside those around it.
-std::string ReasonOf(const ElementView& element, const Trace& trace)
+Weakness WeaknessOf(const ModelStore& model, const ElementView& element, const Trace& trace)
 {
-    constexpr double nothing = 1e-6;
-    if (element.E < nothing * trace.largestE) {
-        return Formatted("its E=%g is next to nothing beside %g there", element.E, trace.largestE);
+    Weakness weakness;
+    weakness.Consider(element.E / trace.largestE,
+                      Formatted("its E=%g is next to nothing beside %g there", element.E, trace.largestE));
+    double shortest = 0.0, longest = 0.0;
+    for (std::size_t i = 0; i < element.nodes.size(); ++i) {
+        const int next = element.nodes[(i + 1) % element.nodes.size()];
+        const double side = Length(model.NodeCoordinates[next] - model.NodeCoordinates[element.nodes[i]]);
+        shortest = i == 0 ? side : std::min(shortest, side);
+        longest = std::max(longest, side);
     }
     if (element.section != nullptr) {
         const BeamSectionConstants& s = *element.section;
-        const std::pair<const char*, double> constants[] = {{"I1", s.I1}, {"I2", s.I2}, {"J", s.J}};
-        const auto least = std::min_element(std::begin(constants), std::end(constants),
-                                            [](const auto& a, const auto& b) { return a.second < b.second; });
-        return Formatted("its section has A=%g, I1=%g, I2=%g, J=%g: %s holds nothing", s.A, s.I1, s.I2, s.J,
-                         least->first);
+        const std::string constants = Formatted("A=%g, I1=%g, I2=%g, J=%g", s.A, s.I1, s.I2, s.J);
+        weakness.Consider(std::min({s.I1, s.I2, s.J}) / (s.A * longest * longest), "its section has " + constants);
+    } else {
+        weakness.Consider(element.thickness / trace.largestThickness,
+                          Formatted("its thickness %g is next to nothing beside %g there", element.thickness,
+                                    trace.largestThickness));
+        weakness.Consider(shortest / longest, Formatted("it is a needle, with sides from %g to %g", shortest, longest));
     }
-    if (element.thickness < Noticeable * trace.largestThickness) {
-        return Formatted("its thickness %g is next to nothing beside %g there", element.thickness,
-                         trace.largestThickness);
-    }
-    return "its shape leaves it next to no stiffness: look for a needle or a sliver";
+    return weakness;
 }
 
-void TraceElements(const ModelStore& model, const std::vector<double>& u, const std::vector<double>& stiffness,
-                   Trace& trace)
+// All motions in one pass over the elements, behind one for the largest values around them.
+void TraceElements(const ModelStore& model, const SoftMotions& found, const std::vector<double>& stiffness,
+                   std::vector<Trace>& traces)
 {
-    const auto takesPart = [&](int n) {
-        const std::size_t i = static_cast<std::size_t>(DofsPerNode) * n;
-        return NodeShare(&u[i], &stiffness[i]) >= Noticeable * Noticeable * trace.largest;
-    };
-    const auto isAround = [&](const ElementView& element) {
-        return std::any_of(element.nodes.begin(), element.nodes.end(), takesPart);
+    const auto isAround = [&](const ElementView& element, std::size_t m) {
+        return std::any_of(element.nodes.begin(), element.nodes.end(), [&](int n) {
+            const std::size_t i = static_cast<std::size_t>(DofsPerNode) * n;
+            return NodeShare(&found.motions[m].motion[i], &stiffness[i]) >= Noticeable * Noticeable * traces[m].largest;
+        });
     };
     VisitElements(model, [&](const ElementView& element) {
-        if (isAround(element)) {
-            trace.largestE = std::max(trace.largestE, element.E);
-            trace.largestThickness = std::max(trace.largestThickness, element.thickness);
+        for (std::size_t m = 0; m < traces.size(); ++m) {
+            if (isAround(element, m)) {
+                traces[m].largestE = std::max(traces[m].largestE, element.E);
+                traces[m].largestThickness = std::max(traces[m].largestThickness, element.thickness);
+            }
         }
     });
     VisitElements(model, [&](const ElementView& element) {
-        if (!isAround(element)) {
-            return;
-        }
-        if (std::find(element.nodes.begin(), element.nodes.end(), trace.node) != element.nodes.end()) {
-            trace.attached.push_back(NameOf(element));
-        }
-        if (Deformation(model, element, u) > Noticeable) {
-            if (trace.giving.empty()) {
-                trace.reason = ReasonOf(element, trace);
+        for (std::size_t m = 0; m < traces.size(); ++m) {
+            if (!isAround(element, m)) {
+                continue;
             }
-            trace.giving.push_back(NameOf(element));
-        }
-        const double energy = EnergyOf(element, u);
-        if (energy < trace.lowestEnergy) {
-            trace.lowestEnergy = energy;
-            trace.lowestElement = NameOf(element);
+            Trace& trace = traces[m];
+            const std::vector<double>& u = found.motions[m].motion;
+            if (std::find(element.nodes.begin(), element.nodes.end(), trace.node) != element.nodes.end()) {
+                trace.attached.push_back(NameOf(element));
+            }
+            if (Deformation(model, element, u) > Noticeable) {
+                const Weakness weakness = WeaknessOf(model, element, trace);
+                if (trace.giving.empty() || weakness.share < trace.weakest.share) {
+                    trace.weakest = weakness;
+                    trace.weakestElement = NameOf(element);
+                }
+                trace.giving.push_back(NameOf(element));
+            }
+            const double energy = EnergyOf(element, u);
+            if (energy < trace.lowestEnergy) {
+                trace.lowestEnergy = energy;
+                trace.lowestElement = NameOf(element);
+            }
         }
     });
 }
@@ -239,27 +265,45 @@ std::string ListOf(const std::vector<std::string>& names)
     return names.size() > ElementsTold ? text + " and " + std::to_string(names.size() - ElementsTold) + " more" : text;
 }
 
-std::string MotionLines(const ModelStore& model, std::size_t number, const SoftMotion& motion, const Trace& trace)
+// Why there is a motion; empty where no element shows it.
+std::string CauseOf(const SoftMotion& motion, const Trace& trace)
+{
+    if (motion.lambda < -NoStiffness) {
+        return trace.lowestElement +
+               " gives energy away: its nodes are out of order, it is folded, or its modulus is negative";
+    }
+    if (trace.giving.empty()) {
+        return "";
+    }
+    return ListOf(trace.giving) +
+           (trace.giving.size() == 1 ? " gives way: " : " give way; " + trace.weakestElement + ": ") +
+           trace.weakest.text;
+}
+
+// A motion, and how many more have the same cause.
+std::string MotionLines(const ModelStore& model, std::size_t number, const SoftMotion& motion, const Trace& trace,
+                        int alike)
 {
     std::string label = "motion " + std::to_string(number) + ":";
-    label.resize(std::max<std::size_t>(label.size() + 1, 10), ' ');
+    label.resize(std::max<std::size_t>(label.size() + 1, 12), ' ');
     const Vector3 place = model.NodeCoordinates[trace.node] + model.StructureCentroid;
     std::string text = "\n  " + label + "node " + std::to_string(trace.node) + " at " + PointText(place) +
                        (trace.turns ? " turns about " : " moves along ") + DirectionText(trace.direction);
     if (trace.nodes > 1) {
-        text += ", with " + std::to_string(trace.nodes - 1) + " other nodes from " + PointText(trace.low) + " to " +
-                PointText(trace.high);
+        text += ", with it " + std::to_string(trace.nodes - 1) + (trace.nodes == 2 ? " node" : " nodes") + " from " +
+                PointText(trace.low) + " to " + PointText(trace.high);
     }
     if (!EndsTheRun(motion)) {
-        text += Formatted("; it meets %.2g of the stiffness there", motion.lambda);
+        text += Formatted("; %.2g of the stiffness there resists", motion.lambda);
     }
-    text += "\n            attached: " + ListOf(trace.attached);
-    if (motion.lambda < -NoStiffness) {
-        text += "\n            cause:    " + trace.lowestElement +
-                " gives energy away: its nodes are out of order, it is folded, or its modulus is negative";
-    } else if (!trace.giving.empty()) {
-        text += "\n            cause:    " + ListOf(trace.giving) + (trace.giving.size() == 1 ? " gives" : " give") +
-                " way: " + (trace.giving.size() == 1 ? "" : "of the first, ") + trace.reason;
+    text += "\n    attached: " + ListOf(trace.attached);
+    const std::string cause = CauseOf(motion, trace);
+    if (!cause.empty()) {
+        text += "\n    cause:    " + cause;
+    }
+    if (alike > 0) {
+        text += "\n              " + std::to_string(alike) + (alike == 1 ? " more motion has" : " more motions have") +
+                " this cause";
     }
     return text;
 }
@@ -295,14 +339,28 @@ std::string MechanismText(const ModelStore& model, const SoftMotions& found, con
                        (found.mayBeMore ? "at least " : "") + std::to_string(count) +
                        (count == 1 ? " motion meets" : " motions meet") + (endsTheRun ? " no" : " next to no") +
                        " resistance";
-    for (std::size_t i = 0; i < std::min(count, MotionsTold); ++i) {
-        Trace trace;
-        TraceNodes(model, found.motions[i].motion, stiffness, trace);
-        TraceElements(model, found.motions[i].motion, stiffness, trace);
-        text += MotionLines(model, i + 1, found.motions[i], trace);
+    std::vector<Trace> traces(count);
+    for (std::size_t m = 0; m < count; ++m) { TraceNodes(model, found.motions[m].motion, stiffness, traces[m]); }
+    TraceElements(model, found, stiffness, traces);
+
+    // One motion for every cause.
+    std::vector<std::string> causes;
+    for (std::size_t m = 0; m < count; ++m) { causes.push_back(CauseOf(found.motions[m], traces[m])); }
+    std::size_t told = 0, left = 0;
+    for (std::size_t m = 0; m < count; ++m) {
+        const auto before = causes.begin() + static_cast<std::ptrdiff_t>(m);
+        if (!causes[m].empty() && std::find(causes.begin(), before, causes[m]) != before) {
+            continue;
+        }
+        if (told == MotionsTold) {
+            ++left;
+            continue;
+        }
+        const auto alike = causes[m].empty() ? 0 : std::count(before + 1, causes.end(), causes[m]);
+        text += MotionLines(model, ++told, found.motions[m], traces[m], static_cast<int>(alike));
     }
-    if (count > MotionsTold) {
-        text += "\n            and " + std::to_string(count - MotionsTold) + " more";
+    if (left > 0) {
+        text += "\n  and " + std::to_string(left) + " more of other causes";
     }
     return text + "\n  expected: every node held by elements of sound shape, material and size\n"
                   "  to do:    give these elements the stiffness that they have, or take them out and connect the rest";

@@ -24,7 +24,7 @@ std::vector<double> StiffnessOfDirections(const ModelStore& model);
 bool EndsTheRun(const SoftMotion& motion);
 
 // A complete message: an error when a motion ends the run or the factorisation did not come to its end (hasFailed),
-// else a warning. The first ten motions with their places, the rest as a number.
+// else a warning. One motion for each of the first ten causes, the rest as numbers.
 //   found      motions in the model's equations, [DofsPerNode·NPOIN]
 //   stiffness  StiffnessOfDirections
 std::string MechanismText(const ModelStore& model, const SoftMotions& found, const std::vector<double>& stiffness,

@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 namespace tarnvexo {
 
 namespace {
 
-constexpr int LargestBlock = 24;
+constexpr int LargestBlock = 40;
 constexpr int SmallestBlock = 6;
 constexpr int MostSteps = 20;
 
@@ -102,7 +103,6 @@ std::vector<double> RayleighRitz(const BlockMatrix& matrix, Vectors& block)
 {
     const int count = static_cast<int>(block.size());
     SquareMatrix<LargestBlock> projected = {};
-    for (int j = 0; j < LargestBlock; ++j) { projected[j][j] = 2.0 * LargestBlock; } // none: above all of the block
     for (int j = 0; j < count; ++j) {
         const std::vector<double> Kx = Times(matrix, block[j]);
         for (int i = 0; i < count; ++i) {
@@ -111,6 +111,11 @@ std::vector<double> RayleighRitz(const BlockMatrix& matrix, Vectors& block)
             projected[i][j] = product;
         }
     }
+    double largest = 0.0;
+    for (int j = 0; j < count; ++j) { largest = std::max(largest, std::fabs(projected[j][j])); }
+    // Vectors that are not there: above all of the block, but no higher, because the eigenvalues are as good as the
+    // largest entry lets them be.
+    for (int j = count; j < LargestBlock; ++j) { projected[j][j] = 2.0 * count * largest; }
     const SymmetricEigen<LargestBlock> eigen = SolveSymmetricEigen<LargestBlock>(projected);
     Vectors turned(block.size(), std::vector<double>(block[0].size(), 0.0));
     for (int j = 0; j < count; ++j) {
@@ -123,7 +128,7 @@ std::vector<double> RayleighRitz(const BlockMatrix& matrix, Vectors& block)
 }
 
 // Another basis of the same space: each vector has an entry 1 (of √d·u) where the others have 0, largest entries first.
-void MakeSparse(const std::vector<double>& weights, Vectors& basis)
+void MakeSparse(const std::vector<double>& weights, std::span<std::vector<double>> basis)
 {
     for (std::vector<double>& vector : basis) {
         for (std::size_t k = 0; k < vector.size(); ++k) { vector[k] *= std::sqrt(weights[k]); }
@@ -189,7 +194,17 @@ SoftMotions FindSoftMotions(SparseEngine& engine, BlockMatrix& matrix, std::vect
     const auto told = std::count_if(lambdas.begin(), lambdas.end(), [](double lambda) { return lambda < SoftLimit; });
     found.mayBeMore = told == LargestBlock;
     block.resize(static_cast<std::size_t>(told));
-    MakeSparse(weights, block);
+    if (block.empty()) {
+        return found;
+    }
+    lambdas = RayleighRitz(matrix, block); // apart from the stiffer ones, which cost digits of the small λ
+    // Negative motions, mechanisms and soft motions each by themselves: a mixture would hide what has no stiffness at
+    // all.
+    const auto kindOf = [](double lambda) { return lambda < -NoStiffness ? -1 : lambda <= NoStiffness ? 0 : 1; };
+    for (std::size_t begin = 0, end = 0; begin < block.size(); begin = end) {
+        while (end < block.size() && kindOf(lambdas[end]) == kindOf(lambdas[begin])) { ++end; }
+        MakeSparse(weights, std::span(block).subspan(begin, end - begin));
+    }
     for (std::vector<double>& vector : block) {
         const std::vector<double> Ku = Times(matrix, vector);
         double energy = 0.0;

@@ -24,7 +24,7 @@ namespace tarnvexo {
 constexpr double SoftLimit = 1e-10;
 
 // Below this λ is round-off of the stiffness.
-constexpr double NoStiffness = 4e-15;
+constexpr double NoStiffness = 1e-15;
 
 struct SoftMotion {
     double lambda = 0.0;
@@ -39,7 +39,7 @@ struct SoftMotions {
 //   engine   has analysed the pattern; its factor is another one afterwards
 //   matrix   comes back as it was; nothing is found where entries are not numbers
 //   weights  D [6·columns], in elimination order; where it is 0, held equations among them, the diagonal of K counts
-// Cost: some factorisations, and solutions for six to 24 vectors some times.
+// Cost: some factorisations, and solutions for six to 40 vectors some times.
 SoftMotions FindSoftMotions(SparseEngine& engine, BlockMatrix& matrix, std::vector<double> weights);
 
 } // namespace tarnvexo

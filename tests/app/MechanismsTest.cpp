@@ -1,0 +1,210 @@
+// Models with elements of next to no stiffness, through the program's own solver: what the run says about them.
+#include "app/Mechanisms.h"
+
+#include "app/FreeParts.h"
+#include "app/RunFailure.h"
+#include "app/StiffnessSystem.h"
+#include "core/Parallel.h"
+#include "support/ModelText.h"
+#include "support/SmallModels.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace tarnvexo {
+namespace {
+
+using namespace test;
+
+// Folded strip of quadrilaterals along x, clamped at x = 0; element e stands between x = e and e + 1 and has the
+// material 1 and the thickness 1 where it is soft, else 0 and 0.
+ModelText Strip(int elements, const std::vector<int>& soft, double softE, double softThickness = 0.2)
+{
+    ModelText text;
+    text.Material(2.1e11, 0.3, 7850.0);
+    text.Material(softE, 0.3, 7850.0);
+    text.Thickness(0.2);
+    text.Thickness(softThickness);
+    for (int i = 0; i <= elements; ++i) {
+        text.Node(i, 0.0, 0.1 * (i % 2));
+        text.Node(i, 1.0, 0.1 * (i % 2));
+    }
+    for (int e = 0; e < elements; ++e) {
+        const int property = std::find(soft.begin(), soft.end(), e) != soft.end() ? 1 : 0;
+        text.Quad({2 * e, 2 * e + 2, 2 * e + 3, 2 * e + 1}, property, property);
+    }
+    text.Restrain(0);
+    text.Restrain(1);
+    return text;
+}
+
+struct Outcome {
+    int exitCode = ExitGood;
+    std::string text; // of the failure, or the warning
+
+    bool Has(const std::string& part) const { return text.find(part) != std::string::npos; }
+};
+
+class Mechanisms : public testing::TestWithParam<SolverKind> {
+protected:
+    static Outcome Factorise(const ModelText& text)
+    {
+        ModelStore model = StoreOf(text);
+        model.EquationCount = DofsPerNode * model.NPOIN;
+        StiffnessSystem system(model, GetParam());
+        system.Order();
+        system.Analyse("model.txt");
+        system.Assemble();
+        try {
+            system.Factorise(FindFreeParts(model).isHeld, "model.txt");
+        } catch (const RunFailure& failure) {
+            return {failure.exitCode, failure.what()};
+        }
+        return {ExitGood, system.Warning()};
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Both, Mechanisms, testing::Values(SolverKind::Sparse, SolverKind::Skyline),
+                         [](const auto& info) { return info.param == SolverKind::Sparse ? "Sparse" : "Skyline"; });
+
+TEST_P(Mechanisms, AreNoneInASoundModel)
+{
+    const Outcome outcome = Factorise(Strip(6, {}, 1.0));
+    EXPECT_EQ(outcome.exitCode, ExitGood);
+    EXPECT_EQ(outcome.text, "");
+}
+
+TEST_P(Mechanisms, AreTracedToTheElementThatGivesWay)
+{
+    const Outcome outcome = Factorise(Strip(4, {1}, 1e-15));
+    EXPECT_EQ(outcome.exitCode, ExitNumerical);
+    EXPECT_EQ(outcome.text.find("model.txt: error: the stiffness is not positive definite: 6 motions meet no "
+                                "resistance\n  motion 1: "),
+              0u)
+        << outcome.text;
+    EXPECT_TRUE(outcome.Has("\n    cause:    four-node shell 1 gives way: its E=1e-15 is next to nothing beside "
+                            "2.1e+11 there\n              5 more motions have this cause\n"))
+        << outcome.text;
+    EXPECT_FALSE(outcome.Has("\n  motion 2:")) << outcome.text;
+}
+
+// Two strips in one model, each broken at its own place.
+TEST_P(Mechanisms, OfSeparatePlacesAreToldApartInOneRun)
+{
+    ModelText text = Strip(3, {1}, 1e-15);
+    for (int i = 0; i <= 3; ++i) {
+        text.Node(10.0, i, 0.1 * (i % 2));
+        text.Node(11.0, i, 0.1 * (i % 2));
+    }
+    for (int e = 0; e < 3; ++e) { text.Quad({8 + 2 * e, 10 + 2 * e, 11 + 2 * e, 9 + 2 * e}, e == 1 ? 1 : 0); }
+    text.Restrain(8);
+    text.Restrain(9);
+    const Outcome outcome = Factorise(text);
+    EXPECT_TRUE(outcome.Has(": 12 motions meet no resistance\n")) << outcome.text;
+    EXPECT_TRUE(outcome.Has("\n    cause:    four-node shell 1 gives way: ")) << outcome.text;
+    EXPECT_TRUE(outcome.Has("\n    cause:    four-node shell 4 gives way: ")) << outcome.text;
+    EXPECT_FALSE(outcome.Has("\n  motion 3:")) << outcome.text; // that would mix them
+}
+
+TEST_P(Mechanisms, OfABeamWithoutSectionNameItsConstants)
+{
+    ModelText text = Strip(4, {}, 1.0);
+    text.CSection(1e-8, 1e-9);
+    const int a = text.Node(6.0, 0.0, 0.0), b = text.Node(7.0, 0.0, 0.0);
+    text.Quad({a, b, text.Node(7.0, 1.0, 0.0), text.Node(6.0, 1.0, 0.0)});
+    text.Beam({8, a}, {0.0, 0.0, 1.0}, 0, 2, 0);
+    const Outcome outcome = Factorise(text);
+    EXPECT_EQ(outcome.exitCode, ExitNumerical);
+    EXPECT_TRUE(outcome.Has("cause:    beam 0 gives way: its section has A=")) << outcome.text;
+    EXPECT_FALSE(outcome.Has("cause:    four-node shell")) << outcome.text;
+}
+
+TEST_P(Mechanisms, OfANeedleNameItsShape)
+{
+    ModelText text = Strip(4, {}, 1.0);
+    const int a = text.Node(5.0, 0.5, 0.0);
+    text.Tri({8, 9, a});
+    const int b = text.Node(5.0 + 1e-6, 0.5, 0.0);
+    text.Tri({8, a, b});
+    const Outcome outcome = Factorise(text);
+    EXPECT_EQ(outcome.exitCode, ExitNumerical);
+    EXPECT_TRUE(outcome.Has("; three-node shell 1: it is a needle, with sides from 1e-06 to 1.")) << outcome.text;
+}
+
+// Stiffness 10⁻¹⁰ of the neighbours' is there, and digits are lost: a warning, and the run goes on.
+TEST_P(Mechanisms, ThatAreOnlySoftAreWarnings)
+{
+    const Outcome outcome = Factorise(Strip(4, {1}, 30.0));
+    EXPECT_EQ(outcome.exitCode, ExitGood);
+    EXPECT_EQ(outcome.text.find("model.txt: warning: the stiffness is nearly singular: "), 0u) << outcome.text;
+    EXPECT_TRUE(outcome.Has(" of the stiffness there resists\n")) << outcome.text;
+    EXPECT_TRUE(outcome.Has("four-node shell 1 gives way: its E=30 is next to nothing beside 2.1e+11 there"))
+        << outcome.text;
+}
+
+// A foil's bending stiffness is none, though its membrane's is only soft.
+TEST_P(Mechanisms, HideBehindNoSoftMotions)
+{
+    const Outcome outcome = Factorise(Strip(4, {1}, 2.1e11, 1e-12));
+    EXPECT_EQ(outcome.exitCode, ExitNumerical);
+    EXPECT_TRUE(outcome.Has("four-node shell 1 gives way: its thickness 1e-12 is next to nothing beside 0.2 there"))
+        << outcome.text;
+}
+
+// After a warning the factor is that of the stiffness again.
+TEST_P(Mechanisms, ThatAreOnlySoftLeaveTheSolutionAsItIs)
+{
+    ModelStore model = StoreOf(Strip(4, {1}, 30.0));
+    model.EquationCount = DofsPerNode * model.NPOIN;
+    std::vector<double> load(static_cast<std::size_t>(model.EquationCount), 0.0);
+    load[DofsPerNode * 2 + DY] = 1000.0; // on the sound side
+    StiffnessSystem system(model, GetParam());
+    system.Order();
+    system.Analyse("model.txt");
+    system.Assemble();
+    system.Factorise(FindFreeParts(model).isHeld, "model.txt");
+    system.Solve(load);
+    EXPECT_NE(system.Warning(), "");
+    EXPECT_LT(system.Report().relativeResidual, 1e-14);
+}
+
+// Twelve strips of their own, each with a needle at its end.
+TEST_P(Mechanisms, OfMoreThanTenCausesAreCounted)
+{
+    ModelText text = Strip(1, {}, 1.0);
+    for (int strip = 0; strip < 12; ++strip) {
+        const double y = 3.0 * (strip + 1);
+        const int first = text.Node(0.0, y, 0.0);
+        for (const Vector3& place : {Vector3{1.0, y, 0.0},
+                                     {1.0, y + 1.0, 0.0},
+                                     {0.0, y + 1.0, 0.0},
+                                     {2.0, y + 0.5, 0.0},
+                                     {2.0 + 1e-6, y + 0.5, 0.0}}) {
+            text.Node(place[0], place[1], place[2]);
+        }
+        text.Quad({first, first + 1, first + 2, first + 3});
+        text.Tri({first + 1, first + 4, first + 2});
+        text.Tri({first + 1, first + 5, first + 4});
+        text.Restrain(first);
+    }
+    const Outcome outcome = Factorise(text);
+    EXPECT_TRUE(outcome.Has(": 12 motions meet no resistance\n")) << outcome.text;
+    EXPECT_TRUE(outcome.Has("\n  motion 10: ")) << outcome.text;
+    EXPECT_FALSE(outcome.Has("\n  motion 11: ")) << outcome.text;
+    EXPECT_TRUE(outcome.Has("\n  and 2 more of other causes\n  expected: ")) << outcome.text;
+}
+
+TEST_P(Mechanisms, DoNotDependOnTheNumberOfThreads)
+{
+    const int before = ThreadCount();
+    SetThreadCount(1);
+    const std::string one = Factorise(Strip(8, {2, 5}, 1e-15)).text;
+    SetThreadCount(3);
+    const std::string three = Factorise(Strip(8, {2, 5}, 1e-15)).text;
+    SetThreadCount(before);
+    EXPECT_NE(one, "");
+    EXPECT_EQ(one, three);
+}
+
+} // namespace
+} // namespace tarnvexo
