@@ -118,17 +118,16 @@ void AddElement(const ModelStore& model, const ConnectedParts& parts, const std:
 template <class AddRange> std::vector<RangeEnergies> MeasureRanges(std::size_t count, AddRange addRange)
 {
     std::vector<RangeEnergies> ranges((count + ElementsPerRange - 1) / ElementsPerRange);
-    ParallelFor(count, ElementsPerRange, [&](std::size_t begin, std::size_t end) {
-        addRange(begin, end, ranges[begin / ElementsPerRange]);
-    });
+    ParallelFor(count, ElementsPerRange,
+                [&](std::size_t begin, std::size_t end) { addRange(begin, end, ranges[begin / ElementsPerRange]); });
     return ranges;
 }
 
 template <int Nodes, class Stiffness>
-std::vector<RangeEnergies>
-MeasureShells(const ModelStore& model, const ConnectedParts& parts, const std::vector<double>& displacements,
-              const char* kind, const std::vector<ShellElement<Nodes>>& shells,
-              const std::vector<std::array<int, Nodes>>& connectivity, Stiffness stiffness)
+std::vector<RangeEnergies> MeasureShells(const ModelStore& model, const ConnectedParts& parts,
+                                         const std::vector<double>& displacements, const char* kind,
+                                         const std::vector<ShellElement<Nodes>>& shells,
+                                         const std::vector<std::array<int, Nodes>>& connectivity, Stiffness stiffness)
 {
     constexpr int order = Nodes * DofsPerNode;
     return MeasureRanges(shells.size(), [&](std::size_t begin, std::size_t end, RangeEnergies& range) {

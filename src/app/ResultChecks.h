@@ -30,7 +30,7 @@ constexpr double ClassicBalanceLimit = BalanceTolerance; // warns; what the clas
 constexpr CheckLimits ReactionLimits = {1e-3, 0.1};      // of the loads
 constexpr CheckLimits EnergyLimits = {1e-6, 1e-2};
 constexpr CheckLimits RigidTranslationLimits = {1e-12, 1e-8};
-constexpr CheckLimits RigidRotationLimits = {1e-3, 0.1};          // a quadrilateral warped by about a tenth of its edge; by all
+constexpr CheckLimits RigidRotationLimits = {1e-3, 0.1}; // a quadrilateral warped by about a tenth of its edge; by all
 constexpr CheckLimits DisplacementLimits = {0.1, 100.0}; // of the model's size
 constexpr CheckLimits RotationLimits = {0.1, 100.0};     // rad
 

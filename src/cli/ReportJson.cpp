@@ -295,7 +295,7 @@ std::string SolveReportJson(const SolveReport& report, UnitSystem units)
     json["seconds"] = report.seconds;
     json["peak_memory_gigabytes"] = report.peakMemoryGigabytes;
     json["expected_memory_gigabytes"] = report.expectedMemoryGigabytes;
-    json["checks"] = ChecksJson(report.findings);
+    json["model_checks"] = ChecksJson(report.findings);
     json["warnings"] = report.warnings;
     return JsonText(json);
 }
@@ -316,7 +316,7 @@ std::string InfoReportJson(const InfoReport& report, UnitSystem units)
                         {"skyline_seconds", report.expectedSkylineSeconds},
                         {"memory_gigabytes", report.expectedMemoryGigabytes},
                         {"available_memory_gigabytes", report.availableMemoryGigabytes}};
-    json["checks"] = ChecksJson(report.findings);
+    json["model_checks"] = ChecksJson(report.findings);
     json["warnings"] = report.warnings;
     json["fault"] = report.fault.empty() ? Json() : Json(report.fault);
     return JsonText(json);
@@ -330,7 +330,7 @@ std::string CheckReportJson(const CheckReport& report, UnitSystem units)
                        {"errors", CountOf(report, Severity::Error)},
                        {"warnings", CountOf(report, Severity::Warning)},
                        {"notes", CountOf(report, Severity::Note)}};
-    json["checks"] = ChecksJson(report.findings);
+    json["model_checks"] = ChecksJson(report.findings);
     json["messages"] = MessagesJson(report.messages);
     json["model"] = report.isRead ? CountsJson(report.counts) : Json();
     json["parts"] = PartsJson(report.parts);

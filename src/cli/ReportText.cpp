@@ -330,7 +330,7 @@ void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts&
     AddSummaryLine(page, "largest displacement", ExtremeSummary(report.largestDisplacement, unit.length));
     AddSummaryLine(page, "largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
     AddSummaryLine(page, "largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
-    AddSummaryLine(page, "checks", ChecksSummary(report));
+    AddSummaryLine(page, "result checks", ChecksSummary(report));
     AddSummaryLine(page, "result files", FilesSummary(report.files));
     AddSummaryLine(page, "model checks", FindingsSummary(report.findings));
     AddSummaryLine(page, "run",

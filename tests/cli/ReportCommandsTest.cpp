@@ -251,6 +251,20 @@ TEST(CommandFailure, OfAFullDiskHasExitCode4AndKeepsTheText)
                          "  to do:    make room or name another place, then run again\n");
 }
 
+TEST(CommandFailure, OfAResultCheckHasExitCode3BehindTheReport)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveReport report = SampleFor("m.txt");
+    report.checks.push_back({"energy", Verdict::Fail, 0.5, 1e-6, 1e-2, "half of it is missing", {}});
+    SolveCommand command = CommandFor("m.txt");
+    command.quiet = true;
+    const ChildResult run = RunSolve(command, [&](const SolveOptions&, const ProgressListener&) { return report; });
+    EXPECT_EQ(run.exitCode, ExitNumerical);
+    EXPECT_EQ(run.output, SolveReportText(report, UnitSystem::Unnamed));
+    EXPECT_EQ(run.error.find("m.txt: error: the results do not pass their checks\n"), 0u) << run.error;
+}
+
 TEST(CommandFailure, OfAnyOtherKindGivesItsTextAndExitCode3)
 {
     const ChildResult run = RunInChild(

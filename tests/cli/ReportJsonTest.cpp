@@ -112,15 +112,15 @@ TEST(ReportJson, OfCheckHasVerdictFindingsAndMessages)
     const Json json = Json::parse(CheckReportJson(report, UnitSystem::SI));
     EXPECT_EQ(json["command"], "check");
     EXPECT_EQ(json["verdict"], Json({{"ready", false}, {"errors", 2}, {"warnings", 1}, {"notes", 1}}));
-    EXPECT_EQ(json["checks"][0]["rule"], "warping");
-    EXPECT_EQ(json["checks"][0]["limit"], 10.0);
-    EXPECT_EQ(json["checks"][0]["worst"].size(), 4u);
-    EXPECT_EQ(json["checks"][0]["worst"][0]["place"], report.findings[0].worst[0].place);
-    EXPECT_TRUE(json["checks"][1]["limit"].is_null());
+    EXPECT_EQ(json["model_checks"][0]["rule"], "warping");
+    EXPECT_EQ(json["model_checks"][0]["limit"], 10.0);
+    EXPECT_EQ(json["model_checks"][0]["worst"].size(), 4u);
+    EXPECT_EQ(json["model_checks"][0]["worst"][0]["place"], report.findings[0].worst[0].place);
+    EXPECT_TRUE(json["model_checks"][1]["limit"].is_null());
     EXPECT_EQ(json["messages"][0], Json({{"severity", "error"}, {"text", report.messages[0].text}}));
     EXPECT_TRUE(json["balance"].is_null());
     const Json solved = Json::parse(SolveReportJson(test::SampleSolveReport(), UnitSystem::SI));
-    EXPECT_EQ(solved["checks"], Json::array({json["checks"][0]}));
+    EXPECT_EQ(solved["model_checks"], Json::array({json["model_checks"][0]}));
 }
 
 TEST(ReportJson, OfInfoSaysWhySolveRefusesTheModel)
