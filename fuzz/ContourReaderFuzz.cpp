@@ -1,6 +1,7 @@
 // libFuzzer target: any bytes as a contour file. The reader must stay inside its tables, keep its arrays of one size,
 // and take nothing but what the writer writes: the arrays written again are the text, but for "\r" before line ends.
-//   build-fuzz/fuzz/contour_fuzz -dict=fuzz/contour_file.dict -max_len=8192 -max_total_time=300 FOUND
+//   build-fuzz/fuzz/contour_fuzz -dict=fuzz/contour_file.dict -max_len=8192 -max_total_time=300 FOUND SEEDS
+// with SEEDS tests/input/contour_corpus.
 //   tests/input/contour_corpus
 // Built and kept as ReaderFuzz.cpp tells.
 #include "input/ContourFileReader.h"

@@ -21,7 +21,7 @@ settings() {
 }
 
 cmake -S . -B $build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER="${CLANG:-clang++-14}" \
-    -DTARNVEXO_FUZZ=ON -DTARNVEXO_TESTS=OFF -DTARNVEXO_BENCH=OFF -DPython3_EXECUTABLE=/usr/bin/python3 > /dev/null
+    -DTARNVEXO_FUZZ=ON -DTARNVEXO_TESTS=OFF -DTARNVEXO_BENCH=OFF > /dev/null
 targets=("$@")
 if [ $# = 0 ]; then
     targets=(reader_fuzz run_fuzz contour_fuzz)
