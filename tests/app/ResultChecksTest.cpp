@@ -152,14 +152,14 @@ TEST(ResultChecks, NumbersThatAreNoneNameTheirPlaceAndFiles)
 TEST(ResultChecks, MessageOfFailedChecksNamesTheFilesNotToBeTrusted)
 {
     SolveReport report = EqualEnergies();
-    report.checks = {{"energy", Verdict::Pass, 0.0, 1.0, 1.0, "good", {}}};
+    report.resultChecks = {{"energy", Verdict::Pass, 0.0, 1.0, 1.0, "good", {}}};
     EXPECT_EQ(FailedChecksMessage(report), "");
-    report.checks.push_back({"finite numbers", Verdict::Fail, 1.0, 0.0, 0.0, "one is not", {"a.txt", "b.txt"}});
+    report.resultChecks.push_back({"finite numbers", Verdict::Fail, 1.0, 0.0, 0.0, "one is not", {"a.txt", "b.txt"}});
     EXPECT_EQ(FailedChecksMessage(report), "m.txt: error: the results do not pass their checks\n"
                                            "  found:    finite numbers: one is not\n"
                                            "  not to be trusted: a.txt, b.txt\n"
                                            "  to do:    correct the model, and solve it again");
-    EXPECT_EQ(CheckSummary(report.checks), "1 passed; 1 failed: finite numbers");
+    EXPECT_EQ(CheckSummary(report.resultChecks), "1 passed; 1 failed: finite numbers");
 }
 
 // ---- energies of the elements
