@@ -1,5 +1,5 @@
 // app/ModelCheck.h
-// What no analysis can start from: numbers that are none, elements without size or direction.
+// What no analysis can start from: a model without nodes or elements, elements without size.
 #pragma once
 
 #include "core/ModelStore.h"

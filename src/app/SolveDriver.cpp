@@ -48,10 +48,10 @@ void AddWarning(const std::string& text, std::vector<std::string>& warnings)
     }
 }
 
-// The model, with the origin at its centroid.
-void ReadAndShift(ModelStore& model, const std::string& modelFile)
+// The model, with the origin at its centroid. Returns the warnings of its reading.
+std::vector<std::string> ReadAndShift(ModelStore& model, const std::string& modelFile, const RuleBook& rules)
 {
-    LoadModel(model, modelFile);
+    std::vector<std::string> warnings = LoadModel(model, modelFile, rules);
     const std::string fault = ModelFault(model, modelFile);
     if (!fault.empty()) {
         throw RunFailure(ExitBadModel, fault);
@@ -59,6 +59,7 @@ void ReadAndShift(ModelStore& model, const std::string& modelFile)
     model.EquationCount = DofsPerNode * model.NPOIN;
     model.StructureCentroid = StructureCentroid(model);
     ShiftOrigin(model, -model.StructureCentroid);
+    return warnings;
 }
 
 ModelCounts CountsOf(const ModelStore& model)
@@ -185,7 +186,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
         files.emplace(options.outputDirectory);
     }
     ModelStore model;
-    ReadAndShift(model, options.modelFile);
+    report.warnings = ReadAndShift(model, options.modelFile, options.rules);
     report.counts = CountsOf(model);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
     clock.Expect("assemble", AssemblySeconds(model));
@@ -282,7 +283,7 @@ InfoReport Info(const std::string& modelFile, const ProgressListener& listener)
 
     clock.Next(); // read
     ModelStore model;
-    ReadAndShift(model, modelFile);
+    report.warnings = ReadAndShift(model, modelFile, RuleBook());
     report.counts = CountsOf(model);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
 

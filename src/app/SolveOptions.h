@@ -2,6 +2,7 @@
 // What a user may choose for `tarnvexo solve`.
 #pragma once
 
+#include "core/Rules.h"
 #include "inertia/BalanceSheet.h"
 
 #include <string>
@@ -17,6 +18,7 @@ struct SolveOptions {
     SolverKind solver = SolverKind::Automatic;
     BalanceKind balance = BalanceKind::Exact;
     DisplacementKind displacements = DisplacementKind::MassOrthogonal;
+    RuleBook rules;
     bool writeResults = true; // the six files; without them only the report
 };
 

@@ -86,6 +86,9 @@ public:
     // Consumes through the next line feed, as "%c" repeated until it has read one. False: the text ended before.
     bool SkipLine();
 
+    // Goes on at a position of the text.
+    void Seek(std::size_t position) { at = begin + position; }
+
     std::size_t Position() const { return std::size_t(at - begin); }
     std::size_t BytesLeft() const { return std::size_t(end - at); }
     std::string_view Text() const { return {begin, std::size_t(end - begin)}; }

@@ -60,7 +60,7 @@ private:
     bool NodesInTable(const std::array<int, NodeCount>& nodes, const ScanResult& scan, const RecordName& user);
     bool BeamIndicesInTables(int materialIndex, const BeamSectionRef& section, const ScanResult& scan,
                              const RecordName& name);
-    bool Fault(const ModelFault& found);
+    bool Fault(const TextFault& found);
 
     ModelStore& model;
     NamedText source;
@@ -437,7 +437,7 @@ bool ModelTextReader::NodesInTable(const std::array<int, NodeCount>& indices, co
     return true;
 }
 
-bool ModelTextReader::Fault(const ModelFault& found)
+bool ModelTextReader::Fault(const TextFault& found)
 {
     fault = FaultMessage(source, found);
     return false;
@@ -468,27 +468,19 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
     return ModelTextReader(model, text, fileName).Read();
 }
 
-std::optional<ModelReading> TryReadModelFile(ModelStore& model, const char* fileName)
+void ReadModelFile(ModelStore& model, const char* fileName)
 {
     const platform::MappedFile mapped(fileName);
     std::string copy;
     if (mapped.Bytes().empty() && !ReadWholeFile(fileName, copy)) {
-        return std::nullopt;
-    }
-    return ReadModelText(model, mapped.Bytes().empty() ? std::string_view(copy) : mapped.Bytes(), fileName);
-}
-
-void ReadModelFile(ModelStore& model, const char* fileName)
-{
-    const std::optional<ModelReading> attempt = TryReadModelFile(model, fileName);
-    if (!attempt) {
         Warn(std::string(fileName) + ": error: the model file cannot be read: " + std::strerror(errno) +
              "\n"
              "  expected: a readable file of this name in the current directory\n"
              "  to do:    change to the directory of the model and start the program there");
         FailWithPause(messages::PreprocessorFileError);
     }
-    const ModelReading& reading = *attempt;
+    const ModelReading reading =
+        ReadModelText(model, mapped.Bytes().empty() ? std::string_view(copy) : mapped.Bytes(), fileName);
     std::fputs(reading.warnings.c_str(), stderr);
     switch (reading.end) {
     case ModelReading::End::Complete:

@@ -4,8 +4,8 @@
 
 namespace tarnvexo {
 
-ModelFault OutsideTable(std::string_view text, const Table& table, int index, std::size_t position,
-                        const RecordName& user)
+TextFault OutsideTable(std::string_view text, const Table& table, int index, std::size_t position,
+                       const RecordName& user)
 {
     const std::string count = std::to_string(table.count);
     std::string size = Joined({count, " ", table.records});

@@ -79,7 +79,7 @@ template <class Record> void Reserve(std::vector<Record>& table, std::size_t cou
 }
 
 // The fault of an index that the table does not have, used at a position of the text.
-ModelFault OutsideTable(std::string_view text, const Table& table, int index, std::size_t position,
-                        const RecordName& user);
+TextFault OutsideTable(std::string_view text, const Table& table, int index, std::size_t position,
+                       const RecordName& user);
 
 } // namespace tarnvexo
