@@ -118,7 +118,8 @@ LineSpan LineAround(std::string_view text, std::size_t position)
 SourceExcerpt ExcerptAround(std::string_view text, std::size_t position)
 {
     const LineSpan line = LineAround(text, position);
-    std::size_t begin = position - line.begin < LongestExcerpt / 2 ? line.begin : position - LongestExcerpt / 2;
+    const bool isShort = line.end <= line.begin + LongestExcerpt || position < line.begin + LongestExcerpt / 2;
+    std::size_t begin = isShort ? line.begin : position - LongestExcerpt / 2;
     std::size_t end = std::max(position, std::min(line.end, begin + LongestExcerpt));
     // The part begins and ends with whole characters, if it is UTF-8 (of which no character has more bytes than 4).
     std::size_t wholeBegin = begin, wholeEnd = end;

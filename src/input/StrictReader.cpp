@@ -692,7 +692,9 @@ bool StrictTextReader::OpenBehindFault(TableId id, const char* countFormat, Scan
         scanner.Seek(header.begin);
         return false;
     }
-    if (header.begin > begin && id > 0 && tables[id - 1].isThere) {
+    if (header.begin > begin && id == 0) {
+        ReportTextBehind(begin, "the first line");
+    } else if (header.begin > begin && tables[id - 1].isThere) {
         ReportTextBetween(static_cast<TableId>(id - 1), begin, header.begin, countFormat);
     }
     scanner.Seek(header.begin);
@@ -703,6 +705,9 @@ bool StrictTextReader::OpenBehindFault(TableId id, const char* countFormat, Scan
                        ExpectedText(countFormat) + " and the number of records");
         scanner.Seek(header.count);
         scan = scanner.Scan("%d\n", count);
+        if (!scan.Matched()) {
+            scanner.Seek(std::min(text.size(), NextLine(header.count)));
+        }
     }
     TakeCount(id, scan, count);
     return true;
@@ -803,10 +808,16 @@ StrictTextReader::Recovery StrictTextReader::Recover(TableId id)
     const std::size_t lineBegin = LineAround(text, at).begin;
     Recovery recovery = {1, 0, false};
     std::size_t resume = NextLine(at);
-    if (lineBegin > spanBegin && BeginsRecord(text, lineBegin, id)) {
+    // (Not if the fault is right behind a label line, which nothing can tell from the line of another record.)
+    const bool isBehindLabel = failed.expected == formats::SectionHw || failed.expected == formats::SectionR;
+    if (lineBegin > spanBegin && !isBehindLabel && BeginsRecord(text, lineBegin, id)) {
         const std::string subject = beginsWithinLine ? NameOfPrevious(id) : NameOf(NameOfRecord(id));
-        Report(RuleId::Format,
-               {EndBefore(lineBegin), subject + ": the line ends too early", RecordLayouts[id], "complete the record"});
+        if (id <= CSections) { // records of several lines
+            ReportMismatch(failed, subject, RecordLayouts[id]);
+        } else {
+            Report(RuleId::Format, {EndBefore(lineBegin), subject + ": the line ends too early", RecordLayouts[id],
+                                    "complete the record"});
+        }
         recovery.records = beginsWithinLine ? 0 : 1;
         resume = lineBegin;
     } else if (beginsWithinLine) {
@@ -997,8 +1008,8 @@ void StrictTextReader::ReportMismatch(const ScanResult& scan, const std::string&
         return;
     }
     const std::size_t at = scan.stoppedAt, before = EndBefore(at);
-    const bool endsLine =
-        scan.expected[0] == '%' && text.substr(before, at - before).find('\n') != std::string_view::npos;
+    const bool endsLine = scan.expected[0] == '%' && at != Ahead(recordBegin) &&
+                          text.substr(before, at - before).find('\n') != std::string_view::npos;
     const bool hasPoint = at > 0 && text[at] == '.' && text[at - 1] >= '0' && text[at - 1] <= '9';
     const std::size_t position = endsLine ? before : at;
     const std::string found = endsLine ? "the end of the line" : FoundText(text, at);
