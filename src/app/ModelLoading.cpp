@@ -1,7 +1,6 @@
 #include "app/ModelLoading.h"
 
 #include "app/RunFailure.h"
-#include "input/ModelFileReader.h"
 
 #include <cerrno>
 #include <cstring>
@@ -9,23 +8,32 @@
 
 namespace tarnvexo {
 
-void LoadModel(ModelStore& model, const std::string& fileName)
+StrictReading TryLoadModel(ModelStore& model, const std::string& fileName, const RuleBook& rules)
 {
-    const std::optional<ModelReading> reading = TryReadModelFile(model, fileName.c_str());
+    const std::optional<StrictReading> reading = ReadModelFileStrictly(model, fileName.c_str(), rules);
+    if (!reading && errno == ETIMEDOUT) {
+        throw RunFailure(ExitFile, fileName + ": error: nothing has come from it for " +
+                                       std::to_string(SilenceSeconds) +
+                                       " seconds\n"
+                                       "  expected: a file, or a pipe that a program writes a model into\n"
+                                       "  to do:    write the model to a file first");
+    }
     if (!reading) {
         throw RunFailure(ExitFile, fileName + ": error: the model file cannot be read: " + std::strerror(errno) +
                                        "\n"
                                        "  expected: a readable model file, or a directory that holds fem_solving.txt\n"
                                        "  to do:    correct the path");
     }
-    if (reading->end != ModelReading::End::Complete || !reading->warnings.empty()) {
-        const std::string fault = !reading->fault.empty()
-                                      ? reading->fault
-                                      : fileName + ": error: the text is not that of a model file\n"
-                                                   "  expected: records as docs/formats/model-file.md has them\n"
-                                                   "  to do:    mend the first place that is named above";
-        throw RunFailure(ExitBadModel, reading->warnings + fault);
+    return *reading;
+}
+
+std::vector<std::string> LoadModel(ModelStore& model, const std::string& fileName, const RuleBook& rules)
+{
+    const StrictReading reading = TryLoadModel(model, fileName, rules);
+    if (!reading.IsUsable()) {
+        throw RunFailure(ExitBadModel, ErrorText(reading, fileName));
     }
+    return WarningTexts(reading, fileName);
 }
 
 } // namespace tarnvexo

@@ -63,11 +63,13 @@ void RequireNoFault(const std::string& fault)
     }
 }
 
-void ReadModel(ModelStore& model, const std::string& modelFile)
+// Returns the warnings of the reader.
+std::vector<std::string> ReadModel(ModelStore& model, const std::string& modelFile, const RuleBook& rules)
 {
-    LoadModel(model, modelFile);
+    std::vector<std::string> warnings = LoadModel(model, modelFile, rules);
     RequireNoFault(ModelFault(model, modelFile));
     model.EquationCount = DofsPerNode * model.NPOIN;
+    return warnings;
 }
 
 // What the rules find, and the origin at the centroid of the structure when its elements are sound.
@@ -200,7 +202,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     }
     clock.Next(); // read
     ModelStore model;
-    ReadModel(model, options.modelFile);
+    report.warnings = ReadModel(model, options.modelFile, options.rules);
     report.counts = CountsOf(model);
 
     clock.Next(); // check
@@ -310,7 +312,7 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
 
     clock.Next(); // read
     ModelStore model;
-    ReadModel(model, modelFile);
+    report.warnings = ReadModel(model, modelFile, options.rules);
     report.counts = CountsOf(model);
 
     clock.Next(); // check

@@ -4,6 +4,7 @@
 #include "app/UnfinishedFile.h"
 #include "cli/CommandFiles.h"
 #include "cli/ModelFiles.h"
+#include "core/Failure.h"
 #include "output/ModelFileWriter.h"
 #include "platform/Platform.h"
 #include "refine/NodeRenumbering.h"
@@ -19,7 +20,7 @@ int RunRefineCommand(const RefineCommand& command)
     ModelStore coarse;
     ModelStore fine;
     RequireDirectoryOf(command.outputFile);
-    LoadModel(coarse, ModelFileOf(command.model));
+    for (const std::string& warning : LoadModel(coarse, ModelFileOf(command.model))) { Warn(warning); }
     try {
         RefineModel(coarse, command.k, fine);
     } catch (const std::length_error& overflow) {

@@ -4,6 +4,7 @@
 #include "app/UnfinishedFile.h"
 #include "cli/CommandFiles.h"
 #include "cli/ModelFiles.h"
+#include "core/Failure.h"
 #include "output/ModelFileWriter.h"
 #include "platform/Platform.h"
 #include "refine/NodeRenumbering.h"
@@ -15,7 +16,7 @@ int RunRenumberCommand(const RenumberCommand& command)
     platform::ExitOnInterrupt();
     ModelStore model;
     RequireDirectoryOf(command.outputFile);
-    LoadModel(model, ModelFileOf(command.model));
+    for (const std::string& warning : LoadModel(model, ModelFileOf(command.model))) { Warn(warning); }
     const ModelSize before = SizeOfModel(model);
     RenumberNodes(model);
     WriteWhole(command.outputFile, [&](const std::string& path) { return WriteModelFile(model, path); });

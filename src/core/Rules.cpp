@@ -28,6 +28,7 @@ constexpr Rule Rules[RuleCount] = {
      "take the text away, or correct the counts above it"},
     {RuleId::LabelOrder, "label-order", Note, NoLimit, "", "records whose written number is not their position",
      "nothing, if references count positions from 0; else number the records by position"},
+    {RuleId::FlagValue, "flag-value", Warning, NoLimit, "", "flags other than 0 and 1", "write 0 or 1"},
     {RuleId::CollapsedElement, "collapsed-element", Error, NoLimit, "", "shells with two corners at one place",
      "use a triangle for a quadrilateral of three corners, or take the element out"},
     {RuleId::ZeroArea, "zero-area", Error, 1e-8, "area over square of the longest side", "shells without area",

@@ -24,6 +24,7 @@ enum class RuleId {
     DuplicateLoad,
     TrailingText,
     LabelOrder,
+    FlagValue,
     // Shape of elements.
     CollapsedElement,
     ZeroArea,

@@ -17,32 +17,30 @@ std::array<Vector3, Nodes> CornerPoints(const ModelStore& model, const std::arra
     return points;
 }
 
-void SetUpShells(ModelStore& model)
-{
-    model.QuadElements.assign(model.QuadConnectivity.size(), {});
-    for (std::size_t e = 0; e < model.QuadElements.size(); ++e) {
-        const auto corners = CornerPoints(model, model.QuadConnectivity[e]);
-        const Material& material = model.Materials[std::size_t(model.QuadProperties[e].material)];
-        const double thickness = model.Thicknesses[std::size_t(model.QuadProperties[e].thickness)];
-        QuadShellSetUp(model.QuadElements[e], corners.data(), QuadNodeCount, material.E, material.Mu, material.Density,
-                       thickness);
-    }
-    model.TriElements.assign(model.TriConnectivity.size(), {});
-    for (std::size_t e = 0; e < model.TriElements.size(); ++e) {
-        const auto corners = CornerPoints(model, model.TriConnectivity[e]);
-        const Material& material = model.Materials[std::size_t(model.TriProperties[e].material)];
-        const double thickness = model.Thicknesses[std::size_t(model.TriProperties[e].thickness)];
-        TriShellSetUp(model.TriElements[e], corners.data(), TriNodeCount, material.E, material.Mu, thickness,
-                      material.Density);
-    }
-}
-
 template <class Record> int Count(const std::vector<Record>& table)
 {
     return static_cast<int>(table.size());
 }
 
 } // namespace
+
+void SetUpQuad(ModelStore& model, std::size_t e)
+{
+    const auto corners = CornerPoints(model, model.QuadConnectivity[e]);
+    const Material& material = model.Materials[std::size_t(model.QuadProperties[e].material)];
+    const double thickness = model.Thicknesses[std::size_t(model.QuadProperties[e].thickness)];
+    QuadShellSetUp(model.QuadElements[e], corners.data(), QuadNodeCount, material.E, material.Mu, material.Density,
+                   thickness);
+}
+
+void SetUpTri(ModelStore& model, std::size_t e)
+{
+    const auto corners = CornerPoints(model, model.TriConnectivity[e]);
+    const Material& material = model.Materials[std::size_t(model.TriProperties[e].material)];
+    const double thickness = model.Thicknesses[std::size_t(model.TriProperties[e].thickness)];
+    TriShellSetUp(model.TriElements[e], corners.data(), TriNodeCount, material.E, material.Mu, thickness,
+                  material.Density);
+}
 
 void SetUpBeam(ModelStore& model, std::size_t e)
 {
@@ -83,7 +81,10 @@ void SetUpModel(ModelStore& model)
     model.NDL_S_4ND = Count(model.QuadDistributedLoads);
     model.NDL_S_3ND = Count(model.TriDistributedLoads);
     model.NDL_B = Count(model.BeamDistributedLoads);
-    SetUpShells(model);
+    model.QuadElements.assign(model.QuadConnectivity.size(), {});
+    for (std::size_t e = 0; e < model.QuadElements.size(); ++e) { SetUpQuad(model, e); }
+    model.TriElements.assign(model.TriConnectivity.size(), {});
+    for (std::size_t e = 0; e < model.TriElements.size(); ++e) { SetUpTri(model, e); }
     model.BeamElements.assign(model.BeamConnectivity.size(), {});
     for (std::size_t e = 0; e < model.BeamElements.size(); ++e) { SetUpBeam(model, e); }
 }

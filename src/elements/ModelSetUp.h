@@ -8,6 +8,10 @@
 
 namespace tarnvexo {
 
+// One shell from its connectivity and properties.
+void SetUpQuad(ModelStore& model, std::size_t e);
+void SetUpTri(ModelStore& model, std::size_t e);
+
 // One beam from its connectivity, properties and section reference. Of an unknown section type it stays as constructed.
 void SetUpBeam(ModelStore& model, std::size_t e);
 

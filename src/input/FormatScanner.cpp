@@ -59,7 +59,8 @@ bool AtDigit(const Rest& text)
     return !text.Empty() && IsDigit(*text.at);
 }
 
-bool ReadInteger(Rest& text, int& value)
+// `odd`: set when the value is not what the text says.
+bool ReadInteger(Rest& text, int& value, bool& odd)
 {
     const bool negative = TakeSign(text);
     const char* digits = text.at;
@@ -77,6 +78,7 @@ bool ReadInteger(Rest& text, int& value)
         magnitude = clamped ? largest + std::uint64_t(negative) : 10 * magnitude + digit;
     }
     value = std::int32_t(std::uint32_t(negative ? 0 - magnitude : magnitude));
+    odd = odd || magnitude > std::uint64_t(std::numeric_limits<int>::max()) + std::uint64_t(negative);
     return true;
 }
 
@@ -176,7 +178,7 @@ bool TakeNumberCharacters(Rest& text)
 }
 
 // Every form of a number: fscanf first gathers what looks like one, then converts it.
-bool ReadAnyNumber(Rest& text, double& value)
+bool ReadAnyNumber(Rest& text, double& value, bool& odd)
 {
     const char* begin = text.at;
     TakeSign(text);
@@ -203,12 +205,13 @@ bool ReadAnyNumber(Rest& text, double& value)
         return false; // "." alone
     }
     value = result;
+    odd = odd || converted != number.c_str() + number.size();
     return true;
 }
 
-bool ReadNumber(Rest& text, double& value)
+bool ReadNumber(Rest& text, double& value, bool& odd)
 {
-    return ReadPlainNumber(text, value) || ReadDecimalNumber(text, value) || ReadAnyNumber(text, value);
+    return ReadPlainNumber(text, value) || ReadDecimalNumber(text, value) || ReadAnyNumber(text, value, odd);
 }
 
 } // namespace
@@ -226,11 +229,11 @@ ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
                 text.at = SkipSpace(text.at, text.end);
             }
             const char* fieldBegin = text.at;
-            bool stored = false;
+            bool stored = false, odd = false;
             if (*f == 'd') {
-                stored = ReadInteger(text, *static_cast<int*>(target.destination));
+                stored = ReadInteger(text, *static_cast<int*>(target.destination), odd);
             } else if (*f == 'l') {
-                stored = ReadNumber(text, *static_cast<double*>(target.destination));
+                stored = ReadNumber(text, *static_cast<double*>(target.destination), odd);
                 ++f; // the "f" of "%lf"
             } else if (!text.Empty()) {
                 *static_cast<char*>(target.destination) = *text.at++;
@@ -240,6 +243,9 @@ ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
                 result.expected = conversion;
                 result.stoppedAt = std::size_t(fieldBegin - begin);
                 break;
+            }
+            if (odd) {
+                result.oddField = result.stored;
             }
             result.fieldBegin[result.stored++] = std::size_t(fieldBegin - begin);
         } else if (IsSpace(*f)) {

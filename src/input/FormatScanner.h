@@ -41,9 +41,11 @@ inline const char* SkipSpace(const char* at, const char* end)
 }
 
 struct ScanResult {
-    const char* expected = nullptr;        // where in the format the scan stopped; nullptr: the whole format matched
-    std::size_t stoppedAt = 0;             // position in the text of what did not match
-    int stored = 0;                        // destinations that got a value
+    const char* expected = nullptr; // where in the format the scan stopped; nullptr: the whole format matched
+    std::size_t stoppedAt = 0;      // position in the text of what did not match
+    int stored = 0;                 // destinations that got a value
+    // The last of these that is not what the text says: an integer beyond int, an unfinished number as "1e+"; -1: none.
+    int oddField = -1;
     std::size_t fieldBegin[MaxScanFields]; // position in the text of each stored value
 
     bool Matched() const { return expected == nullptr; }
@@ -83,6 +85,9 @@ public:
 
     // Consumes through the next line feed, as "%c" repeated until it has read one. False: the text ended before.
     bool SkipLine();
+
+    // Goes on at a position of the text.
+    void Seek(std::size_t position) { at = begin + position; }
 
     std::size_t Position() const { return std::size_t(at - begin); }
     std::size_t BytesLeft() const { return std::size_t(end - at); }

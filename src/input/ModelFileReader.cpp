@@ -4,9 +4,9 @@
 #include "core/Messages.h"
 #include "core/ModelFileFormats.h"
 #include "elements/ModelSetUp.h"
-#include "elements/ShellSetUp.h"
 #include "input/FileText.h"
 #include "input/FormatScanner.h"
+#include "input/ModelTables.h"
 #include "input/ScanDiagnostics.h"
 #include "platform/Platform.h"
 
@@ -17,23 +17,6 @@
 namespace tarnvexo {
 
 namespace {
-
-// A table of the model as messages speak of it; count and its place in the file are known once it has been read.
-struct Table {
-    const char* record;
-    const char* records;
-    const char* key;
-    int count = 0;
-    std::size_t countPosition = 0;
-};
-
-// Room for `count` records that are then appended one by one: each is written once, into pages that are ready.
-template <class Record> void Reserve(std::vector<Record>& table, int count)
-{
-    table.clear();
-    table.reserve(std::size_t(count));
-    platform::PreferLargePages(table.data(), sizeof(Record) * std::size_t(count));
-}
 
 class ModelTextReader {
 public:
@@ -77,7 +60,7 @@ private:
     bool NodesInTable(const std::array<int, NodeCount>& nodes, const ScanResult& scan, const RecordName& user);
     bool BeamIndicesInTables(int materialIndex, const BeamSectionRef& section, const ScanResult& scan,
                              const RecordName& name);
-    bool Fault(const ModelFault& found);
+    bool Fault(const TextFault& found);
 
     ModelStore& model;
     NamedText source;
@@ -85,20 +68,20 @@ private:
     ScanWarnings warnings;
     std::string fault;
 
-    Table materials = {"material", "materials", "NMT"};
-    Table thicknesses = {"thickness", "thicknesses", "NTK"};
-    Table tSections = {"T section", "T sections", "NTBS"};
-    Table lSections = {"L section", "L sections", "NLBS"};
-    Table cSections = {"C section", "C sections", "NCBS"};
-    Table nodes = {"node", "nodes", "NPOIN"};
-    Table quads = {"four-node shell", "four-node shells", "NELEM_S_4ND"};
-    Table tris = {"three-node shell", "three-node shells", "NELEM_S_3ND"};
-    Table beams = {"beam", "beams", "NELEM_B"};
-    Table restraints = {"restraint", "restraints", "NRN"};
-    Table forces = {"force", "forces", "NFOR"};
-    Table quadLoads = {"four-node shell load", "four-node shell loads", "NDL_S_4ND"};
-    Table triLoads = {"three-node shell load", "three-node shell loads", "NDL_S_3ND"};
-    Table beamLoads = {"beam load", "beam loads", "NDL_B"};
+    Table materials = ModelTables[Materials];
+    Table thicknesses = ModelTables[Thicknesses];
+    Table tSections = ModelTables[TSections];
+    Table lSections = ModelTables[LSections];
+    Table cSections = ModelTables[CSections];
+    Table nodes = ModelTables[Nodes];
+    Table quads = ModelTables[Quads];
+    Table tris = ModelTables[Tris];
+    Table beams = ModelTables[Beams];
+    Table restraints = ModelTables[Restraints];
+    Table forces = ModelTables[Forces];
+    Table quadLoads = ModelTables[QuadLoads];
+    Table triLoads = ModelTables[TriLoads];
+    Table beamLoads = ModelTables[BeamLoads];
 };
 
 ModelReading ModelTextReader::Read()
@@ -203,7 +186,7 @@ bool ModelTextReader::ReadNodes()
     if (!ReadCount(formats::NodeCount, formats::ShortestNode, nodes, model.NPOIN)) {
         return false;
     }
-    Reserve(model.NodeCoordinates, model.NPOIN);
+    Reserve(model.NodeCoordinates, std::size_t(model.NPOIN));
     int label = 0;
     for (int n = 0; n < model.NPOIN; ++n) {
         Vector3& node = model.NodeCoordinates.emplace_back();
@@ -217,9 +200,9 @@ bool ModelTextReader::ReadQuads()
     if (!ReadCount(formats::QuadCount, formats::ShortestQuad, quads, model.NELEM_S_4ND)) {
         return false;
     }
-    Reserve(model.QuadElements, model.NELEM_S_4ND);
-    Reserve(model.QuadConnectivity, model.NELEM_S_4ND);
-    Reserve(model.QuadProperties, model.NELEM_S_4ND);
+    Reserve(model.QuadElements, std::size_t(model.NELEM_S_4ND));
+    Reserve(model.QuadConnectivity, std::size_t(model.NELEM_S_4ND));
+    Reserve(model.QuadProperties, std::size_t(model.NELEM_S_4ND));
     int label = 0, materialIndex = 0, thicknessIndex = 0;
     for (int e = 0; e < model.NELEM_S_4ND; ++e) {
         const RecordName name = {quads.record, e};
@@ -232,13 +215,8 @@ bool ModelTextReader::ReadQuads()
             return false;
         }
         model.QuadProperties.push_back({materialIndex, thicknessIndex});
-        Vector3 coordinates[QuadNodeCount];
-        for (int i = 0; i < QuadNodeCount; ++i) {
-            coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
-        }
-        const Material& material = model.Materials[std::size_t(materialIndex)];
-        QuadShellSetUp(model.QuadElements.emplace_back(), coordinates, QuadNodeCount, material.E, material.Mu,
-                       material.Density, model.Thicknesses[std::size_t(thicknessIndex)]);
+        model.QuadElements.emplace_back();
+        SetUpQuad(model, std::size_t(e));
     }
     return true;
 }
@@ -248,9 +226,9 @@ bool ModelTextReader::ReadTris()
     if (!ReadCount(formats::TriCount, formats::ShortestTri, tris, model.NELEM_S_3ND)) {
         return false;
     }
-    Reserve(model.TriElements, model.NELEM_S_3ND);
-    Reserve(model.TriConnectivity, model.NELEM_S_3ND);
-    Reserve(model.TriProperties, model.NELEM_S_3ND);
+    Reserve(model.TriElements, std::size_t(model.NELEM_S_3ND));
+    Reserve(model.TriConnectivity, std::size_t(model.NELEM_S_3ND));
+    Reserve(model.TriProperties, std::size_t(model.NELEM_S_3ND));
     int label = 0, materialIndex = 0, thicknessIndex = 0;
     for (int e = 0; e < model.NELEM_S_3ND; ++e) {
         const RecordName name = {tris.record, e};
@@ -263,40 +241,21 @@ bool ModelTextReader::ReadTris()
             return false;
         }
         model.TriProperties.push_back({materialIndex, thicknessIndex});
-        Vector3 coordinates[TriNodeCount];
-        for (int i = 0; i < TriNodeCount; ++i) {
-            coordinates[i] = model.NodeCoordinates[std::size_t(corners[std::size_t(i)])];
-        }
-        const Material& material = model.Materials[std::size_t(materialIndex)];
-        TriShellSetUp(model.TriElements.emplace_back(), coordinates, TriNodeCount, material.E, material.Mu,
-                      model.Thicknesses[std::size_t(thicknessIndex)], material.Density);
+        model.TriElements.emplace_back();
+        SetUpTri(model, std::size_t(e));
     }
     return true;
 }
-
-// Positions of the conversions of formats::Beam.
-enum BeamField {
-    BeamNode1,
-    BeamNode2,
-    BeamVx,
-    BeamVy,
-    BeamVz,
-    BeamMaterial,
-    BeamType,
-    BeamIndex,
-    BeamOz,
-    BeamMirrored
-};
 
 bool ModelTextReader::ReadBeams()
 {
     if (!ReadCount(formats::BeamCount, formats::ShortestBeam, beams, model.NELEM_B)) {
         return false;
     }
-    Reserve(model.BeamElements, model.NELEM_B);
-    Reserve(model.BeamConnectivity, model.NELEM_B);
-    Reserve(model.BeamSectionRefs, model.NELEM_B);
-    Reserve(model.BeamProperties, model.NELEM_B);
+    Reserve(model.BeamElements, std::size_t(model.NELEM_B));
+    Reserve(model.BeamConnectivity, std::size_t(model.NELEM_B));
+    Reserve(model.BeamSectionRefs, std::size_t(model.NELEM_B));
+    Reserve(model.BeamProperties, std::size_t(model.NELEM_B));
     int label = 0, materialIndex = 0, mirrored = 0;
     Vector3 orientation = {};
     for (int e = 0; e < model.NELEM_B; ++e) {
@@ -461,22 +420,8 @@ bool ModelTextReader::ReadCount(const char* format, std::size_t shortestRecord, 
 bool ModelTextReader::OutsideTable(int index, const Table& table, const ScanResult& scan, int field,
                                    const RecordName& user)
 {
-    const std::string count = std::to_string(table.count);
-    std::string size = Joined({count, " ", table.records});
-    std::string range = Joined({"a ", table.record, " number from 0 to ", std::to_string(table.count - 1)});
-    if (table.count == 0) {
-        size = Joined({"no ", table.records});
-        range = Joined({"a model that has ", table.records});
-    } else if (table.count == 1) {
-        size = Joined({"1 ", table.record});
-        range = Joined({"0, the number of the only ", table.record});
-    }
-    const std::size_t countLine = PlaceInText(source.text, table.countPosition).line;
-    return Fault(
-        {field < scan.stored ? scan.fieldBegin[field] : scan.stoppedAt,
-         Joined({NameOf(user), " uses ", table.record, " ", std::to_string(index), ", but the model has ", size}),
-         Joined({range, " (", table.key, "=", count, ", line ", std::to_string(countLine), ")"}),
-         Joined({"correct the number, or add the ", table.records, " and raise ", table.key})});
+    const std::size_t position = field < scan.stored ? scan.fieldBegin[field] : scan.stoppedAt;
+    return Fault(tarnvexo::OutsideTable(source.text, table, index, position, user));
 }
 
 // The nodes are the first conversions of the scan.
@@ -492,7 +437,7 @@ bool ModelTextReader::NodesInTable(const std::array<int, NodeCount>& indices, co
     return true;
 }
 
-bool ModelTextReader::Fault(const ModelFault& found)
+bool ModelTextReader::Fault(const TextFault& found)
 {
     fault = FaultMessage(source, found);
     return false;
@@ -505,26 +450,17 @@ ModelReading ReadModelText(ModelStore& model, std::string_view text, const char*
     return ModelTextReader(model, text, fileName).Read();
 }
 
-std::optional<ModelReading> TryReadModelFile(ModelStore& model, const char* fileName)
+void ReadModelFile(ModelStore& model, const char* fileName)
 {
     const FileText file(fileName);
     if (!file.IsRead()) {
-        return std::nullopt;
-    }
-    return ReadModelText(model, file.Bytes(), fileName);
-}
-
-void ReadModelFile(ModelStore& model, const char* fileName)
-{
-    const std::optional<ModelReading> attempt = TryReadModelFile(model, fileName);
-    if (!attempt) {
         Warn(std::string(fileName) + ": error: the model file cannot be read: " + std::strerror(errno) +
              "\n"
              "  expected: a readable file of this name in the current directory\n"
              "  to do:    change to the directory of the model and start the program there");
         FailWithPause(messages::PreprocessorFileError);
     }
-    const ModelReading& reading = *attempt;
+    const ModelReading reading = ReadModelText(model, file.Bytes(), fileName);
     std::fputs(reading.warnings.c_str(), stderr);
     switch (reading.end) {
     case ModelReading::End::Complete:

@@ -12,7 +12,6 @@
 
 #include "core/ModelStore.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -30,9 +29,6 @@ struct ModelReading {
 // Fills the model from a text in memory. Writes and ends nothing. After another end than Complete the model is filled
 // only in part.
 ModelReading ReadModelText(ModelStore& model, std::string_view text, const char* fileName);
-
-// Fills the model from a file. Without value: the file cannot be read, errno tells why.
-std::optional<ModelReading> TryReadModelFile(ModelStore& model, const char* fileName);
 
 // Fills the model from a file. Warnings go to standard error; every other end than Complete ends the process.
 void ReadModelFile(ModelStore& model, const char* fileName);

@@ -1,7 +1,7 @@
 // input/ScanDiagnostics.h
 // Messages about a model file, for standard error: warnings of one line for scans that did not match, and the error
 // that ends a run. Lines and columns count from 1, columns in bytes; they are worked out only when there is a message.
-// Bytes of the file other than printable ASCII are shown as "?", so that marks stay under what they mark.
+// In a warning of one line, bytes of the file other than printable ASCII are shown as "?".
 #pragma once
 
 #include "input/FormatScanner.h"
@@ -34,7 +34,7 @@ struct NamedText {
 };
 
 // Why a run cannot go on: where, what, what was expected there, what the user can do.
-struct ModelFault {
+struct TextFault {
     std::size_t position;
     std::string what;
     std::string expected;
@@ -49,12 +49,18 @@ TextPlace PlaceInText(std::string_view text, std::size_t position);
 // "node 7", "NPOIN".
 std::string NameOf(const RecordName& record);
 
+// What a format asks for at the place where a scan stopped: "an integer", "\"E=\"".
+std::string ExpectedText(const char* format);
+
+// What stands at a position: the rest of its line in quotation marks, "the end of the line".
+std::string FoundText(std::string_view text, std::size_t position);
+
 // One line: "fem_solving.txt:12:4: warning: node 7: expected ",", found ";0.5"".
 std::string ScanWarning(const NamedText& source, const ScanResult& scan, const RecordName& record);
 
 // Five lines: place and fault, the line of the file, a mark under the fault, what was expected, what to do.
 // Without a line end behind the last.
-std::string FaultMessage(const NamedText& source, const ModelFault& fault);
+std::string FaultMessage(const NamedText& source, const TextFault& fault, const char* severity = "error");
 
 // The warnings of one reading.
 class ScanWarnings {

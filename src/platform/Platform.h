@@ -46,6 +46,12 @@ private:
     std::string_view bytes;
 };
 
+// Reads what cannot be mapped, a pipe or a device, to its end, or until goesOn(bytes so far, how many of them are new)
+// is false. False, with errno, when it cannot be read; ETIMEDOUT: nothing came for `silenceSeconds`, so that a pipe
+// that nobody writes into holds no run up (Windows: waits).
+using StreamJudge = bool (*)(std::string_view bytes, std::size_t newBytes);
+bool ReadStream(const char* path, int silenceSeconds, StreamJudge goesOn, std::string& bytes);
+
 // Starts a program of the current directory by its file name and waits until it ends.
 void RunProgram(const char* fileName);
 

@@ -115,6 +115,25 @@ MappedFile::~MappedFile()
 }
 
 // The command processor looks in the current directory first.
+bool ReadStream(const char* path, [[maybe_unused]] int silenceSeconds, StreamJudge goesOn, std::string& bytes)
+{
+    constexpr std::size_t piece = std::size_t(1) << 20;
+    std::FILE* const file = _wfopen(Utf8ToWide(path).c_str(), L"rb");
+    if (file == nullptr) {
+        return false;
+    }
+    std::size_t got = 0;
+    do {
+        const std::size_t size = bytes.size();
+        bytes.resize(size + piece);
+        got = std::fread(bytes.data() + size, 1, piece, file);
+        bytes.resize(size + got);
+    } while (got > 0 && goesOn(bytes, got));
+    const bool wasRead = std::ferror(file) == 0;
+    std::fclose(file);
+    return wasRead;
+}
+
 void RunProgram(const char* fileName)
 {
     std::system(("\"" + std::string(fileName) + "\"").c_str());

@@ -183,7 +183,7 @@ TEST(Solve, RefusesABeamOfAnUnknownSectionType)
     text.Beam({1, 2}, {0.0, 0.0, 1.0}, 0, 7, 0);
     const RunFailure failure = FailureOf(text);
     EXPECT_EQ(failure.exitCode, ExitBadModel);
-    EXPECT_EQ(std::string(failure.what()).find("model.txt: error: beam 1 has section type 7\n"), 0u) << failure.what();
+    EXPECT_EQ(std::string(failure.what()).find("model.txt:30:28: error: beam 1 has section type 7\n"), 0u) << failure.what();
 }
 
 TEST(Solve, RefusesAModelThatNoAccelerationBalances)
