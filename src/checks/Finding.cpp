@@ -26,6 +26,11 @@ void FindingCollector::Keep(Offender offender, double badness)
     }
 }
 
+void FindingCollector::Summarise(std::string summary)
+{
+    finding.summary = std::move(summary);
+}
+
 void FindingCollector::AppendTo(std::vector<Finding>& findings)
 {
     if (!IsOn() || finding.count == 0) {
