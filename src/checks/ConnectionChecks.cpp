@@ -167,22 +167,16 @@ std::string PatchText(const ModelStore& model, const ShellOrientation& orientati
 void TellOpposedNormals(const ModelStore& model, const RuleBook& rules, const ShellEdges& edges, Findings& findings)
 {
     FindingCollector collector(RuleId::OpposedNormals, rules);
-    bool any = false;
-    edges.ForEach([&](const ShellEdge& edge) { any = any || IsOpposed(edge); });
-    if (!any) {
+    const ShellOrientation orientation = FindOrientation(model, edges, collector.Limit());
+    if (orientation.opposed.empty()) {
         return;
     }
-    const ShellOrientation orientation = FindOrientation(model, edges);
     const auto patchSize = [&](int shell) { return orientation.patchSize[orientation.patch[shell]]; };
-    int smallest = -1;
-    edges.ForEach([&](const ShellEdge& edge) {
-        if (!IsOpposed(edge)) {
-            return;
-        }
+    int smallest = orientation.patch[orientation.opposed[0].uses[0].shell];
+    for (const ShellEdge& edge : orientation.opposed) {
         for (const EdgeUse& use : edge.uses) {
             const int patch = orientation.patch[use.shell];
-            const auto size = std::pair(patchSize(use.shell), patch);
-            if (smallest < 0 || size < std::pair(orientation.patchSize[smallest], smallest)) {
+            if (std::pair(patchSize(patch), patch) < std::pair(patchSize(smallest), smallest)) {
                 smallest = patch;
             }
         }
@@ -190,14 +184,16 @@ void TellOpposedNormals(const ModelStore& model, const RuleBook& rules, const Sh
         const int shell = edge.uses[turnFirst ? 0 : 1].shell, other = edge.uses[turnFirst ? 1 : 0].shell;
         const double badness = -patchSize(shell);
         if (collector.Adds(badness)) {
-            collector.Keep({ShellKind(model, shell), ShellPosition(model, shell), 0.0, EdgeMiddle(model, edge),
+            collector.Keep({ShellKind(model, shell), ShellPosition(model, shell), FoldAngle(model, edge),
+                            EdgeMiddle(model, edge),
                             "against " + ShellName(model, other) + " between " + EdgeName(edge.low, edge.high) +
                                 ", in a patch of " + Counted(patchSize(shell), "shell")},
                            badness);
         }
-    });
-    std::string summary = std::to_string(orientation.opposedPatches) + " patches of one orientation, the smallest of " +
-                          PatchText(model, orientation, smallest) +
+    }
+    std::string summary = std::to_string(orientation.opposedPatches) +
+                          (orientation.opposedPatches == 1 ? " patch" : " patches") +
+                          " of one orientation, the smallest of " + PatchText(model, orientation, smallest) +
                           "; to turn in all: " + Counted(orientation.shellsToTurn, "shell");
     if (orientation.twisted > 0) {
         summary +=

@@ -1,6 +1,9 @@
 #include "checks/ShellOrientation.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
 #include <numeric>
 #include <utility>
 
@@ -53,28 +56,51 @@ private:
     std::vector<int> path;
 };
 
+// Both shells run through the edge in the same direction.
+bool RunAlike(const ShellEdge& edge)
+{
+    return edge.uses[0].forward == edge.uses[1].forward;
+}
+
 } // namespace
 
-ShellOrientation FindOrientation(const ModelStore& model, const ShellEdges& edges)
+double FoldAngle(const ModelStore& model, const ShellEdge& edge)
 {
-    const int count = ShellCount(model);
+    const Vector3 one = ShellNormal(model, edge.uses[0].shell);
+    const Vector3 other = ShellNormal(model, edge.uses[1].shell);
+    // Run through in the same direction, a plane has opposite normals.
+    const double cosine = RunAlike(edge) ? -Dot(one, other) : Dot(one, other);
+    const double sine = Length(Cross(one, other));
+    return Length(one) > 0.0 && Length(other) > 0.0 ? std::atan2(sine, cosine) * 180.0 / std::numbers::pi
+                                                    : std::numeric_limits<double>::quiet_NaN();
+}
+
+ShellOrientation FindOrientation(const ModelStore& model, const ShellEdges& edges, double sharpestFold)
+{
     ShellOrientation found;
+    edges.ForEach([&](const ShellEdge& edge) {
+        if (JoinsTwoShells(edge) && RunAlike(edge) && FoldAngle(model, edge) <= sharpestFold) {
+            found.opposed.push_back(edge);
+        }
+    });
+    if (found.opposed.empty()) {
+        return found;
+    }
 
     // Patches first, so that what is not mended is counted at opposed edges only.
+    const int count = ShellCount(model);
     Sides patches(count), panels(count);
     edges.ForEach([&](const ShellEdge& edge) {
-        if (JoinsTwoShells(edge) && !IsOpposed(edge)) {
+        if (JoinsTwoShells(edge) && !RunAlike(edge) && FoldAngle(model, edge) <= sharpestFold) {
             patches.Join(edge.uses[0].shell, edge.uses[1].shell, false);
             panels.Join(edge.uses[0].shell, edge.uses[1].shell, false);
         }
     });
     std::vector<char> isOpposed(count, false); // by the patch's lowest shell
-    edges.ForEach([&](const ShellEdge& edge) {
-        if (IsOpposed(edge)) {
-            found.twisted += !panels.Join(edge.uses[0].shell, edge.uses[1].shell, true);
-            for (const EdgeUse& use : edge.uses) { isOpposed[patches.Find(use.shell)] = true; }
-        }
-    });
+    for (const ShellEdge& edge : found.opposed) {
+        found.twisted += !panels.Join(edge.uses[0].shell, edge.uses[1].shell, true);
+        for (const EdgeUse& use : edge.uses) { isOpposed[patches.Find(use.shell)] = true; }
+    }
 
     found.patch.resize(count);
     found.patchSize.assign(count, 0);

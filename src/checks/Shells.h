@@ -49,6 +49,15 @@ inline double ShellDensity(const ModelStore& model, int shell)
     return model.Materials[ShellProperty(model, shell).material].Density;
 }
 
+// Across the shell, on the side from which its nodes run counter-clockwise; its length is twice the area. Of a warped
+// quadrilateral, across both diagonals.
+inline Vector3 ShellNormal(const ModelStore& model, int shell)
+{
+    const std::span<const int> nodes = ShellNodes(model, shell);
+    const auto X = [&](std::size_t i) -> const Vector3& { return model.NodeCoordinates[nodes[i]]; };
+    return nodes.size() == 3 ? Cross(X(1) - X(0), X(2) - X(0)) : Cross(X(2) - X(0), X(3) - X(1));
+}
+
 // "quad" or "tri", as in an Offender.
 inline const char* ShellKind(const ModelStore& model, int shell)
 {
