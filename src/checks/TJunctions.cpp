@@ -3,8 +3,10 @@
 #include "core/Parallel.h"
 
 #include <algorithm>
+#include <cmath>
 #include <mutex>
 #include <tuple>
+#include <utility>
 
 namespace tarnvexo {
 
@@ -24,6 +26,9 @@ public:
     }
 
     double EdgeLength() const { return length; }
+
+    // Without length, or with ends that are nowhere, nothing lies between them.
+    bool HasInside() const { return length > 0.0 && std::isfinite(length); }
 
     // found(point, distance) for the nodes between the ends.
     template <class Found> void In(const NodeTree& tree, Found found) const
@@ -83,12 +88,6 @@ private:
     double length, radius;
 };
 
-// The edge whose ends are known by their leaders.
-struct PlacedEdge {
-    int lowPlace, highPlace;
-    ShellEdge edge;
-};
-
 class Search {
 public:
     Search(const ModelStore& model, const NodeTree& tree, double limit) : model(model), tree(tree), limit(limit) {}
@@ -96,6 +95,9 @@ public:
     void Along(const ShellEdge& edge, std::vector<TJunction>& found)
     {
         const EdgeSearch search(model.NodeCoordinates[edge.low], model.NodeCoordinates[edge.high], limit);
+        if (!search.HasInside()) {
+            return;
+        }
         near.clear();
         search.In(tree, [&](const NodeTree::Point& point, double distance) {
             near.push_back({point.node, edge.low, edge.high, edge.uses[0].shell, search.EdgeLength(), distance});
@@ -131,6 +133,50 @@ private:
     std::vector<TJunction> near;
 };
 
+// Edges with an end where nodes coincide: the first of those between the same two places.
+class PlacedEdges {
+public:
+    PlacedEdges(const ModelStore& model, const ShellEdges& edges, const CoincidentNodes& coincident)
+        : isShared(model.NPOIN, false)
+    {
+        if (!coincident.any) {
+            return;
+        }
+        for (int n = 0; n < model.NPOIN; ++n) {
+            if (coincident.leader[n] != n) {
+                isShared[n] = isShared[coincident.leader[n]] = true;
+            }
+        }
+        std::vector<Placed> placed;
+        edges.ForEach([&](const ShellEdge& edge) {
+            if (Holds(edge)) {
+                const auto [low, high] = std::minmax(coincident.leader[edge.low], coincident.leader[edge.high]);
+                placed.push_back({low, high, edge});
+            }
+        });
+        const auto places = [](const Placed& one) { return std::pair(one.lowPlace, one.highPlace); };
+        std::stable_sort(placed.begin(), placed.end(),
+                         [&](const Placed& a, const Placed& b) { return places(a) < places(b); });
+        for (std::size_t i = 0; i < placed.size(); ++i) {
+            if (i == 0 || places(placed[i]) != places(placed[i - 1])) {
+                first.push_back(placed[i].edge);
+            }
+        }
+    }
+
+    bool Holds(const ShellEdge& edge) const { return isShared[edge.low] || isShared[edge.high]; }
+    const std::vector<ShellEdge>& First() const { return first; }
+
+private:
+    struct Placed {
+        int lowPlace, highPlace; // the leaders of its ends
+        ShellEdge edge;
+    };
+
+    std::vector<char> isShared; // [NPOIN] there is another node at its place
+    std::vector<ShellEdge> first;
+};
+
 } // namespace
 
 std::vector<TJunction> FindTJunctions(const ModelStore& model, const ShellEdges& edges, const NodeTree& tree,
@@ -140,38 +186,8 @@ std::vector<TJunction> FindTJunctions(const ModelStore& model, const ShellEdges&
     if (tree.IsEmpty()) {
         return found;
     }
+    const PlacedEdges placed(model, edges, coincident);
     std::mutex foundMutex;
-    const auto isAlone = [&](int node) { return coincident.leader[node] == node; };
-    std::vector<char> isLeader(model.NPOIN, false);
-    for (int n = 0; n < model.NPOIN; ++n) {
-        if (!isAlone(n)) {
-            isLeader[coincident.leader[n]] = true;
-        }
-    }
-
-    // Edges with an end where nodes coincide, once for each pair of places. All others are searched for as they come.
-    std::vector<PlacedEdge> placed;
-    const auto isPlaced = [&](const ShellEdge& edge) {
-        return !isAlone(edge.low) || !isAlone(edge.high) || isLeader[edge.low] || isLeader[edge.high];
-    };
-    if (coincident.any) {
-        edges.ForEach([&](const ShellEdge& edge) {
-            if (isPlaced(edge)) {
-                const auto [low, high] = std::minmax(coincident.leader[edge.low], coincident.leader[edge.high]);
-                placed.push_back({low, high, edge});
-            }
-        });
-        const auto key = [](const PlacedEdge& e) {
-            return std::tuple(e.lowPlace, e.highPlace, e.edge.low, e.edge.high);
-        };
-        std::sort(placed.begin(), placed.end(),
-                  [&](const PlacedEdge& a, const PlacedEdge& b) { return key(a) < key(b); });
-        const auto samePlaces = [](const PlacedEdge& a, const PlacedEdge& b) {
-            return a.lowPlace == b.lowPlace && a.highPlace == b.highPlace;
-        };
-        placed.erase(std::unique(placed.begin(), placed.end(), samePlaces), placed.end());
-    }
-
     const auto searchRanges = [&](std::size_t count, auto searchRange) {
         ParallelFor(count, NodesPerRange, [&](std::size_t begin, std::size_t end) {
             Search search(model, tree, limit);
@@ -184,14 +200,14 @@ std::vector<TJunction> FindTJunctions(const ModelStore& model, const ShellEdges&
     searchRanges(std::size_t(model.NPOIN),
                  [&](Search& search, std::size_t begin, std::size_t end, std::vector<TJunction>& ofRange) {
                      edges.ForEach(int(begin), int(end), [&](const ShellEdge& edge) {
-                         if (!isPlaced(edge)) {
+                         if (!placed.Holds(edge)) {
                              search.Along(edge, ofRange);
                          }
                      });
                  });
-    searchRanges(placed.size(),
+    searchRanges(placed.First().size(),
                  [&](Search& search, std::size_t begin, std::size_t end, std::vector<TJunction>& ofRange) {
-                     for (std::size_t e = begin; e < end; ++e) { search.Along(placed[e].edge, ofRange); }
+                     for (std::size_t e = begin; e < end; ++e) { search.Along(placed.First()[e], ofRange); }
                  });
 
     // The order in which ranges ended does not matter from here on.

@@ -2,6 +2,7 @@
 
 #include "support/MeshBuilder.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
@@ -118,6 +119,17 @@ TEST(TJunctions, NodeWithoutElementIsNone)
     MeshBuilder mesh = Coarse();
     mesh.AddNode({1.0, 0.0, 0.0});
     EXPECT_TRUE(JunctionsOf(mesh.Model()).empty());
+}
+
+TEST(TJunctions, EdgeWithoutLengthOrPlaceHasNone)
+{
+    ModelStore model = Refined(0.0);
+    model.NodeCoordinates[1] = model.NodeCoordinates[0];
+    EXPECT_TRUE(JunctionsOf(model).empty());
+    model.NodeCoordinates[1] = {std::nan(""), 0.0, 0.0};
+    EXPECT_TRUE(JunctionsOf(model).empty());
+    model.NodeCoordinates[1] = {INFINITY, 0.0, 0.0};
+    EXPECT_TRUE(JunctionsOf(model).empty());
 }
 
 // A ten-thousandth of the long edge is a hundred elements of the fine mesh beside it: only those on the edge count.
