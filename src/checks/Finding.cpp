@@ -37,6 +37,11 @@ void FindingCollector::Merge(FindingCollector&& later)
     finding.count = count;
 }
 
+void FindingCollector::Summarise(std::string summary)
+{
+    finding.summary = std::move(summary);
+}
+
 void FindingCollector::AppendTo(std::vector<Finding>& findings)
 {
     if (!IsOn() || finding.count == 0) {
