@@ -25,15 +25,10 @@ void AddMessage(Severity severity, const std::string& text, CheckReport& report)
 }
 
 // False: there is no model to look at, and a message says why.
-bool Read(ModelStore& model, CheckReport& report)
+bool Read(ModelStore& model, const RuleBook& rules, CheckReport& report)
 {
-    try {
-        LoadModel(model, report.modelFile);
-    } catch (const RunFailure& failure) {
-        if (failure.exitCode != ExitBadModel) {
-            throw;
-        }
-        AddMessage(Severity::Error, failure.what(), report);
+    report.reading = TryLoadModel(model, report.modelFile, rules);
+    if (!report.reading.IsUsable()) {
         return false;
     }
     const std::string fault = ModelFault(model, report.modelFile);
@@ -61,8 +56,11 @@ void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
     if (loads.fault.empty()) {
         report.balance = loads.sheet;
     }
+    AddFindings(loads.findings, report.findings);
     AddMessage(Severity::Error, loads.fault, report);
-    for (const std::string& warning : loads.warnings) { AddMessage(Severity::Warning, warning, report); }
+    if (!loads.sheet.aboutLine.empty()) {
+        AddMessage(Severity::Warning, report.modelFile + ": warning: " + loads.sheet.aboutLine, report);
+    }
 }
 
 } // namespace
@@ -76,7 +74,7 @@ CheckReport Check(const CheckOptions& options, const ProgressListener& listener)
 
     clock.Next(); // read
     ModelStore model;
-    report.isRead = Read(model, report);
+    report.isRead = Read(model, options.rules, report);
     if (report.isRead) {
         model.EquationCount = DofsPerNode * model.NPOIN;
         report.counts = CountsOf(model);
@@ -98,7 +96,8 @@ CheckReport Check(const CheckOptions& options, const ProgressListener& listener)
 int CountOf(const CheckReport& report, Severity severity)
 {
     const auto isOfIt = [severity](const auto& one) { return one.severity == severity; };
-    return static_cast<int>(std::count_if(report.findings.begin(), report.findings.end(), isOfIt) +
+    return static_cast<int>(report.reading.CountOf(severity) +
+                            std::count_if(report.findings.begin(), report.findings.end(), isOfIt) +
                             std::count_if(report.messages.begin(), report.messages.end(), isOfIt));
 }
 

@@ -5,6 +5,7 @@
 
 #include "app/SolveReport.h"
 #include "checks/Finding.h"
+#include "input/SourceDiagnostics.h"
 
 #include <optional>
 #include <string>
@@ -18,7 +19,7 @@ struct CheckOptions {
 };
 
 // A complete message, of one or several lines and without a line end behind it, about what no rule of the model checks
-// finds: the text of the file, a model without elements, loads that nothing balances.
+// finds: a model without elements, loads that nothing balances.
 struct CheckMessage {
     Severity severity = Severity::Error;
     std::string text;
@@ -26,9 +27,10 @@ struct CheckMessage {
 
 struct CheckReport {
     std::string modelFile;
-    bool isRead = false;                 // without it there are messages and nothing else
+    StrictReading reading;               // what is to be said of the text of the file
+    bool isRead = false;                 // without it there are reading and messages and nothing else
     ModelCounts counts;                  // of the file
-    std::vector<CheckMessage> messages;  // those of the reader, of the model as a whole, of its balance
+    std::vector<CheckMessage> messages;  // about the model as a whole and its balance
     std::vector<Finding> findings;       // in the order of RuleId
     std::vector<PartReport> parts;       // empty where elements are too bad to tell
     std::optional<BalanceSheet> balance; // the exact one, where the loads have it
@@ -37,7 +39,7 @@ struct CheckReport {
     double peakMemoryGigabytes = 0.0;
 };
 
-// Findings and messages of a severity. Without errors the model can be solved.
+// What reading, rules and messages have of a severity. Without errors the model can be solved.
 int CountOf(const CheckReport& report, Severity severity);
 
 } // namespace tarnvexo

@@ -66,28 +66,4 @@ std::vector<double> LoadSizesOfParts(const ModelStore& model, const FreeParts& f
     return sizes;
 }
 
-std::vector<std::string> SupportWarnings(const FreeParts& free, const LoadSizes& applied, const std::string& modelFile)
-{
-    std::vector<std::string> warnings;
-    if (applied.forces == 0.0 && applied.moments == 0.0) {
-        return warnings;
-    }
-    for (int part = 0; part < free.parts.count; ++part) {
-        const PartMotions& motions = free.motions[part];
-        const int held = RigidMotionCount - static_cast<int>(motions.free.size());
-        if (motions.restrainedDofs <= held) {
-            continue;
-        }
-        char text[600];
-        std::snprintf(text, sizeof text,
-                      "%s: warning: %d directions of part %d of %d are restrained where %d hold it, but the loads are\n"
-                      "  balanced by inertia, not by supports\n"
-                      "  expected: a structure that floats, flies or hangs free, held in position by six directions\n"
-                      "  to do:    do not use these results for a structure that stands on its supports",
-                      modelFile.c_str(), motions.restrainedDofs, part + 1, free.parts.count, held);
-        warnings.push_back(text);
-    }
-    return warnings;
-}
-
 } // namespace tarnvexo

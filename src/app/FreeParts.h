@@ -31,8 +31,4 @@ std::vector<PartReport> ReportParts(const FreeParts& free, DisplacementKind disp
 // forces' arms, divided by its size.   force
 std::vector<double> LoadSizesOfParts(const ModelStore& model, const FreeParts& free);
 
-// Parts with more restrained directions than rigid motions: balanced loads leave such supports next to nothing to
-// carry, so a structure that stands on the ground comes out wrong. Empty without loads.
-std::vector<std::string> SupportWarnings(const FreeParts& free, const LoadSizes& applied, const std::string& modelFile);
-
 } // namespace tarnvexo

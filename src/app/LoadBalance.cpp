@@ -61,19 +61,9 @@ BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile,
         result.fault = BalanceWarning(model, applied, modelFile.c_str());
         return result;
     }
-    for (const std::string& warning : SupportWarnings(result.free, applied, modelFile)) {
-        result.warnings.push_back(warning);
-    }
-    FindFloatingParts(model, result.free, kind, rules, result.findings);
+    FindFloatingParts(model, result.free, rules, result.findings);
     FindUnbalancedParts(model, result.free, appliedByPart, applied.forces, kind, rules, result.findings);
-    for (const Finding& finding : result.findings) {
-        const std::string text = PartFindingText(finding, result.free.parts.count, modelFile);
-        if (finding.severity == Severity::Error) {
-            result.fault += (result.fault.empty() ? "" : "\n") + text;
-        } else if (finding.severity == Severity::Warning) {
-            result.warnings.push_back(text);
-        }
-    }
+    FindSupportsInBalance(result.free, applied, rules, result.findings);
     return result;
 }
 

@@ -16,9 +16,8 @@ struct BalancedLoads {
     std::vector<NodeInertia> shellInertia;
     BalanceSheet sheet;
     FreeParts free;
-    std::vector<Finding> findings; // about parts (app/PartFindings); errors are in fault too, warnings in warnings
-    std::vector<std::string> warnings;
-    std::string fault; // why the model cannot be solved, a complete message; empty: it can
+    std::vector<Finding> findings; // about parts (app/PartFindings)
+    std::string fault;             // why there is no balance, a complete message; empty: there is one
 };
 
 // Fills GLOAD. The origin stands at the structure's centroid. The exact way leaves out loads on nodes without elements:

@@ -36,13 +36,18 @@ std::string ErrorText(const Finding& finding, const std::string& modelFile)
 {
     const Rule& rule = RuleOf(finding.rule);
     const bool hasLimit = finding.limit != NoLimit;
-    std::string text = modelFile + ": error: [" + rule.name + "] " + std::to_string(finding.count) + " " + rule.finding;
-    const std::size_t named = std::min(finding.worst.size(), NamedInMessage);
+    std::string text =
+        modelFile + ": error: " + std::to_string(finding.count) + " " + rule.finding + " [" + rule.name + "]";
+    const bool areParts = !finding.worst.empty() && std::string_view(finding.worst.front().kind) == "part";
+    const std::size_t named = areParts ? finding.worst.size() : std::min(finding.worst.size(), NamedInMessage);
     for (std::size_t i = 0; i < named; ++i) {
         text += (i == 0 ? "\n  there:    " : "\n            ") + OffenderText(finding.worst[i], hasLimit);
     }
     if (finding.count > static_cast<std::int64_t>(named) && named > 0) {
         text += "\n            and " + std::to_string(finding.count - static_cast<std::int64_t>(named)) + " more";
+    }
+    if (!finding.summary.empty()) {
+        text += "\n  in all:   " + finding.summary;
     }
     text += "\n  expected: none";
     if (hasLimit) {
@@ -55,8 +60,12 @@ std::string ErrorText(const Finding& finding, const std::string& modelFile)
 
 RuleBook RulesForSolving(RuleBook rules, BalanceKind balance)
 {
-    if (balance == BalanceKind::Classic && !rules.IsSeveritySet(RuleId::UnstiffenedLoad)) {
-        rules.SetSeverity(RuleId::UnstiffenedLoad, Severity::Warning);
+    if (balance == BalanceKind::Classic) {
+        for (const RuleId id : {RuleId::UnstiffenedLoad, RuleId::FloatingPart}) {
+            if (!rules.IsSeveritySet(id)) {
+                rules.SetSeverity(id, Severity::Warning);
+            }
+        }
     }
     for (std::size_t i = 0; i < RuleCount; ++i) {
         const RuleId id = static_cast<RuleId>(i);
@@ -98,6 +107,18 @@ std::string FindingsFault(const std::vector<Finding>& findings, const std::strin
         }
     }
     return fault;
+}
+
+void AddFindings(const std::vector<Finding>& more, std::vector<Finding>& findings)
+{
+    findings.insert(findings.end(), more.begin(), more.end());
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](const Finding& one, const Finding& other) { return one.rule < other.rule; });
+}
+
+std::string JoinedMessages(const std::string& one, const std::string& other)
+{
+    return one + (one.empty() || other.empty() ? "" : "\n") + other;
 }
 
 } // namespace tarnvexo

@@ -11,7 +11,7 @@
 namespace tarnvexo {
 
 // The rules before solving. Notes are not looked for. The classic balance counts loads on nodes without elements, as
-// the console run does: there they are a warning, unless the user has set their severity.
+// the console run does, and holds parts that float: there both are a warning, unless the user has set their severity.
 RuleBook RulesForSolving(RuleBook rules, BalanceKind balance);
 
 // No error among them says that an element has neither stiffness nor mass, or no direction: only then can parts, mass
@@ -23,6 +23,12 @@ std::string OffenderName(const Offender& offender);
 
 // Does the offender stand at a place? Materials and thicknesses do not.
 bool HasPlace(const Offender& offender);
+
+// Further findings of a model, all in the order of RuleId.
+void AddFindings(const std::vector<Finding>& more, std::vector<Finding>& findings);
+
+// Complete messages, one behind the other; either may be empty.
+std::string JoinedMessages(const std::string& one, const std::string& other);
 
 // Why a model is not solved: all errors with their worst offenders, a complete message each; empty: none.
 std::string FindingsFault(const std::vector<Finding>& findings, const std::string& modelFile);

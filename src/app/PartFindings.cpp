@@ -93,7 +93,7 @@ double MeetingDistance(const ModelStore& model, const RuleBook& rules)
 
 } // namespace
 
-void FindFloatingParts(const ModelStore& model, const FreeParts& free, BalanceKind kind, const RuleBook& rules,
+void FindFloatingParts(const ModelStore& model, const FreeParts& free, const RuleBook& rules,
                        std::vector<Finding>& findings)
 {
     FindingCollector floating(RuleId::FloatingPart, rules);
@@ -106,7 +106,7 @@ void FindFloatingParts(const ModelStore& model, const FreeParts& free, BalanceKi
     for (int part = 0; part < free.parts.count; ++part) {
         const int nodes = free.parts.NodeCount(part);
         if (Floats(free, part, supported) && floating.Adds(nodes)) {
-            floating.Keep({"part", part, 0.0, PlaceOf(free, part), ""}, nodes);
+            floating.Keep({"part", part + 1, 0.0, PlaceOf(free, part), ""}, nodes);
         }
     }
     const std::size_t before = findings.size();
@@ -115,13 +115,10 @@ void FindFloatingParts(const ModelStore& model, const FreeParts& free, BalanceKi
         return;
     }
     Finding& finding = findings.back();
-    for (const Offender& offender : finding.worst) { named.push_back(offender.number); }
+    for (const Offender& offender : finding.worst) { named.push_back(offender.number - 1); }
     const std::vector<PartGap> gaps = FindPartGaps(model, free.parts, named, MeetingDistance(model, rules));
     for (std::size_t i = 0; i < named.size(); ++i) {
         finding.worst[i].detail = PartText(free, named[i]) + GapText(gaps[i], free.parts);
-    }
-    if (kind == BalanceKind::Classic) {
-        finding.severity = std::min(finding.severity, Severity::Warning);
     }
 }
 
@@ -132,7 +129,7 @@ void FindUnbalancedParts(const ModelStore& model, const FreeParts& free, const s
     if (!unbalanced.IsOn()) {
         return;
     }
-    const bool floatingIsTold = kind == BalanceKind::Exact && rules.SeverityOf(RuleId::FloatingPart) == Severity::Error;
+    const bool floatingIsTold = rules.SeverityOf(RuleId::FloatingPart) == Severity::Error;
     const int supported = SupportedParts(free);
     const std::vector<double> balancedByPart = LoadSizesOfParts(model, free);
     for (int part = 0; part < free.parts.count; ++part) {
@@ -148,51 +145,44 @@ void FindUnbalancedParts(const ModelStore& model, const FreeParts& free, const s
         if (push > BalanceTolerance * size + RoundOffOfBalance * appliedForces && unbalanced.Adds(push)) {
             char text[120];
             std::snprintf(text, sizeof text, "; a push of %.6g against loads of %.6g on it", push, size);
-            unbalanced.Keep({"part", part, 0.0, PlaceOf(free, part), PartText(free, part) + text}, push);
+            unbalanced.Keep({"part", part + 1, 0.0, PlaceOf(free, part), PartText(free, part) + text}, push);
         }
+    }
+    const bool isAlone = free.parts.count == 1;
+    const bool isCarried = isAlone && kind == BalanceKind::Classic;
+    if (isCarried) {
+        unbalanced.Summarise("its holds carry this rest; --balance exact leaves none");
+    } else if (isAlone) {
+        unbalanced.Summarise("hold it against this motion by supports, or give it mass beside one line");
     }
     const std::size_t before = findings.size();
     unbalanced.AppendTo(findings);
-    if (findings.size() > before && kind == BalanceKind::Classic && free.parts.count == 1) {
+    if (findings.size() > before && isCarried) {
         findings.back().severity = std::min(findings.back().severity, Severity::Warning);
     }
 }
 
-std::string PartFindingText(const Finding& finding, int partCount, const std::string& modelFile)
+void FindSupportsInBalance(const FreeParts& free, const LoadSizes& applied, const RuleBook& rules,
+                           std::vector<Finding>& findings)
 {
-    const bool isFloating = finding.rule == RuleId::FloatingPart;
-    const bool isOne = finding.count == 1;
-    const std::string count = std::to_string(finding.count) + " of " + std::to_string(partCount) + " parts";
-    std::string text = modelFile + ": " + SeverityName(finding.severity) + ": [" + RuleOf(finding.rule).name + "] ";
-    if (isFloating) {
-        text += count + (isOne ? " is" : " are") + " free to move while another one is supported";
-    } else {
-        text += partCount == 1 ? "the structure is free to move, and its loads push it"
-                               : count + (isOne ? " is" : " are") + " free to move, and its loads push it";
-        if (!isOne) {
-            text.replace(text.rfind("its loads push it"), std::string::npos, "their loads push them");
+    FindingCollector supports(RuleId::SupportsInBalance, rules);
+    if (!supports.IsOn() || (applied.forces == 0.0 && applied.moments == 0.0)) {
+        return;
+    }
+    for (int part = 0; part < free.parts.count; ++part) {
+        const PartMotions& motions = free.motions[part];
+        const int holding = RigidMotionCount - static_cast<int>(motions.free.size());
+        const int more = motions.restrainedDofs - holding;
+        if (more > 0 && supports.Adds(more)) {
+            supports.Keep({"part", part + 1, 0.0, PlaceOf(free, part),
+                           CountText(motions.restrainedDofs, "direction") + " restrained where " +
+                               std::to_string(holding) + " hold it"},
+                          more);
         }
     }
-    for (const Offender& offender : finding.worst) {
-        std::string label = "part " + std::to_string(offender.number + 1) + ":";
-        label.resize(std::max<std::size_t>(label.size() + 1, 10), ' ');
-        text += "\n  " + label + offender.detail + "; around " + PointText(offender.place);
-    }
-    const auto others = finding.count - static_cast<std::int64_t>(finding.worst.size());
-    if (others > 0) {
-        text += "\n            and " + std::to_string(others) + " more";
-    }
-    if (isFloating) {
-        return text + "\n  expected: parts that are all held by their supports, or a structure without supports\n"
-                      "  to do:    merge nodes that stand at one place, connect the part, support it, or take it out";
-    }
-    const bool isAlone = partCount == 1;
-    text += std::string("\n  expected: loads that inertia relief balances: one connected structure") +
-            (isAlone ? "" : ", or parts that are balanced each by itself");
-    return text + "\n  to do:    " +
-           (finding.severity != Severity::Error ? "use --balance exact; the holds carry this rest now"
-            : isAlone ? "hold it against this motion by supports, or give it mass beside one line"
-                      : "connect the part with the others, support it, or analyse it alone");
+    supports.Summarise("the loads are balanced by inertia, as of a structure that floats, flies or hangs free: the "
+                       "supports only hold it in position");
+    supports.AppendTo(findings);
 }
 
 } // namespace tarnvexo

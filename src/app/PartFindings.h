@@ -1,7 +1,7 @@
 // app/PartFindings.h
 // Findings about connected parts that need their free motions and balanced loads: parts that float beside supported
-// ones, and parts whose loads nothing balances. All offending parts are found, and named as far as a finding keeps
-// them.
+// ones, parts whose loads nothing balances, and parts with more supports than hold them. All offending parts are found,
+// and named as far as a finding keeps them.
 #pragma once
 
 #include "app/FreeParts.h"
@@ -13,9 +13,8 @@
 namespace tarnvexo {
 
 // Parts with free motions while another part is supported: "floating-part", worst the one of most nodes. Where no part
-// is supported each may be free: only the balance of its loads counts. In the classic balance, where the console run
-// holds such parts and goes on, the finding is a warning at most.
-void FindFloatingParts(const ModelStore& model, const FreeParts& free, BalanceKind kind, const RuleBook& rules,
+// is supported each may be free: only the balance of its loads counts.
+void FindFloatingParts(const ModelStore& model, const FreeParts& free, const RuleBook& rules,
                        std::vector<Finding>& findings);
 
 // The loads in GLOAD, balanced, against the free motions of every part: a part that they still move has no equilibrium,
@@ -26,7 +25,9 @@ void FindFloatingParts(const ModelStore& model, const FreeParts& free, BalanceKi
 void FindUnbalancedParts(const ModelStore& model, const FreeParts& free, const std::vector<double>& appliedByPart,
                          double appliedForces, BalanceKind kind, const RuleBook& rules, std::vector<Finding>& findings);
 
-// A complete message about one of these findings, with a line for every part that it keeps.
-std::string PartFindingText(const Finding& finding, int partCount, const std::string& modelFile);
+// Parts with more restrained directions than rigid motions, "supports-in-balance": balanced loads leave such supports
+// next to nothing to carry, so a structure that stands on the ground comes out wrong. None without loads.
+void FindSupportsInBalance(const FreeParts& free, const LoadSizes& applied, const RuleBook& rules,
+                           std::vector<Finding>& findings);
 
 } // namespace tarnvexo

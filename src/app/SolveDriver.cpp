@@ -51,11 +51,6 @@ void AddWarning(const std::string& text, std::vector<std::string>& warnings)
     }
 }
 
-void AddFault(const std::string& fault, InfoReport& report)
-{
-    report.fault += (report.fault.empty() || fault.empty() ? "" : "\n") + fault;
-}
-
 void RequireNoFault(const std::string& fault)
 {
     if (!fault.empty()) {
@@ -206,8 +201,8 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     report.counts = CountsOf(model);
 
     clock.Next(); // check
-    report.findings = CheckAndShift(model, options.modelFile, RulesForSolving(options.rules, options.balance));
-    RequireNoFault(FindingsFault(report.findings, options.modelFile));
+    const RuleBook rules = RulesForSolving(options.rules, options.balance);
+    report.findings = CheckAndShift(model, options.modelFile, rules);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
     clock.Expect("assemble", AssemblySeconds(model));
     clock.Expect("stresses", StressSeconds(model));
@@ -225,11 +220,11 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Next(); // order
     auto system = std::make_unique<StiffnessSystem>(model, options.solver);
     std::future<void> ordering = std::async([&] { system->Order(); });
-    const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance, options.rules);
-    RequireNoFault(loads.fault);
+    const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance, rules);
+    AddFindings(loads.findings, report.findings);
+    RequireNoFault(JoinedMessages(FindingsFault(report.findings, options.modelFile), loads.fault));
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, options.displacements);
-    report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
     if (files) {
         files->Write(StructureDrawingFileName,
                      [&](const std::string& path) { return WriteStructureDrawing(model, path); });
@@ -316,21 +311,21 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     report.counts = CountsOf(model);
 
     clock.Next(); // check
-    report.findings = CheckAndShift(model, modelFile, RulesForSolving(options.rules, BalanceKind::Exact));
-    report.fault = FindingsFault(report.findings, modelFile);
+    const RuleBook rules = RulesForSolving(options.rules, BalanceKind::Exact);
+    report.findings = CheckAndShift(model, modelFile, rules);
     clock.Expect("order", OrderingSeconds(model.NodeCoordinates.size()));
 
     clock.Next(); // order
     StiffnessSystem system(model, SolverKind::Automatic);
     system.Order();
-    const BalancedLoads loads = BalanceModelLoads(model, modelFile, BalanceKind::Exact, options.rules);
+    const BalancedLoads loads = BalanceModelLoads(model, modelFile, BalanceKind::Exact, rules);
+    AddFindings(loads.findings, report.findings);
+    report.fault = JoinedMessages(FindingsFault(report.findings, modelFile), loads.fault);
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
-    report.warnings.insert(report.warnings.end(), loads.warnings.begin(), loads.warnings.end());
     if (!loads.sheet.aboutLine.empty()) {
         report.warnings.push_back(modelFile + ": warning: " + loads.sheet.aboutLine);
     }
-    AddFault(loads.fault, report);
 
     std::vector<int> numbers(model.NodeCoordinates.size());
     std::iota(numbers.begin(), numbers.end(), 0);
@@ -352,7 +347,7 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     if (meshes.isBeyondMemory) { // of this machine
         AddWarning(meshes.fault, report.warnings);
     } else {
-        AddFault(meshes.fault, report);
+        report.fault = JoinedMessages(report.fault, meshes.fault);
     }
     const MemoryEstimate memory = MemoryOf(model, system, meshes);
     AddWarning(MemoryFault(memory, available, report.solver.engine, modelFile), report.warnings);

@@ -116,10 +116,32 @@ void AddDetails(TextPage& page, const Finding& finding, std::size_t most)
         page.Paragraph("    measure:  ", std::string(rule.measure) + "; limit " + NumberText(finding.limit));
     }
     AddOffenders(page, finding, most);
+    if (!finding.summary.empty()) {
+        page.Paragraph("    in all:   ", finding.summary);
+    }
     page.Paragraph("    to do:    ", rule.toDo);
 }
 
-// Messages and findings of one severity.
+// As they are, since a mark stands under what it marks.
+void AddTextDiagnostics(TextPage& page, const StrictReading& reading, Severity severity)
+{
+    long long shown = 0;
+    for (const SourceDiagnostic& one : reading.diagnostics) {
+        if (one.severity == severity) {
+            for (std::size_t begin = 0; begin < one.text.size();) {
+                const std::size_t end = std::min(one.text.find('\n', begin), one.text.size());
+                page.Line(one.text.substr(begin, end - begin));
+                begin = end + 1;
+            }
+            ++shown;
+        }
+    }
+    if (const long long more = reading.CountOf(severity) - shown; more > 0) {
+        page.Line("and " + std::to_string(more) + " more in the text of the file");
+    }
+}
+
+// What the text of the file, messages and findings have of one severity.
 void AddSeverity(TextPage& page, const CheckReport& report, Severity severity, std::size_t mostOffenders)
 {
     const int count = CountOf(report, severity);
@@ -127,6 +149,7 @@ void AddSeverity(TextPage& page, const CheckReport& report, Severity severity, s
         return;
     }
     page.Heading(HeadingOf(severity) + ": " + std::to_string(count));
+    AddTextDiagnostics(page, report.reading, severity);
     for (const CheckMessage& message : report.messages) {
         if (message.severity == severity) {
             page.Paragraph("  ", message.text);
@@ -160,7 +183,11 @@ std::string SeveritySummary(const CheckReport& report, Severity severity)
     std::string names;
     const std::vector<const Finding*> findings = OfSeverity(report.findings, severity);
     for (const Finding* finding : findings) { names = Joined(names, RuleOf(finding->rule).name); }
-    const int messages = count - static_cast<int>(findings.size());
+    if (const long long inText = report.reading.CountOf(severity); inText > 0) {
+        names = Joined(std::to_string(inText) + " in the text of the file", names);
+    }
+    const auto messages = std::count_if(report.messages.begin(), report.messages.end(),
+                                        [&](const CheckMessage& one) { return one.severity == severity; });
     if (messages > 0) {
         names = Joined(names, CountText(messages, "message") + " above");
     }

@@ -208,6 +208,7 @@ Json ChecksJson(const std::vector<Finding>& findings)
                         {"measure", hasLimit ? Json(rule.measure) : Json()},
                         {"finding", rule.finding},
                         {"to_do", rule.toDo},
+                        {"summary", finding.summary},
                         {"worst", worst}});
     }
     return list;
@@ -218,6 +219,21 @@ Json MessagesJson(const std::vector<CheckMessage>& messages)
     Json list = Json::array();
     for (const CheckMessage& message : messages) {
         list.push_back({{"severity", SeverityName(message.severity)}, {"text", message.text}});
+    }
+    return list;
+}
+
+Json TextDiagnosticsJson(const StrictReading& reading)
+{
+    Json list = Json::array();
+    for (const SourceDiagnostic& one : reading.diagnostics) {
+        list.push_back({{"rule", RuleOf(one.rule).name},
+                        {"severity", SeverityName(one.severity)},
+                        {"line", one.line},
+                        {"column", one.column},
+                        {"what", one.what},
+                        {"expected", one.expected},
+                        {"to_do", one.toDo}});
     }
     return list;
 }
@@ -331,6 +347,7 @@ std::string CheckReportJson(const CheckReport& report, UnitSystem units)
                        {"warnings", CountOf(report, Severity::Warning)},
                        {"notes", CountOf(report, Severity::Note)}};
     json["model_checks"] = ChecksJson(report.findings);
+    json["text_checks"] = TextDiagnosticsJson(report.reading);
     json["messages"] = MessagesJson(report.messages);
     json["model"] = report.isRead ? CountsJson(report.counts) : Json();
     json["parts"] = PartsJson(report.parts);

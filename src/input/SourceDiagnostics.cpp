@@ -62,6 +62,21 @@ void SourceDiagnostics::KeepWithoutLine(RuleId rule, TextFault fault)
     kept.back().quotesLine = false;
 }
 
+long long StrictReading::CountOf(Severity severity) const
+{
+    switch (severity) {
+    case Severity::Error:
+        return errors;
+    case Severity::Warning:
+        return warnings;
+    case Severity::Note:
+        return notes;
+    case Severity::Off:
+        break;
+    }
+    return 0;
+}
+
 StrictReading SourceDiagnostics::Result() const
 {
     std::vector<const Kept*> shown;
@@ -79,11 +94,13 @@ StrictReading SourceDiagnostics::Result() const
     reading.notes = notes;
     for (const Kept* one : shown) {
         const TextFault& fault = one->fault;
+        TextFault named = fault;
+        named.what += Joined({" [", RuleOf(one->rule).name, "]"});
         const char* const severity = SeverityName(one->severity);
         const TextPlace place = PlaceInText(source.text, fault.position);
         reading.diagnostics.push_back(
             {one->rule, one->severity, place.line, place.column, fault.what, fault.expected, fault.toDo,
-             one->quotesLine ? FaultMessage(source, fault, severity) : MessageWithoutLine(source, fault, severity)});
+             one->quotesLine ? FaultMessage(source, named, severity) : MessageWithoutLine(source, named, severity)});
     }
     return reading;
 }

@@ -24,7 +24,7 @@ struct SourceDiagnostic {
     std::string what;
     std::string expected;
     std::string toDo;
-    std::string text; // the complete message, without a line end behind it
+    std::string text; // the complete message with the name of the rule, without a line end behind it
 };
 
 // Those shown in the order of the file; errors come before others where there are too many.
@@ -34,6 +34,7 @@ struct StrictReading {
     long long warnings = 0;
     long long notes = 0;
 
+    long long CountOf(Severity severity) const;
     bool IsUsable() const { return errors == 0; }
 };
 
