@@ -183,7 +183,8 @@ TEST(Solve, RefusesABeamOfAnUnknownSectionType)
     text.Beam({1, 2}, {0.0, 0.0, 1.0}, 0, 7, 0);
     const RunFailure failure = FailureOf(text);
     EXPECT_EQ(failure.exitCode, ExitBadModel);
-    EXPECT_EQ(std::string(failure.what()).find("model.txt:30:28: error: beam 1 has section type 7\n"), 0u) << failure.what();
+    EXPECT_EQ(std::string(failure.what()).find("model.txt:30:28: error: beam 1 has section type 7\n"), 0u)
+        << failure.what();
 }
 
 TEST(Solve, RefusesAModelThatNoAccelerationBalances)
@@ -228,7 +229,7 @@ TEST(Solve, RefusesLoadsOnNodesWithoutElementsAndWritesNothing)
     const RunFailure failure = FailureOf(WithALoadOnALooseNode());
     EXPECT_EQ(failure.exitCode, ExitBadModel);
     EXPECT_EQ(std::string(failure.what())
-                  .find("model.txt: error: [unstiffened-load] 1 loads on nodes without elements\n"
+                  .find("model.txt: error: 1 loads on nodes without elements [unstiffened-load]\n"
                         "  there:    node 5 at (0.3, 0.3, 0)"),
               0u)
         << failure.what();
@@ -241,17 +242,17 @@ TEST(Solve, LeavesLoadsOnNodesWithoutElementsOutWhenTheirRuleIsLowered)
     SolveOptions options = OptionsFor(WithALoadOnALooseNode());
     options.rules.SetSeverity(RuleId::UnstiffenedLoad, Severity::Warning);
     const SolveReport report = Solve(options, {});
-    ASSERT_FALSE(report.checks.empty());
-    EXPECT_EQ(report.checks.front().rule, RuleId::UnstiffenedLoad);
-    EXPECT_EQ(report.checks.front().severity, Severity::Warning);
+    ASSERT_FALSE(report.findings.empty());
+    EXPECT_EQ(report.findings.front().rule, RuleId::UnstiffenedLoad);
+    EXPECT_EQ(report.findings.front().severity, Severity::Warning);
     EXPECT_EQ(report.balance.forceSize, ReportOf(OneOfEachKind()).balance.forceSize);
 }
 
 TEST(Solve, CountsLoadsOnNodesWithoutElementsInTheClassicBalance)
 {
     const SolveReport report = ReportOf(WithALoadOnALooseNode(), BalanceKind::Classic);
-    ASSERT_FALSE(report.checks.empty());
-    EXPECT_EQ(report.checks.front().severity, Severity::Warning);
+    ASSERT_FALSE(report.findings.empty());
+    EXPECT_EQ(report.findings.front().severity, Severity::Warning);
     EXPECT_EQ(report.balance.forceSize, ReportOf(OneOfEachKind(), BalanceKind::Classic).balance.forceSize + 1.0);
 }
 
@@ -269,7 +270,7 @@ TEST(Solve, FailsTheCheckOfEnergiesWhenRoundOffIsMostOfTheDisplacements)
     for (int i = 0; i < 8; ++i) { text.Quad({2 * i, 2 * i + 2, 2 * i + 3, 2 * i + 1}, 0, i % 2 == 0 ? thick : thin); }
     text.Force(0, {0.0, 0.0, 1.0, 0.0, 0.0, 0.0});
     const auto energyCheck = [](const SolveReport& report) {
-        return *std::find_if(report.checks.begin(), report.checks.end(),
+        return *std::find_if(report.resultChecks.begin(), report.resultChecks.end(),
                              [](const ResultCheck& one) { return one.name == "energy"; });
     };
     const ResultCheck foil = energyCheck(ReportOf(text));
@@ -282,8 +283,8 @@ TEST(Solve, FailsNoCheckOfAModelOfFlatElements)
 {
     for (unsigned seed = 0; seed < 30; ++seed) {
         const SolveReport report = ReportOf(RandomModel(seed, SupportsOf(seed), Quads::Flat));
-        EXPECT_EQ(report.checks.size(), 9u);
-        for (const ResultCheck& check : report.checks) {
+        EXPECT_EQ(report.resultChecks.size(), 9u);
+        for (const ResultCheck& check : report.resultChecks) {
             EXPECT_NE(check.verdict, Verdict::Fail) << "seed " << seed << ", " << check.name << ": " << check.text;
         }
     }

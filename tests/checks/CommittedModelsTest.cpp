@@ -1,6 +1,6 @@
 // The models of this repository are sound: what the rules of shape and use say of them is true, and next to nothing.
 #include "checks/ModelChecks.h"
-#include "input/ModelFileReader.h"
+#include "input/StrictReader.h"
 #include "support/CheckedModels.h"
 
 #include <filesystem>
@@ -14,8 +14,8 @@ namespace {
 std::string RulesBroken(const std::filesystem::path& modelFile, Severity severity)
 {
     ModelStore model;
-    const auto reading = TryReadModelFile(model, modelFile.string().c_str());
-    if (!reading || reading->end != ModelReading::End::Complete) {
+    const auto reading = ReadModelFileStrictly(model, modelFile.string().c_str(), RuleBook());
+    if (!reading || !reading->IsUsable()) {
         return "cannot be read";
     }
     std::vector<Finding> findings;

@@ -1,6 +1,6 @@
 #include "checks/ModelChecks.h"
 #include "core/Parallel.h"
-#include "input/ModelFileReader.h"
+#include "input/StrictReader.h"
 #include "refine/GeneratedModels.h"
 #include "support/SmallModels.h"
 
@@ -332,7 +332,7 @@ TEST(ConnectionChecks, CasesAndExamplesHaveNoError)
         for (const auto& entry : std::filesystem::directory_iterator(TARNVEXO_SOURCE_DIR + std::string(folder))) {
             ModelStore model;
             const std::string file = (entry.path() / "fem_solving.txt").string();
-            if (!entry.is_directory() || !TryReadModelFile(model, file.c_str())) {
+            if (!entry.is_directory() || !ReadModelFileStrictly(model, file.c_str(), RuleBook())) {
                 continue;
             }
             for (const Finding& finding : FindingsOf(model)) {

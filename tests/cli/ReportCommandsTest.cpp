@@ -256,7 +256,7 @@ TEST(CommandFailure, OfAResultCheckHasExitCode3BehindTheReport)
     const TemporaryDirectory directory;
     WriteFile("m.txt", "");
     SolveReport report = SampleFor("m.txt");
-    report.checks.push_back({"energy", Verdict::Fail, 0.5, 1e-6, 1e-2, "half of it is missing", {}});
+    report.resultChecks.push_back({"energy", Verdict::Fail, 0.5, 1e-6, 1e-2, "half of it is missing", {}});
     SolveCommand command = CommandFor("m.txt");
     command.quiet = true;
     const ChildResult run = RunSolve(command, [&](const SolveOptions&, const ProgressListener&) { return report; });

@@ -85,7 +85,7 @@ SolveReport SampleSolveReport()
     SolveReport report;
     report.modelFile = "wing/fem_solving.txt";
     report.counts = SampleCounts();
-    report.checks = {WarpedQuads()};
+    report.findings = {WarpedQuads()};
     report.parts = SampleParts();
     report.balance = SampleBalance();
     report.solver.engine = "CHOLMOD 5.1 (supernodal LLᵀ)";
@@ -112,7 +112,7 @@ SolveReport SampleSolveReport()
     report.largestShellStress = {1.23457e8, 12, 31, "quad", {0.5, 1.5, 2.25}};
     report.largestBeamStress = {8.1e7, 118, 0, "beam", {3, 3, 1}};
     const double never = std::numeric_limits<double>::infinity();
-    report.checks = {{"residual", Verdict::Pass, 1.7e-16, 1e-12, 1e-8, "K·u = f within round-off", {}},
+    report.resultChecks = {{"residual", Verdict::Pass, 1.7e-16, 1e-12, 1e-8, "K·u = f within round-off", {}},
                      {"balance", Verdict::Pass, 4.09e-15, 1e-10, 1e-6, "inertia leaves no force and no moment", {}},
                      {"reactions",
                       Verdict::Pass,
@@ -144,7 +144,7 @@ InfoReport SampleInfoReport()
     InfoReport report;
     report.modelFile = "wing/fem_solving.txt";
     report.counts = SampleCounts();
-    report.checks = {WarpedQuads()};
+    report.findings = {WarpedQuads()};
     report.parts = SampleParts();
     report.balance = SampleBalance();
     report.solver.engine = "CHOLMOD 5.1 (supernodal LLᵀ)";

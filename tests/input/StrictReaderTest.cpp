@@ -403,7 +403,7 @@ std::string OnlyMessage(const std::string& text)
 TEST(StrictReader, WritesTheMessageOfADamagedRecord)
 {
     EXPECT_EQ(OnlyMessage(GoodWith("1:1,0,0", "1:1;0,0")),
-              "fem_solving.txt:34:4: error: node 1: found \";0,0\" where \",\" belongs\n"
+              "fem_solving.txt:34:4: error: node 1: found \";0,0\" where \",\" belongs [format]\n"
               "  34 | 1:1;0,0\n"
               "     |    ^\n"
               "  expected: number:x,y,z\n"
@@ -413,7 +413,7 @@ TEST(StrictReader, WritesTheMessageOfADamagedRecord)
 TEST(StrictReader, WritesTheMessageOfACount)
 {
     EXPECT_EQ(OnlyMessage(GoodWith("4:2,0.5,0\n", "")),
-              "fem_solving.txt:32:30: error: NPOIN=5, but 4 node records follow\n"
+              "fem_solving.txt:32:30: error: NPOIN=5, but 4 node records follow [format]\n"
               "  32 | Number of nodal points:NPOIN=5\n"
               "     |                              ^\n"
               "  expected: NPOIN=4, or 5 records\n"
@@ -423,7 +423,7 @@ TEST(StrictReader, WritesTheMessageOfACount)
 TEST(StrictReader, WritesTheMessageOfAnIndex)
 {
     EXPECT_EQ(OnlyMessage(GoodWith("0:0,1,2,3[", "0:0,1,2,512[")),
-              "fem_solving.txt:39:9: error: four-node shell 0 uses node 512, but the model has 5 nodes\n"
+              "fem_solving.txt:39:9: error: four-node shell 0 uses node 512, but the model has 5 nodes [format]\n"
               "  39 | 0:0,1,2,512[0,0]\n"
               "     |         ^~~\n"
               "  expected: a node number from 0 to 4 (NPOIN=5, line 32)\n"
@@ -434,7 +434,7 @@ TEST(StrictReader, WritesTheMessageOfACutFile)
 {
     const std::string text = GoodModel;
     EXPECT_EQ(OnlyMessage(text.substr(0, text.find("3:0,1,0\n"))),
-              "fem_solving.txt:35:8: error: the file ends after 3 of 5 node records\n"
+              "fem_solving.txt:35:8: error: the file ends after 3 of 5 node records [format]\n"
               "  35 | 2:1,1,0\n"
               "     |        ^\n"
               "  expected: NPOIN=5 records and the sections behind them\n"
@@ -444,7 +444,7 @@ TEST(StrictReader, WritesTheMessageOfACutFile)
 TEST(StrictReader, WritesTheMessageOfAFileThatIsEmpty)
 {
     EXPECT_EQ(OnlyMessage(""),
-              "fem_solving.txt:1:1: error: the file is empty\n"
+              "fem_solving.txt:1:1: error: the file is empty [format]\n"
               "  expected: a model file, which is text from its first line \"### Quor_Tarn+Vexo ...\" on\n"
               "  to do:    name another file, or write this one again");
 }
