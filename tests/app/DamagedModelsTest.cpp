@@ -139,10 +139,10 @@ DamagedModel Damaged(const Damage& damage)
 
 const std::vector<Damage> Damages = {
     // ---- the text
-    {"Header", {{"### Quor_Tarn+Vexo release", "^## Quor_Tarn+Vexo release"}}, "format", 1, ""},
+    {"Header", {{"### Quor_Tarn+Vexo release", "##^ Quor_Tarn+Vexo release"}}, "format", 1, ""},
     {"Release", {{"release=3.0", "release=^2.0"}}, "format", 1, "release"},
     {"OtherProgramsText", {{"", "^solid cube\nfacet normal 0 0 1\n"}}, "format", 1, ""},
-    {"KeyOfACount", {{"nodal points:NPOIN", "nodal ^point:NPOIN"}}, "format", 1, "NPOIN"},
+    {"KeyOfACount", {{"nodal points:NPOIN", "nodal point^:NPOIN"}}, "format", 1, "NPOIN"},
     {"MissingSection",
      {{"Number of restricted nodal points:NRN=3\n0:1 1 1 0 0 0\n3:0 1 1 0 0 0\n8:0 0 1 0 0 0\n", "^"}},
      "format",
@@ -160,7 +160,7 @@ const std::vector<Damage> Damages = {
     {"LargestCount", {{"NELEM_S_4ND=5", "NELEM_S_4ND=^2147483647"}}, "format", 1, "2147483647"},
     {"CountBeyondIntegers", {{"NPOIN=12", "NPOIN=^99999999999999"}}, "format", 1, "99999999999999"},
     {"CountThatIsNoNumber", {{"NPOIN=12", "NPOIN=^twelve"}}, "format", 1, "NPOIN"},
-    {"CountWithAPoint", {{"NFOR=2", "NFOR=2^.5"}}, "format", 1, ""},
+    {"CountWithAPoint", {{"NFOR=2", "NFOR=^2.5"}}, "format", 1, ""},
     {"SemicolonForAComma", {{"2:2,0,0.01", "2:2^;0,0.01"}}, "format", 1, ""},
     {"MissingCoordinate", {{"2:2,0,0.01", "2:2,0^"}}, "format", 1, ""},
     {"DecimalComma", {{"2:2,0,0.01", "2:2,0,0^,01"}}, "format", 1, ""},
@@ -171,7 +171,7 @@ const std::vector<Damage> Damages = {
     {"RunawayLine", {{"2:2,0,0.01\n", "2:2,0,0.01 ^and more\n"}}, "format", 1, ""},
     {"ModulusThatIsNoNumber", {{"E=2.06e11", "E=^steel"}}, "format", 1, ""},
     {"MissingModulus", {{"E=7e10\n", "^"}}, "format", 1, "E="},
-    {"MaterialLabelWithText", {{"#1:\nE=7e10", "#1:^ aluminium\nE=7e10"}}, "format", 1, ""},
+    {"MaterialLabelWithText", {{"#1:\nE=7e10", "#1: ^aluminium\nE=7e10"}}, "format", 1, ""},
     {"UnknownNodeOfAQuad", {{"1:1,2,6,5[0,0]", "1:1,2,^12,5[0,0]"}}, "format", 1, "12"},
     {"NegativeNodeOfAQuad", {{"1:1,2,6,5[0,0]", "1:1,^-2,6,5[0,0]"}}, "format", 1, "-2"},
     {"NodeNumberWithAPoint", {{"1:1,2,6,5[0,0]", "1:1,2^.0,6,5[0,0]"}}, "format", 1, ""},
@@ -179,13 +179,13 @@ const std::vector<Damage> Damages = {
     {"UnknownThicknessOfAQuad", {{"1:1,2,6,5[0,0]", "1:1,2,6,5[0,^2]"}}, "format", 1, "thickness"},
     {"QuadOfThreeNodes", {{"1:1,2,6,5[0,0]", "1:1,2,6^[0,0]"}}, "format", 1, ""},
     {"UnknownNodeOfATriangle", {{"0:6,7,11[0,1]", "0:6,7,^110[0,1]"}}, "format", 1, "110"},
-    {"MissingBracketOfATriangle", {{"0:6,7,11[0,1]", "0:6,7,11^0,1]"}}, "format", 1, "["},
+    {"MissingBracketOfATriangle", {{"0:6,7,11[0,1]", "0:6,7,11^,0,1]"}}, "format", 1, "["},
     {"UnknownNodeOfABeam", {{"3:0,4<", "3:0,^40<"}}, "format", 1, "40"},
     {"UnknownMaterialOfABeam", {{"4:4,8<0,0,1>[1,", "4:4,8<0,0,1>[^3,"}}, "format", 1, "material"},
     {"UnknownSectionType", {{"BeamSecType=2", "BeamSecType=^3"}}, "format", 1, "3"},
     {"NegativeSectionType", {{"BeamSecType=2", "BeamSecType=^-1"}}, "format", 1, "-1"},
     {"UnknownSectionIndex", {{"BeamSecType=1,BeamSecIndex=0", "BeamSecType=1,BeamSecIndex=^1"}}, "format", 1, "L"},
-    {"KeyOfABeam", {{"BeamSecOz=0.005", "^BeamSecoz=0.005"}}, "format", 1, "BeamSecOz"},
+    {"KeyOfABeam", {{"BeamSecOz=0.005", "BeamSec^oz=0.005"}}, "format", 1, "BeamSecOz"},
     {"UnknownNodeOfARestraint", {{"3:0 1 1 0 0 0", "^33:0 1 1 0 0 0"}}, "format", 1, "33"},
     {"CommasBetweenRestraints", {{"3:0 1 1 0 0 0", "3:0^,1,1,0,0,0"}}, "format", 1, ""},
     {"RestraintOfFiveFlags", {{"3:0 1 1 0 0 0", "3:0 1 1 0 0^"}}, "format", 1, ""},
@@ -223,15 +223,15 @@ const std::vector<Damage> Damages = {
      "3"},
     {"NodeLoadedTwice", {{"NFOR=2", "NFOR=3"}, {"7<0,500", "11<0,0,-10,0,0,0>\n7<0,500"}}, "duplicate-load", 0, "11"},
     {"QuadLoadedTwice", {{"NDL_S_4ND=1", "NDL_S_4ND=2"}, {"1:2000,", "1:1,1,1\n1:2000,"}}, "duplicate-load", 0, "1"},
-    {"TextBehindTheEnd", {{"2:300,400\n", "2:300,400\n^3:300,400\n"}}, "trailing-text", 0, ""},
+    {"TextBehindTheEnd", {{"2:300,400\n", "2:300,400\n^end of the model\n"}}, "trailing-text", 0, ""},
 
     // ---- shapes
     {"NodeTwiceInATriangle", {{"0:6,7,11[0,1]", "0:6,7,7[0,1]"}}, "collapsed-element", 1, "tri 0"},
     {"NodeTwiceInAQuad", {{"1:1,2,6,5[0,0]", "1:1,2,2,5[0,0]"}}, "collapsed-element", 1, "quad 1"},
-    {"NodeTwiceInABeam", {{"3:0,4<", "3:4,4<"}}, "collapsed-element", 1, "beam 3"},
+    {"NodeTwiceInABeam", {{"3:0,4<", "3:4,4<"}}, "zero-length-beam", 1, "beam 3"},
     {"TriangleWithoutArea", {{"0:6,7,11[0,1]", "0:3,7,11[0,1]"}, {"7:3,1,0.02", "7:3,1,0"}}, "zero-area", 1, "tri 0"},
     {"CrossedQuad", {{"4:5,6,10,9[0,0]", "4:5,10,6,9[0,0]"}}, "self-crossing", 1, "quad 4"},
-    {"ConcaveQuad", {{"0:0,0,0\n", "0:0.9,0.9,0\n"}}, "concave-quad", 1, "quad 0"},
+    {"ConcaveQuad", {{"0:0,0,0\n", "0:0.55,0.55,0\n"}}, "concave-quad", 1, "quad 0"},
     {"BeamWithoutLength",
      {{"NPOIN=12", "NPOIN=13"}, {"11:3,2,0\n", "11:3,2,0\n12:0,0,0\n"}, {"3:0,4<0,0,1>", "3:0,12<0,0,1>"}},
      "zero-length-beam",
@@ -280,7 +280,7 @@ const std::vector<Damage> Damages = {
      {{"NPOIN=12", "NPOIN=14"}, {"11:3,2,0\n", "11:3,2,0\n12:0,5,0\n13:1,5,0\n"}, {"4:4,8<", "4:12,13<"}},
      "floating-part",
      1,
-     "part 2 of 2"},
+     "part 2 at (0.5, 5, 0)"},
     {"NoLoad",
      {{"11<0,0,-1000", "11<0,0,0"},
       {"7<0,500,0,20", "7<0,0,0,0"},
@@ -291,7 +291,7 @@ const std::vector<Damage> Damages = {
      0,
      ""},
     {"DensityOfAnotherSystem", {{"Density=7850", "Density=7.85e-9"}}, "mixed-units", 0, ""},
-    {"ModulusOfAnotherSystem", {{"E=2.06e11", "E=206000"}}, "mixed-units", 0, ""},
+    {"ModulusOfAnotherSystem", {{"E=2.06e11", "E=2.06e8"}, {"E=7e10", "E=7e7"}}, "mixed-units", 0, ""},
 };
 
 class DamagedModels : public testing::TestWithParam<Damage> {};
@@ -332,8 +332,8 @@ TEST(DamagedModelsBefore, SoundModelHasNoFinding)
     for (const std::string command : {"check", "solve"}) {
         const ProgramRun run = Tarnvexo({command, "fem_solving.txt", "--quiet"}, SoundModel);
         EXPECT_EQ(run.exitCode, 0) << run.output;
-        EXPECT_EQ(run.output.find("error"), std::string::npos) << run.output;
-        EXPECT_EQ(run.output.find("warning:"), std::string::npos) << run.output;
+        EXPECT_EQ(run.output.find("error:"), std::string::npos) << run.output;
+        EXPECT_EQ(run.output.find("warning"), run.output.find("warnings")) << run.output;
     }
 }
 
