@@ -37,7 +37,7 @@ std::string ErrorText(const Finding& finding, const std::string& modelFile)
     const Rule& rule = RuleOf(finding.rule);
     const bool hasLimit = finding.limit != NoLimit;
     std::string text =
-        modelFile + ": error: " + std::to_string(finding.count) + " " + rule.finding + " [" + rule.name + "]";
+        modelFile + ": error: " + rule.finding + ": " + std::to_string(finding.count) + " [" + rule.name + "]";
     const bool areParts = !finding.worst.empty() && std::string_view(finding.worst.front().kind) == "part";
     const std::size_t named = areParts ? finding.worst.size() : std::min(finding.worst.size(), NamedInMessage);
     for (std::size_t i = 0; i < named; ++i) {

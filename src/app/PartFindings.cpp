@@ -109,6 +109,7 @@ void FindFloatingParts(const ModelStore& model, const FreeParts& free, const Rul
             floating.Keep({"part", part + 1, 0.0, PlaceOf(free, part), ""}, nodes);
         }
     }
+    floating.Summarise("of " + CountText(free.parts.count, "part"));
     const std::size_t before = findings.size();
     floating.AppendTo(findings);
     if (findings.size() == before) {
@@ -154,6 +155,8 @@ void FindUnbalancedParts(const ModelStore& model, const FreeParts& free, const s
         unbalanced.Summarise("its holds carry this rest; --balance exact leaves none");
     } else if (isAlone) {
         unbalanced.Summarise("hold it against this motion by supports, or give it mass beside one line");
+    } else {
+        unbalanced.Summarise("of " + CountText(free.parts.count, "part"));
     }
     const std::size_t before = findings.size();
     unbalanced.AppendTo(findings);

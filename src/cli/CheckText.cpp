@@ -111,7 +111,7 @@ void AddOffenders(TextPage& page, const Finding& finding, std::size_t most)
 void AddDetails(TextPage& page, const Finding& finding, std::size_t most)
 {
     const Rule& rule = RuleOf(finding.rule);
-    page.Paragraph("  " + std::string(rule.name) + ": ", std::to_string(finding.count) + " " + rule.finding);
+    page.Paragraph("  " + std::string(rule.name) + ": ", rule.finding + (": " + std::to_string(finding.count)));
     if (finding.limit != NoLimit) {
         page.Paragraph("    measure:  ", std::string(rule.measure) + "; limit " + NumberText(finding.limit));
     }
@@ -162,11 +162,7 @@ void AddParts(TextPage& page, const std::vector<PartReport>& parts)
 {
     page.Heading("CONNECTED PARTS: " + std::to_string(parts.size()));
     for (std::size_t i = 0; i < std::min(parts.size(), PartsShown); ++i) {
-        const PartReport& part = parts[i];
-        page.Paragraph("  part " + std::to_string(i + 1) + ": ",
-                       CountText(part.nodes, "node") + ", " + CountText(part.elements, "element") + ", from node " +
-                           std::to_string(part.firstNode) + " on; " + CountText(part.restrainedDofs, "direction") +
-                           " restrained; " + FreeMotionText(part.freeMotions));
+        page.Paragraph("  part " + std::to_string(i + 1) + ": ", PartText(parts[i]));
     }
     if (parts.size() > PartsShown) {
         page.Line("and " + CountText(static_cast<std::int64_t>(parts.size() - PartsShown), "more part"));

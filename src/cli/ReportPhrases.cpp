@@ -23,6 +23,18 @@ std::string FreeMotionText(int count)
     return count == 0 ? "no free rigid motion" : CountText(count, "free rigid motion");
 }
 
+std::string PartText(const PartReport& part)
+{
+    std::string text = CountText(part.nodes, "node") + ", " + CountText(part.elements, "element") + ", from node " +
+                       std::to_string(part.firstNode) + " on; " + CountText(part.restrainedDofs, "direction") +
+                       " restrained; " + FreeMotionText(part.freeMotions);
+    for (const std::string& motion : part.freeMotionTexts) { text += "; " + motion; }
+    if (part.freeMotions > 0) {
+        text += "; around " + PlaceText(part.middle);
+    }
+    return text;
+}
+
 std::string BalanceSummary(const BalanceSheet& balance)
 {
     return std::string(IsBalanced(balance) ? "closed" : "NOT CLOSED") + " (" + BalanceName(balance.kind) +

@@ -18,6 +18,9 @@ std::string ShareText(double share);
 // "no free rigid motion", "2 free rigid motions"
 std::string FreeMotionText(int count);
 
+// "118 nodes, 100 elements, from node 0 on; 3 directions restrained; 3 free rigid motions; free to rotate about ..."
+std::string PartText(const PartReport& part);
+
 // What the balance leaves.
 std::string BalanceSummary(const BalanceSheet& balance);
 

@@ -59,15 +59,9 @@ std::string HoldsText(const std::vector<NodeDof>& holds)
     return text;
 }
 
-std::string PartText(const PartReport& part)
+std::string SolvedPartText(const PartReport& part)
 {
-    std::string text = CountText(part.nodes, "node") + ", " + CountText(part.elements, "element") + ", from node " +
-                       std::to_string(part.firstNode) + " on; " + CountText(part.restrainedDofs, "direction") +
-                       " restrained; " + FreeMotionText(part.freeMotions);
-    for (const std::string& motion : part.freeMotionTexts) { text += "; " + motion; }
-    if (part.freeMotions > 0) {
-        text += "; around " + PlaceText(part.middle);
-    }
+    std::string text = PartText(part);
     if (!part.holds.empty()) {
         text += "; held at " + HoldsText(part.holds);
     }
@@ -85,7 +79,7 @@ void AddParts(TextPage& page, const std::vector<PartReport>& parts)
 {
     page.Heading("CONNECTED PARTS");
     for (std::size_t i = 0; i < std::min(parts.size(), PartLimit); ++i) {
-        page.Paragraph("  part " + std::to_string(i + 1) + ": ", PartText(parts[i]));
+        page.Paragraph("  part " + std::to_string(i + 1) + ": ", SolvedPartText(parts[i]));
     }
     if (parts.size() > PartLimit) {
         page.Paragraph("  ", "and " + CountText(std::int64_t(parts.size() - PartLimit), "more part"));

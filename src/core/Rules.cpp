@@ -80,7 +80,7 @@ constexpr Rule Rules[RuleCount] = {
     {RuleId::MixedUnits, "mixed-units", Warning, NoLimit, "", "values that belong to different systems of units",
      "use one consistent set, for example N, m, kg or N, mm, t"},
     {RuleId::FloatingPart, "floating-part", Error, NoLimit, "", "parts that are free while another one is supported",
-     "connect the part, support it, or take it out"},
+     "merge nodes that stand at one place, connect the part, support it, or take it out"},
     {RuleId::UnbalancedPart, "unbalanced-part", Error, NoLimit, "",
      "parts whose loads the inertia of the whole structure does not balance",
      "connect the part with the others, support it, or analyse it alone"},
