@@ -53,7 +53,7 @@ void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
     ShiftOrigin(model, -model.StructureCentroid);
     const BalancedLoads loads = BalanceModelLoads(model, report.modelFile, BalanceKind::Exact, rules);
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
-    if (loads.fault.empty()) {
+    if (JoinedMessages(FindingsFault(loads.findings, report.modelFile), loads.fault).empty()) {
         report.balance = loads.sheet;
     }
     AddFindings(loads.findings, report.findings);
