@@ -9,6 +9,7 @@
 #include "checks/ModelChecks.h"
 #include "core/Units.h"
 #include "inertia/StructureCentroid.h"
+#include "output/BeamSectionStress.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -58,6 +59,9 @@ void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
     }
     AddFindings(loads.findings, report.findings);
     AddMessage(Severity::Error, loads.fault, report);
+    if (const std::string fault = MeasureSectionMeshes(model).fault; !fault.empty()) {
+        AddMessage(Severity::Error, report.modelFile + ": " + fault, report);
+    }
     if (!loads.sheet.aboutLine.empty()) {
         AddMessage(Severity::Warning, report.modelFile + ": warning: " + loads.sheet.aboutLine, report);
     }
