@@ -53,6 +53,11 @@ template <class Visit> void VisitElements(const ModelStore& model, Visit visit)
     }
 }
 
+std::string NameOf(const ElementView& element)
+{
+    return std::string(element.kind) + " " + std::to_string(element.number);
+}
+
 // What makes an element weak, and by how much: a share of what its neighbours have, or of what its sizes let expect.
 struct Weakness {
     double share = 1.0;
@@ -67,6 +72,19 @@ struct Weakness {
     }
 };
 
+// Elements, of which the first are named.
+struct ElementList {
+    std::size_t count = 0;
+    std::vector<std::string> names;
+
+    void Add(const ElementView& element)
+    {
+        if (count++ < ElementsTold) {
+            names.push_back(NameOf(element));
+        }
+    }
+};
+
 // What is known about one motion.
 struct Trace {
     int node = -1;        // that takes the largest part
@@ -76,9 +94,9 @@ struct Trace {
     int nodes = 0; // that take part, in the box from low to high
     Vector3 low = {}, high = {};
 
-    std::vector<std::string> attached; // elements at the node
-    std::vector<std::string> giving;   // elements that the motion deforms
-    Weakness weakest;                  // of them, and whose it is
+    ElementList attached; // elements at the node
+    ElementList giving;   // elements that the motion deforms
+    Weakness weakest;     // of them, and whose it is
     std::string weakestElement;
     double largestE = 0.0, largestThickness = 0.0; // of all elements around
 
@@ -98,17 +116,6 @@ double NodeShare(const double* u, const double* stiffness)
     return share;
 }
 
-// A direction without the components that do not matter, to be named.
-Vector3 Named(Vector3 d)
-{
-    d = Normalised(d);
-    for (double& component : d) { component = std::fabs(component) < Noticeable ? 0.0 : component; }
-    d = Normalised(d);
-    const auto largest = std::max_element(
-        d.begin(), d.end(), [](double a, double b) { return std::fabs(a) < (1.0 - Noticeable) * std::fabs(b); });
-    return *largest < 0.0 ? -d : d;
-}
-
 void TraceNodes(const ModelStore& model, const std::vector<double>& u, const std::vector<double>& stiffness,
                 Trace& trace)
 {
@@ -124,7 +131,7 @@ void TraceNodes(const ModelStore& model, const std::vector<double>& u, const std
     double turning = 0.0;
     for (int k = RX; k <= RZ; ++k) { turning += stiffness[at + k] * u[at + k] * u[at + k]; }
     trace.turns = turning > 0.5 * trace.largest;
-    trace.direction = Named(Part(&u[at], trace.turns ? RX : DX));
+    trace.direction = CleanDirection(Normalised(Part(&u[at], trace.turns ? RX : DX)), Noticeable);
     for (int n = 0; n < model.NPOIN; ++n) {
         const std::size_t i = static_cast<std::size_t>(DofsPerNode) * n;
         if (NodeShare(&u[i], &stiffness[i]) < Noticeable * Noticeable * trace.largest) {
@@ -174,11 +181,6 @@ double EnergyOf(const ElementView& element, const std::vector<double>& u)
         }
     }
     return energy;
-}
-
-std::string NameOf(const ElementView& element)
-{
-    return std::string(element.kind) + " " + std::to_string(element.number);
 }
 
 template <class... Values> std::string Formatted(const char* format, Values... values)
@@ -239,15 +241,15 @@ void TraceElements(const ModelStore& model, const SoftMotions& found, const std:
             Trace& trace = traces[m];
             const std::vector<double>& u = found.motions[m].motion;
             if (std::find(element.nodes.begin(), element.nodes.end(), trace.node) != element.nodes.end()) {
-                trace.attached.push_back(NameOf(element));
+                trace.attached.Add(element);
             }
             if (Deformation(model, element, u) > Noticeable) {
                 const Weakness weakness = WeaknessOf(model, element, trace);
-                if (trace.giving.empty() || weakness.share < trace.weakest.share) {
+                if (trace.giving.count == 0 || weakness.share < trace.weakest.share) {
                     trace.weakest = weakness;
                     trace.weakestElement = NameOf(element);
                 }
-                trace.giving.push_back(NameOf(element));
+                trace.giving.Add(element);
             }
             const double energy = EnergyOf(element, u);
             if (energy < trace.lowestEnergy) {
@@ -258,11 +260,12 @@ void TraceElements(const ModelStore& model, const SoftMotions& found, const std:
     });
 }
 
-std::string ListOf(const std::vector<std::string>& names)
+std::string ListText(const ElementList& list)
 {
     std::string text;
-    for (std::size_t i = 0; i < std::min(names.size(), ElementsTold); ++i) { text += (i == 0 ? "" : ", ") + names[i]; }
-    return names.size() > ElementsTold ? text + " and " + std::to_string(names.size() - ElementsTold) + " more" : text;
+    for (const std::string& name : list.names) { text += (text.empty() ? "" : ", ") + name; }
+    const std::size_t more = list.count - list.names.size();
+    return more > 0 ? text + " and " + std::to_string(more) + " more" : text;
 }
 
 // Why there is a motion; empty where no element shows it.
@@ -272,11 +275,11 @@ std::string CauseOf(const SoftMotion& motion, const Trace& trace)
         return trace.lowestElement +
                " gives energy away: its nodes are out of order, it is folded, or its modulus is negative";
     }
-    if (trace.giving.empty()) {
+    if (trace.giving.count == 0) {
         return "";
     }
-    return ListOf(trace.giving) +
-           (trace.giving.size() == 1 ? " gives way: " : " give way; " + trace.weakestElement + ": ") +
+    return ListText(trace.giving) +
+           (trace.giving.count == 1 ? " gives way: " : " give way; " + trace.weakestElement + ": ") +
            trace.weakest.text;
 }
 
@@ -296,7 +299,7 @@ std::string MotionLines(const ModelStore& model, std::size_t number, const SoftM
     if (!EndsTheRun(motion)) {
         text += Formatted("; %.2g of the stiffness there resists", motion.lambda);
     }
-    text += "\n    attached: " + ListOf(trace.attached);
+    text += "\n    attached: " + ListText(trace.attached);
     const std::string cause = CauseOf(motion, trace);
     if (!cause.empty()) {
         text += "\n    cause:    " + cause;
@@ -306,6 +309,19 @@ std::string MotionLines(const ModelStore& model, std::size_t number, const SoftM
                 " this cause";
     }
     return text;
+}
+
+// How many motions meet none, and how many next to none.
+std::string Headline(const SoftMotions& found, bool hasFailed)
+{
+    const std::size_t count = found.motions.size();
+    const auto free = static_cast<std::size_t>(std::count_if(found.motions.begin(), found.motions.end(), EndsTheRun));
+    const std::size_t first = free > 0 ? free : count;
+    std::string text = hasFailed || free > 0 ? ": error: the stiffness is not positive definite: "
+                                             : ": warning: the stiffness is nearly singular: ";
+    text += (found.mayBeMore ? "at least " : "") + std::to_string(first) +
+            (first == 1 ? " motion meets" : " motions meet") + (free > 0 ? " no" : " next to no") + " resistance";
+    return free > 0 && free < count ? text + ", " + std::to_string(count - free) + " next to none" : text;
 }
 
 } // namespace
@@ -332,13 +348,7 @@ std::string MechanismText(const ModelStore& model, const SoftMotions& found, con
                           bool hasFailed, const std::string& modelFile)
 {
     const std::size_t count = found.motions.size();
-    const bool endsTheRun = hasFailed || std::any_of(found.motions.begin(), found.motions.end(), EndsTheRun);
-    std::string text = modelFile +
-                       (endsTheRun ? ": error: the stiffness is not positive definite: "
-                                   : ": warning: the stiffness is nearly singular: ") +
-                       (found.mayBeMore ? "at least " : "") + std::to_string(count) +
-                       (count == 1 ? " motion meets" : " motions meet") + (endsTheRun ? " no" : " next to no") +
-                       " resistance";
+    std::string text = modelFile + Headline(found, hasFailed);
     std::vector<Trace> traces(count);
     for (std::size_t m = 0; m < count; ++m) { TraceNodes(model, found.motions[m].motion, stiffness, traces[m]); }
     TraceElements(model, found, stiffness, traces);

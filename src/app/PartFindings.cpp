@@ -1,6 +1,7 @@
 #include "app/PartFindings.h"
 
 #include "app/PartGaps.h"
+#include "checks/ModelExtent.h"
 #include "inertia/MotionNames.h"
 
 #include <algorithm>
@@ -78,19 +79,6 @@ Vector3 PlaceOf(const FreeParts& free, int part)
     return free.motions[part].reference + free.origin;
 }
 
-// Distance below which nodes count as being at one place.
-double MeetingDistance(const ModelStore& model, const RuleBook& rules)
-{
-    Vector3 low = model.NodeCoordinates.front(), high = low;
-    for (const Vector3& node : model.NodeCoordinates) {
-        for (int k = 0; k < 3; ++k) {
-            low[k] = std::min(low[k], node[k]);
-            high[k] = std::max(high[k], node[k]);
-        }
-    }
-    return rules.LimitOf(RuleId::CoincidentNodes) * Length(high - low);
-}
-
 } // namespace
 
 void FindFloatingParts(const ModelStore& model, const FreeParts& free, const RuleBook& rules,
@@ -117,7 +105,8 @@ void FindFloatingParts(const ModelStore& model, const FreeParts& free, const Rul
     }
     Finding& finding = findings.back();
     for (const Offender& offender : finding.worst) { named.push_back(offender.number - 1); }
-    const std::vector<PartGap> gaps = FindPartGaps(model, free.parts, named, MeetingDistance(model, rules));
+    const double meeting = rules.LimitOf(RuleId::CoincidentNodes) * ModelExtent(model);
+    const std::vector<PartGap> gaps = FindPartGaps(model, free.parts, named, meeting);
     for (std::size_t i = 0; i < named.size(); ++i) {
         finding.worst[i].detail = PartText(free, named[i]) + GapText(gaps[i], free.parts);
     }
@@ -174,12 +163,11 @@ void FindSupportsInBalance(const FreeParts& free, const LoadSizes& applied, cons
     }
     for (int part = 0; part < free.parts.count; ++part) {
         const PartMotions& motions = free.motions[part];
-        const int holding = RigidMotionCount - static_cast<int>(motions.free.size());
-        const int more = motions.restrainedDofs - holding;
+        const int more = motions.RedundantSupports();
         if (more > 0 && supports.Adds(more)) {
             supports.Keep({"part", part + 1, 0.0, PlaceOf(free, part),
                            CountText(motions.restrainedDofs, "direction") + " restrained where " +
-                               std::to_string(holding) + " hold it"},
+                               std::to_string(motions.restrainedDofs - more) + " hold it"},
                           more);
         }
     }

@@ -42,7 +42,7 @@ struct LoadScales {
     bool HasLoads() const { return force != 0.0 || moment != 0.0; }
 };
 
-// modelSize: half the diagonal of the box around the nodes.
+// modelSize: half the diagonal of the box around the nodes of elements.
 LoadScales ScalesOfLoads(const BalanceSheet& balance, double modelSize);
 
 // |f − K·u| against |K|·|u| + |f|: the backward error, the least relative change of K and f that makes u exact.

@@ -55,6 +55,13 @@ int FactoriseShifted(SparseEngine& engine, BlockMatrix& matrix, const std::vecto
     return -1;
 }
 
+enum Kind { Negative, Mechanism, Soft };
+
+Kind KindOf(double lambda)
+{
+    return lambda < -NoStiffness ? Negative : lambda <= NoStiffness ? Mechanism : Soft;
+}
+
 // Numbers of -1 ... 1 that are the same in every run (xorshift, G. Marsaglia 2003).
 void FillAtRandom(Vectors& block)
 {
@@ -198,11 +205,9 @@ SoftMotions FindSoftMotions(SparseEngine& engine, BlockMatrix& matrix, std::vect
         return found;
     }
     lambdas = RayleighRitz(matrix, block); // apart from the stiffer ones, which cost digits of the small λ
-    // Negative motions, mechanisms and soft motions each by themselves: a mixture would hide what has no stiffness at
-    // all.
-    const auto kindOf = [](double lambda) { return lambda < -NoStiffness ? -1 : lambda <= NoStiffness ? 0 : 1; };
+    // A mixture of kinds would hide what has no stiffness at all.
     for (std::size_t begin = 0, end = 0; begin < block.size(); begin = end) {
-        while (end < block.size() && kindOf(lambdas[end]) == kindOf(lambdas[begin])) { ++end; }
+        while (end < block.size() && KindOf(lambdas[end]) == KindOf(lambdas[begin])) { ++end; }
         MakeSparse(weights, std::span(block).subspan(begin, end - begin));
     }
     for (std::vector<double>& vector : block) {
@@ -211,8 +216,11 @@ SoftMotions FindSoftMotions(SparseEngine& engine, BlockMatrix& matrix, std::vect
         for (std::size_t k = 0; k < Ku.size(); ++k) { energy += Ku[k] * vector[k]; }
         found.motions.push_back({energy / WeightedProduct(weights, vector, vector), std::move(vector)});
     }
-    std::stable_sort(found.motions.begin(), found.motions.end(),
-                     [](const SoftMotion& a, const SoftMotion& b) { return a.lambda < b.lambda - NoStiffness; });
+    // The λ of mechanisms are round-off: these keep the order of their places.
+    std::stable_sort(found.motions.begin(), found.motions.end(), [](const SoftMotion& a, const SoftMotion& b) {
+        const Kind kindA = KindOf(a.lambda), kindB = KindOf(b.lambda);
+        return kindA != kindB ? kindA < kindB : kindA != Mechanism && a.lambda < b.lambda;
+    });
     return found;
 }
 

@@ -32,7 +32,7 @@ struct SoftMotion {
 };
 
 struct SoftMotions {
-    std::vector<SoftMotion> motions; // in the order of λ
+    std::vector<SoftMotion> motions; // negative ones, mechanisms, soft ones by λ
     bool mayBeMore = false;          // the block was full
 };
 

@@ -15,6 +15,7 @@
 #include "app/StiffnessSystem.h"
 #include "app/SupportReactions.h"
 #include "checks/ModelChecks.h"
+#include "checks/ModelExtent.h"
 #include "core/Units.h"
 #include "inertia/BalanceCheck.h"
 #include "inertia/MassOrthogonal.h"
@@ -125,18 +126,11 @@ double LargestForce(const std::vector<SupportReaction>& reactions)
     return largest;
 }
 
-double HalfDiagonal(const ModelCounts& counts)
-{
-    return 0.5 * Length(counts.boxMax - counts.boxMin);
-}
-
-// Restrained directions beyond those that take a rigid motion away.
+// Of all parts.
 int RedundantSupports(const FreeParts& free)
 {
     int count = 0;
-    for (const PartMotions& part : free.motions) {
-        count += part.restrainedDofs + static_cast<int>(part.free.size()) - RigidMotionCount;
-    }
+    for (const PartMotions& part : free.motions) { count += part.RedundantSupports(); }
     return count;
 }
 
@@ -152,7 +146,7 @@ MemoryEstimate MemoryOf(const ModelStore& model, const StiffnessSystem& system, 
 std::vector<ResultCheck> ChecksOfSolution(const ModelStore& model, const BalancedLoads& loads,
                                           const SolveReport& report)
 {
-    const LoadScales scales = ScalesOfLoads(report.balance, HalfDiagonal(report.counts));
+    const LoadScales scales = ScalesOfLoads(report.balance, 0.5 * ModelExtent(model));
     const ElementEnergies energies = MeasureElementEnergies(model, loads.free.parts, model.GlobalDisplacement);
     return {JudgeResidual(report.solver),
             JudgeBalance(report.balance, scales),
@@ -286,7 +280,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     report.largestRotation = LargestRotation(model);
     report.largestShellStress = LargestShellStress(model);
     report.largestBeamStress = LargestBeamStress(model);
-    report.resultChecks.push_back(JudgeDisplacement(report.largestDisplacement, 2.0 * HalfDiagonal(report.counts)));
+    report.resultChecks.push_back(JudgeDisplacement(report.largestDisplacement, ModelExtent(model)));
     report.resultChecks.push_back(JudgeRotation(report.largestRotation));
     report.resultChecks.push_back(JudgeFiniteNumbers(CountNonFiniteResults(model)));
     clock.End();

@@ -6,7 +6,8 @@
 
 namespace tarnvexo {
 
-// Diagonal of the box around all nodes, length; 0 without nodes.
+// Diagonal of the box around the nodes of elements, length; 0 without elements. A node that was left over far away says
+// nothing of the structure.
 double ModelExtent(const ModelStore& model);
 
 } // namespace tarnvexo

@@ -32,20 +32,9 @@ constexpr Vector3 GlobalAxis(int k)
     return axis;
 }
 
-// Without the components that are round-off, and with its largest component (of equal ones the first) positive.
-Vector3 CleanDirection(Vector3 d)
+Vector3 Clean(const Vector3& direction)
 {
-    int largest = 0;
-    for (int k = 0; k < 3; ++k) {
-        if (std::fabs(d[k]) < CleanTolerance) {
-            d[k] = 0.0;
-        }
-        if (std::fabs(d[k]) > (1.0 + CleanTolerance) * std::fabs(d[largest])) {
-            largest = k;
-        }
-    }
-    d = Normalised(d);
-    return d[largest] < 0.0 ? -d : d;
+    return CleanDirection(direction, CleanTolerance);
 }
 
 // Orthonormal basis of the vectors normal to n, along global axes as far as it allows.
@@ -57,8 +46,8 @@ std::array<Vector3, 2> PlaneBasis(const Vector3& n)
             k = j;
         }
     }
-    const Vector3 first = CleanDirection(Normalised(GlobalAxis(k) - n[k] * n));
-    return {first, CleanDirection(Cross(n, first))};
+    const Vector3 first = Clean(Normalised(GlobalAxis(k) - n[k] * n));
+    return {first, Clean(Cross(n, first))};
 }
 
 // Of unit vectors that span a subspace: the vector that names it, along it (one of them), normal to it (two).
@@ -66,9 +55,9 @@ Vector3 NameOfSpan(const std::vector<Vector3>& basis)
 {
     switch (basis.size()) {
     case 1:
-        return CleanDirection(basis[0]);
+        return Clean(basis[0]);
     case 2:
-        return CleanDirection(Normalised(Cross(basis[0], basis[1])));
+        return Clean(Normalised(Cross(basis[0], basis[1])));
     default:
         return {};
     }
@@ -81,7 +70,7 @@ std::vector<Vector3> BasisOfSpan(const std::vector<Vector3>& basis)
         return {plane[0], plane[1]};
     }
     return basis.size() == 3 ? std::vector<Vector3>{GlobalAxis(0), GlobalAxis(1), GlobalAxis(2)}
-                             : std::vector<Vector3>{CleanDirection(basis[0])};
+                             : std::vector<Vector3>{Clean(basis[0])};
 }
 
 // The translations among the motions, and the screws that are left, normal to them, with orthonormal rotations.
@@ -211,7 +200,7 @@ std::vector<Vector3> DirectionsOfAxes(const PartMotions& part, const MotionSpace
     const auto inPlane = [&](double low, double high) {
         const Vector3 d = (low * pitches.vectors[0][0] + high * pitches.vectors[1][0]) * basis[0] +
                           (low * pitches.vectors[0][1] + high * pitches.vectors[1][1]) * basis[1];
-        return CleanDirection(Normalised(d));
+        return Clean(Normalised(d));
     };
     std::vector<Vector3> axes = {inPlane(1.0, slope), inPlane(1.0, -slope)};
     std::sort(axes.begin(), axes.end(), std::greater<>()); // whatever sign the eigenvectors came with
@@ -305,6 +294,21 @@ std::vector<std::string> FreeMotionTexts(const PartMotions& part, const Vector3&
     std::vector<std::string> texts;
     for (const FreeMotion& motion : NameFreeMotions(part)) { texts.push_back("free to " + MotionText(motion, origin)); }
     return texts;
+}
+
+Vector3 CleanDirection(Vector3 direction, double tolerance)
+{
+    int largest = 0;
+    for (int k = 0; k < 3; ++k) {
+        if (std::fabs(direction[k]) < tolerance) {
+            direction[k] = 0.0;
+        }
+        if (std::fabs(direction[k]) > (1.0 + tolerance) * std::fabs(direction[largest])) {
+            largest = k;
+        }
+    }
+    direction = Normalised(direction);
+    return direction[largest] < 0.0 ? -direction : direction;
 }
 
 std::string PointText(const Vector3& point)

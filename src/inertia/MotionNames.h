@@ -37,6 +37,10 @@ std::string MotionText(const FreeMotion& motion, const Vector3& origin);
 // All of them behind "free to": "free to move along x", "free to move and rotate in every way". One text for each.
 std::vector<std::string> FreeMotionTexts(const PartMotions& part, const Vector3& origin);
 
+// A unit vector without components below the tolerance, which are round-off, and with its largest component (of equal
+// ones, to the tolerance, the first) positive.
+Vector3 CleanDirection(Vector3 direction, double tolerance);
+
 // "(12.1, 0, 3.4)": six digits, without negative zeros.
 std::string PointText(const Vector3& point);
 

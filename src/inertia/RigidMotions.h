@@ -35,6 +35,9 @@ struct PartMotions {
     int restrainedDofs = 0;         // supports of the part; more than their rank when they depend on one another
     std::vector<MotionVector> free; // orthonormal basis of the motions that the supports leave
     std::vector<int> holds;         // equations DofsPerNode·node + DOF that hold them, one per free motion
+
+    // Directions restrained beyond those that take a rigid motion away.
+    int RedundantSupports() const { return restrainedDofs + static_cast<int>(free.size()) - RigidMotionCount; }
 };
 
 // Displacements (DX, DY, DZ) and rotations times L (RX, RY, RZ) of a node in a motion of its part.

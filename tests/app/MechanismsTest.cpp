@@ -194,6 +194,57 @@ TEST_P(Mechanisms, OfMoreThanTenCausesAreCounted)
     EXPECT_TRUE(outcome.Has("\n  and 2 more of other causes\n  expected: ")) << outcome.text;
 }
 
+// The first words of the message about motions of these λ, all of one node in one direction.
+std::string HeadlineOf(const std::vector<double>& lambdas, bool hasFailed, bool mayBeMore = false)
+{
+    const ModelStore model = StoreOf(Strip(1, {}, 1.0));
+    const std::vector<double> stiffness = StiffnessOfDirections(model);
+    SoftMotions found;
+    found.mayBeMore = mayBeMore;
+    for (const double lambda : lambdas) {
+        SoftMotion motion = {lambda, std::vector<double>(stiffness.size(), 0.0)};
+        motion.motion[DofsPerNode * 2 + DZ] = 1.0;
+        found.motions.push_back(motion);
+    }
+    const std::string text = MechanismText(model, found, stiffness, hasFailed, "m");
+    return text.substr(0, text.find('\n'));
+}
+
+TEST(MechanismText, SaysHowManyMotionsMeetNoResistanceAndHowManyNextToNone)
+{
+    const std::string error = "m: error: the stiffness is not positive definite: ";
+    const std::string warning = "m: warning: the stiffness is nearly singular: ";
+    EXPECT_EQ(HeadlineOf({1e-16}, true), error + "1 motion meets no resistance");
+    EXPECT_EQ(HeadlineOf({1e-16, -1e-3}, false), error + "2 motions meet no resistance");
+    EXPECT_EQ(HeadlineOf({1e-16, 1e-12, 1e-12}, false), error + "1 motion meets no resistance, 2 next to none");
+    EXPECT_EQ(HeadlineOf({1e-12}, true), error + "1 motion meets next to no resistance");
+    EXPECT_EQ(HeadlineOf({1e-12, 1e-11}, false), warning + "2 motions meet next to no resistance");
+    EXPECT_EQ(HeadlineOf({0.0, 0.0}, true, true), error + "at least 2 motions meet no resistance");
+}
+
+// Round-off hides the pivot of a hinge the better the larger the plates are that it joins.
+TEST_P(Mechanisms, BetweenLargePlatesAreFound)
+{
+    constexpr int n = 40;
+    ModelText text;
+    text.Material(2.1e11, 0.3, 7850.0);
+    text.Thickness(0.1);
+    text.Thickness(1e-12);
+    for (int i = 0; i <= n; ++i) {
+        for (int j = 0; j <= n; ++j) { text.Node(i, j, 0.2 * (i % 2)); }
+    }
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j) {
+            const int a = (n + 1) * i + j, b = a + n + 1;
+            text.Quad({a, b, b + 1, a + 1}, 0, i == n / 2 ? 1 : 0);
+        }
+    }
+    const Outcome outcome = Factorise(text);
+    EXPECT_EQ(outcome.exitCode, ExitNumerical);
+    EXPECT_TRUE(outcome.Has(" and 32 more give way; ")) << outcome.text;
+    EXPECT_TRUE(outcome.Has(": its thickness 1e-12 is next to nothing beside 0.1 there")) << outcome.text;
+}
+
 TEST_P(Mechanisms, DoNotDependOnTheNumberOfThreads)
 {
     const int before = ThreadCount();

@@ -179,6 +179,39 @@ TEST(Program, RefusesAModelThatNothingBalancesWithEveryCommandThatLooksAtIt)
     }
 }
 
+// Two plates that a foil joins: no rule of the model forbids it, and the results would be noise.
+TEST(Program, EndsAtAMechanismWithTheOldResultsAsTheyWere)
+{
+    ModelText model;
+    model.Material(2.1e11, 0.3, 7850.0);
+    model.Thickness(0.1);
+    model.Thickness(1e-13);
+    for (int i = 0; i <= 3; ++i) {
+        model.Node(i, 0.0, 0.1 * (i % 2));
+        model.Node(i, 1.0, 0.1 * (i % 2));
+    }
+    for (int e = 0; e < 3; ++e) { model.Quad({2 * e, 2 * e + 2, 2 * e + 3, 2 * e + 1}, 0, e == 1 ? 1 : 0); }
+    model.Force(0, {0.0, 0.0, 1000.0, 0.0, 0.0, 0.0});
+    std::map<std::string, std::string> files = {{"m.txt", model.Text()}};
+    for (const char* name : {"structure.dxf", "Node_Dis.txt", "deformation.dxf", "Shell element node stress.txt",
+                             "Shell element average node stress.txt", "Tarn+Vexo_AverageStrs.txt"}) {
+        files[name] = std::string("old ") + name;
+    }
+    EXPECT_EQ(Tarnvexo({"check", "m.txt"}, files).exitCode, ExitGood);
+    for (const std::string solver : {"sparse", "skyline"}) {
+        const ProgramRun run = Tarnvexo({"solve", "m.txt", "--solver", solver}, files);
+        EXPECT_EQ(run.exitCode, ExitNumerical);
+        EXPECT_NE(run.error.find("\nm.txt: error: the stiffness is not positive definite: "), std::string::npos)
+            << run.error;
+        EXPECT_NE(run.error.find("\n    cause:    four-node shell 1 gives way: its thickness 1e-13 is next to nothing "
+                                 "beside 0.1 there\n"),
+                  std::string::npos)
+            << run.error;
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(run.files, files) << solver;
+    }
+}
+
 TEST(Program, ChecksTheExamples)
 {
     for (const std::string name : {"wing", "elements", "midship", "jib"}) {
