@@ -1027,7 +1027,7 @@ void StrictTextReader::ReportMismatch(const ScanResult& scan, const std::string&
     const std::size_t at = scan.stoppedAt, before = EndBefore(at);
     const bool endsLine = scan.expected[0] == '%' && at != Ahead(recordBegin) &&
                           text.substr(before, at - before).find('\n') != std::string_view::npos;
-    const bool hasPoint = at > 0 && text[at] == '.' && text[at - 1] >= '0' && text[at - 1] <= '9';
+    const bool hasPoint = at > 0 && at < text.size() && text[at] == '.' && text[at - 1] >= '0' && text[at - 1] <= '9';
     const std::size_t position = endsLine ? before : at;
     if (!diagnostics.Adds(RuleId::Format, position)) {
         return;
