@@ -195,9 +195,19 @@ inline void AddRestraint(ExampleModel& model, const Vector3& point, const std::a
     model.restraints.push_back(restraint);
 }
 
+// Forces on one node are one record.
 inline void AddForce(ExampleModel& model, const Vector3& point, const Vector3& force, const Vector3& moment = {})
 {
-    model.forces.push_back({NodeAt(model, point), {force[0], force[1], force[2], moment[0], moment[1], moment[2]}});
+    const int node = NodeAt(model, point);
+    auto record = std::find_if(model.forces.begin(), model.forces.end(),
+                               [node](const NodalForce& one) { return one.node == node; });
+    if (record == model.forces.end()) {
+        record = model.forces.insert(record, {node, {}});
+    }
+    for (int k = 0; k < 3; ++k) {
+        record->components[DX + k] += force[k];
+        record->components[RX + k] += moment[k];
+    }
 }
 
 inline void AddQuadPressure(ExampleModel& model, int quad, const PressureField& pressure)

@@ -30,9 +30,9 @@ FINDINGS                            count     limit     worst
   note     free-edge                   44                      edges of one shell only
 
 ERRORS: 2
-  wing/fem_solving.txt: error: part 2 of 2 is free to move, and its loads push it
-    expected: parts that are balanced each by itself
-    to do:    connect the part with the others
+  wing/fem_solving.txt: error: the structure has the mass 0, which cannot balance its loads
+    expected: mass above zero
+    to do:    give the materials of the model a Density above 0
   unstiffened-load: loads on nodes without elements: 2
     node 119        at (3, 3, 1)
     node 120        at (3, 3, 1.5)

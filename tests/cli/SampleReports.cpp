@@ -133,9 +133,9 @@ SolveReport SampleSolveReport()
     report.seconds = 0.2712;
     report.peakMemoryGigabytes = 0.0462;
     report.expectedMemoryGigabytes = 0.0481;
-    report.warnings = {"wing/fem_solving.txt: warning: 7 directions are restrained\n"
-                       "  expected: at most the six of a rigid body\n"
-                       "  to do:    remove a support"};
+    report.warnings = {"wing/fem_solving.txt:812:1: warning: force 1 is for node 25, as is force 0 [duplicate-load]\n"
+                       "  expected: one record for each node\n"
+                       "  to do:    check that the sum of the two is meant"};
     return report;
 }
 
@@ -169,9 +169,9 @@ CheckReport SampleCheckReport()
     report.isRead = true;
     report.counts = SampleCounts();
     report.messages = {{Severity::Error,
-                        "wing/fem_solving.txt: error: part 2 of 2 is free to move, and its loads push it\n"
-                        "  expected: parts that are balanced each by itself\n"
-                        "  to do:    connect the part with the others"}};
+                        "wing/fem_solving.txt: error: the structure has the mass 0, which cannot balance its loads\n"
+                        "  expected: mass above zero\n"
+                        "  to do:    give the materials of the model a Density above 0"}};
     Finding edges{RuleId::FreeEdge, Severity::Note, NoLimit, 44, {}};
     edges.worst = {{"quad", 0, 0, {-0.5, 0.5, 0}, "nodes 0 and 5"}};
     Finding loads{RuleId::UnstiffenedLoad, Severity::Error, NoLimit, 2, {}};
