@@ -9,6 +9,7 @@
 #include "checks/ModelChecks.h"
 #include "core/Units.h"
 #include "inertia/StructureCentroid.h"
+#include "output/BeamSectionStress.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -53,11 +54,14 @@ void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
     ShiftOrigin(model, -model.StructureCentroid);
     const BalancedLoads loads = BalanceModelLoads(model, report.modelFile, BalanceKind::Exact, rules);
     report.parts = ReportParts(loads.free, DisplacementKind::MassOrthogonal);
-    if (loads.fault.empty()) {
+    if (JoinedMessages(FindingsFault(loads.findings, report.modelFile), loads.fault).empty()) {
         report.balance = loads.sheet;
     }
     AddFindings(loads.findings, report.findings);
     AddMessage(Severity::Error, loads.fault, report);
+    if (const std::string fault = MeasureSectionMeshes(model).fault; !fault.empty()) {
+        AddMessage(Severity::Error, report.modelFile + ": " + fault, report);
+    }
     if (!loads.sheet.aboutLine.empty()) {
         AddMessage(Severity::Warning, report.modelFile + ": warning: " + loads.sheet.aboutLine, report);
     }

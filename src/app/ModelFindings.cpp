@@ -78,9 +78,7 @@ RuleBook RulesForSolving(RuleBook rules, BalanceKind balance)
 
 bool HaveSoundElements(const std::vector<Finding>& findings)
 {
-    static constexpr RuleId unsound[] = {RuleId::MaterialValue,   RuleId::ThicknessValue, RuleId::SectionValue,
-                                         RuleId::BeamOrientation, RuleId::ZeroArea,       RuleId::ZeroLengthBeam,
-                                         RuleId::CollapsedElement};
+    static constexpr RuleId unsound[] = {RuleId::ZeroArea, RuleId::ZeroLengthBeam, RuleId::CollapsedElement};
     return std::none_of(findings.begin(), findings.end(), [](const Finding& finding) {
         return finding.severity == Severity::Error &&
                std::find(std::begin(unsound), std::end(unsound), finding.rule) != std::end(unsound);

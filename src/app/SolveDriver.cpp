@@ -202,7 +202,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Expect("stresses", StressSeconds(model));
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
     if (!meshes.fault.empty()) {
-        throw RunFailure(meshes.isBeyondMemory ? ExitNumerical : ExitBadModel, meshes.fault);
+        throw RunFailure(meshes.isBeyondMemory ? ExitNumerical : ExitBadModel, options.modelFile + ": " + meshes.fault);
     }
     clock.Expect("beam sections", BeamSectionSeconds(meshes.patches));
     if (files) {
@@ -334,17 +334,15 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     try {
         system.Analyse(modelFile);
     } catch (const RunFailure& tooLong) {
-        report.warnings.push_back(tooLong.what());
+        report.fault = JoinedMessages(report.fault, tooLong.what());
     }
     report.solver = system.Report();
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
-    if (meshes.isBeyondMemory) { // of this machine
-        AddWarning(meshes.fault, report.warnings);
-    } else {
-        report.fault = JoinedMessages(report.fault, meshes.fault);
+    if (!meshes.fault.empty()) {
+        report.fault = JoinedMessages(report.fault, modelFile + ": " + meshes.fault);
     }
     const MemoryEstimate memory = MemoryOf(model, system, meshes);
-    AddWarning(MemoryFault(memory, available, report.solver.engine, modelFile), report.warnings);
+    report.fault = JoinedMessages(report.fault, MemoryFault(memory, available, report.solver.engine, modelFile));
     report.expectedMemoryGigabytes = memory.Peak() * GigabytesPerByte;
     std::error_code noFile; // a pipe has no size
     const std::uintmax_t fileBytes = std::filesystem::file_size(modelFile, noFile);

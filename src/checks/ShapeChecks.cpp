@@ -118,6 +118,14 @@ public:
         return true;
     }
 
+    void JudgeThickness(double thickness, double longestSide)
+    {
+        const double ratio = thickness / longestSide;
+        if (ratio > Limit(RuleId::ThickShell)) {
+            Tell(RuleId::ThickShell, ratio, ratio);
+        }
+    }
+
 private:
     const char* kind;
     int number;
@@ -157,6 +165,7 @@ void JudgeQuad(const ModelStore& model, std::size_t e, ShapeFindings& findings)
         return;
     }
 
+    element.JudgeThickness(model.QuadElements[e].thickness, quad.longestSide);
     const double warping = WarpingAngle(quad);
     if (warping > element.Limit(RuleId::Warping)) {
         element.Tell(RuleId::Warping, warping, warping);
@@ -186,6 +195,7 @@ void JudgeTri(const ModelStore& model, std::size_t e, ShapeFindings& findings)
         element.HasNoArea(tri.area, tri.longestSide)) {
         return;
     }
+    element.JudgeThickness(model.TriElements[e].thickness, tri.longestSide);
     const double aspect = AspectRatio(tri);
     if (element.IsOn(RuleId::TriAngle) && tri.smallestAngle < element.Limit(RuleId::TriAngle)) {
         element.TellCorner(RuleId::TriAngle, tri.smallestAngle, -tri.smallestAngle, tri.smallestAngleCorner);

@@ -8,6 +8,7 @@
 #include <bit>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarnvexo {
@@ -89,7 +90,16 @@ std::string MixtureText(const Material& material, const UnitMixture& mixture)
     return text;
 }
 
-void CheckMaterials(const ModelStore& model, double extent, FindingCollector& mixed)
+// Position in UnitSystems(); -1: no system has that name.
+int SystemNamed(std::string_view name)
+{
+    const auto systems = UnitSystems();
+    const auto found =
+        std::find_if(systems.begin(), systems.end(), [name](const ConsistentUnits& one) { return name == one.name; });
+    return found == systems.end() ? -1 : static_cast<int>(found - systems.begin());
+}
+
+void CheckMaterials(const ModelStore& model, double extent, std::string_view declaredUnits, FindingCollector& mixed)
 {
     const std::vector<int> elements = ElementsOfMaterials(model);
     std::vector<UnitSystemSet> systems(model.Materials.size(), 0);
@@ -99,11 +109,20 @@ void CheckMaterials(const ModelStore& model, double extent, FindingCollector& mi
     }
     const int most = SystemOfMost(systems, elements);
 
+    const int declared = SystemNamed(declaredUnits);
     for (std::size_t m = 0; m < systems.size(); ++m) {
         if (elements[m] == 0) {
             continue;
         }
         const Material& material = model.Materials[m];
+        if (systems[m] != 0 && declared >= 0 && !Contains(systems[m], declared)) {
+            const std::size_t own = static_cast<std::size_t>(std::countr_zero(systems[m]));
+            Tell(mixed, "material", m, OfMaterial, [&] {
+                return "E=" + Number(material.E) + " and Density=" + Number(material.Density) + " are in " +
+                       UnitSystems()[own].name + ", but --units says " + UnitSystems()[declared].name;
+            });
+            continue;
+        }
         if (systems[m] != 0 && !Contains(systems[m], most)) {
             const std::size_t own = static_cast<std::size_t>(std::countr_zero(systems[m]));
             Tell(mixed, "material", m, OfMaterial, [&] {
@@ -178,10 +197,10 @@ void CheckSections(const ModelStore& model, double extent, FindingCollector& mix
 
 } // namespace
 
-void CheckUnits(const ModelStore& model, FindingCollector& mixed)
+void CheckUnits(const ModelStore& model, std::string_view declaredUnits, FindingCollector& mixed)
 {
     const double extent = ModelExtent(model);
-    CheckMaterials(model, extent, mixed);
+    CheckMaterials(model, extent, declaredUnits, mixed);
     if (extent > 0.0) {
         CheckThicknesses(model, extent, mixed);
         CheckSections(model, extent, mixed);

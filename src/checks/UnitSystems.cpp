@@ -10,12 +10,12 @@ constexpr double Inch = 0.0254, Foot = 0.3048, Pound = 0.45359237, Gravity = 9.8
 constexpr double PoundForce = Pound * Gravity;
 
 // force/length² and force·s²/length⁴ of a system of force, length and second.
-constexpr UnitSystem OfForce(const char* name, double force, double length)
+constexpr ConsistentUnits OfForce(const char* name, double force, double length)
 {
     return {name, force / (length * length), force / (length * length * length * length), length};
 }
 
-constexpr UnitSystem Systems[] = {
+constexpr ConsistentUnits Systems[] = {
     OfForce("N, m, kg", 1.0, 1.0),
     OfForce("N, mm, t", 1.0, 1e-3),
     OfForce("lbf, in, s", PoundForce, Inch),
@@ -56,7 +56,7 @@ constexpr MaterialKind Kinds[] = {
     {"plastic", {5e8, 1.2e10}, {850.0, 1600.0}},
 };
 
-bool IsSystem(const UnitSystem& system)
+bool IsSystem(const ConsistentUnits& system)
 {
     return system.stress > 0.0;
 }
@@ -70,14 +70,14 @@ bool IsPossible(double E, double Density)
     return Density >= 10.0 && Density <= 25000.0 && E >= softest && E <= 1.3e12 && E <= 1e9 * Density;
 }
 
-bool IsPossible(double E, double Density, const UnitSystem& system)
+bool IsPossible(double E, double Density, const ConsistentUnits& system)
 {
     return IsSystem(system) && IsPossible(E * system.stress, Density * system.density);
 }
 
 } // namespace
 
-std::span<const UnitSystem> UnitSystems()
+std::span<const ConsistentUnits> UnitSystems()
 {
     return Systems;
 }
@@ -102,11 +102,11 @@ std::optional<UnitMixture> MixtureOf(double E, double Density)
         return std::nullopt;
     }
     for (const MaterialKind& kind : Kinds) {
-        for (const UnitSystem& ofE : Systems) {
+        for (const ConsistentUnits& ofE : Systems) {
             if (!IsSystem(ofE) || !kind.E.Has(E * ofE.stress) || IsPossible(E, Density, ofE)) {
                 continue;
             }
-            for (const UnitSystem& ofDensity : Systems) {
+            for (const ConsistentUnits& ofDensity : Systems) {
                 if (kind.Density.Has(Density * ofDensity.density) && !IsPossible(E, Density, ofDensity)) {
                     const double expectedE = IsSystem(ofDensity) ? E * ofE.stress / ofDensity.stress : 0.0;
                     return UnitMixture{kind.name, &ofE, &ofDensity, expectedE,

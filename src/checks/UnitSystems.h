@@ -27,7 +27,7 @@
 
 namespace tarnvexo {
 
-struct UnitSystem {
+struct ConsistentUnits {
     const char* name;
     double stress;  // its unit in Pa; 0: a unit of density alone, which belongs to no system
     double density; // its unit in kg/m³
@@ -35,7 +35,7 @@ struct UnitSystem {
 };
 
 // Customary ones first.
-std::span<const UnitSystem> UnitSystems();
+std::span<const ConsistentUnits> UnitSystems();
 
 // One bit per entry of UnitSystems().
 using UnitSystemSet = std::uint32_t;
@@ -47,8 +47,8 @@ UnitSystemSet SystemsOf(double E, double Density);
 // E of one system and Density of another one.
 struct UnitMixture {
     const char* material;  // "steel"
-    const UnitSystem* ofE; // where E belongs
-    const UnitSystem* ofDensity;
+    const ConsistentUnits* ofE; // where E belongs
+    const ConsistentUnits* ofDensity;
     double expectedE;       // of this material in the system of Density; 0 where that is none
     double expectedDensity; // in the system of E
 };

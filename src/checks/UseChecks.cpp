@@ -138,7 +138,7 @@ void CheckUse(const ModelStore& model, const RuleBook& rules, std::vector<Findin
 
     FindingCollector mixed(RuleId::MixedUnits, rules);
     if (mixed.IsOn()) {
-        CheckUnits(model, mixed);
+        CheckUnits(model, rules.DeclaredUnits(), mixed);
     }
     mixed.AppendTo(findings);
 }

@@ -59,7 +59,7 @@ std::string Joined(const std::string& one, const std::string& other)
 // Severity, name, count, limit, worst value, and what was found behind them.
 void AddFindingLine(TextPage& page, const Finding& finding, const std::string& text)
 {
-    const bool hasWorst = finding.limit != NoLimit && !finding.worst.empty();
+    const bool hasWorst = finding.limit != NoLimit && !finding.worst.empty() && finding.worst.front().value != 0.0;
     page.Paragraph(FirstColumns(finding.severity, RuleOf(finding.rule).name) +
                        PaddedLeft(std::to_string(finding.count), FigureWidth) +
                        PaddedLeft(LimitText(finding.limit), FigureWidth) +
@@ -100,7 +100,7 @@ void AddOffenders(TextPage& page, const Finding& finding, std::size_t most)
                        Joined(PlaceOf(offender), offender.detail));
     }
     const std::int64_t more = finding.count - static_cast<std::int64_t>(shown);
-    if (more > 0) {
+    if (more > 0 && shown > 0) {
         page.Line("  and " + std::to_string(more) + " more" +
                   (finding.worst.size() > shown
                        ? "; the worst " + std::to_string(finding.worst.size()) + " with --verbose"
@@ -169,6 +169,19 @@ void AddParts(TextPage& page, const std::vector<PartReport>& parts)
     }
 }
 
+// Rules that the text of the file breaks, each once.
+std::vector<std::string> RulesOfText(const StrictReading& reading, Severity severity)
+{
+    std::vector<std::string> names;
+    for (const SourceDiagnostic& one : reading.diagnostics) {
+        const std::string name = RuleOf(one.rule).name;
+        if (one.severity == severity && std::find(names.begin(), names.end(), name) == names.end()) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
 // "2: zero-area, warping", with "others" for messages that no rule names.
 std::string SeveritySummary(const CheckReport& report, Severity severity)
 {
@@ -179,9 +192,7 @@ std::string SeveritySummary(const CheckReport& report, Severity severity)
     std::string names;
     const std::vector<const Finding*> findings = OfSeverity(report.findings, severity);
     for (const Finding* finding : findings) { names = Joined(names, RuleOf(finding->rule).name); }
-    if (const long long inText = report.reading.CountOf(severity); inText > 0) {
-        names = Joined(std::to_string(inText) + " in the text of the file", names);
-    }
+    for (const std::string& name : RulesOfText(report.reading, severity)) { names = Joined(names, name); }
     const auto messages = std::count_if(report.messages.begin(), report.messages.end(),
                                         [&](const CheckMessage& one) { return one.severity == severity; });
     if (messages > 0) {
@@ -258,7 +269,7 @@ std::string CheckReportText(const CheckReport& report, UnitSystem units, bool ve
 void AddModelChecks(TextPage& page, const std::vector<Finding>& findings)
 {
     if (findings.empty()) {
-        page.Heading("MODEL CHECKS: nothing found");
+        page.Heading("MODEL CHECKS: no errors, no warnings");
         return;
     }
     AddFindingTitles(page, "MODEL CHECKS");
@@ -268,6 +279,9 @@ void AddModelChecks(TextPage& page, const std::vector<Finding>& findings)
             if (!finding->worst.empty()) {
                 const Offender& worst = finding->worst.front();
                 text += "\n" + OffenderName(worst) + (HasPlace(worst) ? " " + PlaceOf(worst) : "");
+            }
+            if (!finding->summary.empty()) {
+                text += "\n" + finding->summary;
             }
             AddFindingLine(page, *finding, text);
         }
@@ -282,7 +296,7 @@ std::string FindingsSummary(const std::vector<Finding>& findings)
             text = Joined(text, CountText(static_cast<std::int64_t>(count), SeverityName(severity)));
         }
     }
-    return text.empty() ? "nothing found" : text + ", see MODEL CHECKS";
+    return text.empty() ? "no errors, no warnings" : text + ", see MODEL CHECKS";
 }
 
 std::string RuleTableText(const RuleBook& rules)

@@ -350,10 +350,12 @@ void RefuseEmptyValues(const CLI::App& command)
 
 // ---- commands
 
-RuleBook ParsedRules(const std::vector<std::string>& texts)
+// The rules, and the units that they hold the model's materials to.
+RuleBook ParsedRules(const OptionTexts& texts)
 {
     RuleBook rules;
-    ApplyRuleSettings(texts, rules);
+    ApplyRuleSettings(texts.rules, rules);
+    rules.DeclareUnits(TextsOfUnits(ParsedUnits(texts.units)).system);
     return rules;
 }
 
@@ -366,7 +368,7 @@ Command SolveOf(const OptionTexts& texts)
     command.solve.balance = ParsedChoice("--balance", texts.balance, Balances);
     command.solve.displacements = ParsedChoice("--displacements", texts.displacements, Displacements);
     command.solve.writeResults = ParsedFormats(texts.formats);
-    command.solve.rules = ParsedRules(texts.rules);
+    command.solve.rules = ParsedRules(texts);
     command.threads = ParsedThreads(texts.threads);
     command.units = ParsedUnits(texts.units);
     command.jsonFile = texts.json;
@@ -376,13 +378,13 @@ Command SolveOf(const OptionTexts& texts)
 
 Command InfoOf(const OptionTexts& texts)
 {
-    return InfoCommand{{texts.model, ParsedRules(texts.rules)}, ParsedUnits(texts.units), texts.json, texts.quiet};
+    return InfoCommand{{texts.model, ParsedRules(texts)}, ParsedUnits(texts.units), texts.json, texts.quiet};
 }
 
 Command CheckOf(const OptionTexts& texts)
 {
     return CheckCommand{
-        {texts.model, ParsedRules(texts.rules)}, ParsedUnits(texts.units), texts.json, texts.quiet, texts.verbose};
+        {texts.model, ParsedRules(texts)}, ParsedUnits(texts.units), texts.json, texts.quiet, texts.verbose};
 }
 
 Command RefineOf(const OptionTexts& texts)
@@ -398,7 +400,7 @@ Command RenumberOf(const OptionTexts& texts)
 Command CommandOf(const std::string& name, const OptionTexts& texts)
 {
     if (texts.listRules) {
-        return MessageCommand{RuleTableText(ParsedRules(texts.rules)), "", ExitGood};
+        return MessageCommand{RuleTableText(ParsedRules(texts)), "", ExitGood};
     }
     return name == "solve"    ? SolveOf(texts)
            : name == "info"   ? InfoOf(texts)
@@ -423,9 +425,12 @@ Command ParseCommandLine(const std::vector<std::string>& arguments, const std::f
     // A misspelt command is found before its options are looked at.
     const std::string first = arguments.empty() ? "" : arguments.front();
     if (!first.starts_with("-") && std::find(commandNames.begin(), commandNames.end(), first) == commandNames.end()) {
-        return UsageMessage("tarnvexo",
-                            {first.empty() ? "a command is missing" : "there is no command \"" + first + "\"",
-                             CLI::detail::join(commandNames, ", "), NearestName(first, commandNames)});
+        const bool isPath = first.find_first_of("/\\.") != std::string::npos;
+        return UsageMessage(
+            "tarnvexo",
+            {first.empty() ? "a command is missing" : "there is no command \"" + first + "\"",
+             CLI::detail::join(commandNames, ", "),
+             isPath ? "tarnvexo check " + first + ", or solve " + first : NearestName(first, commandNames)});
     }
     if (std::find(arguments.begin(), arguments.end(), ListRules) != arguments.end() && !first.starts_with("-")) {
         app->get_subcommand(first)->get_option("MODEL")->required(false);

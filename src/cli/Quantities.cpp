@@ -38,10 +38,11 @@ std::string SizeText(double bytes)
 
 const UnitTexts& TextsOfUnits(UnitSystem units)
 {
-    static constexpr UnitTexts unnamed = {"", "", "", "", "", "", "", "", "rad/time²", "", 0.0};
-    static constexpr UnitTexts si = {"SI", "m", "Pa", "kg", "N", "N·m", "J", "m/s²", "rad/s²", "kg·m²", 9.80665};
-    static constexpr UnitTexts mmTonneSecond = {"mm-t-s", "mm",    "MPa",    "t",     "N",    "N·mm",
-                                                "mJ",     "mm/s²", "rad/s²", "t·mm²", 9806.65};
+    static constexpr UnitTexts unnamed = {"", "", "", "", "", "", "", "", "", "rad/time²", "", 0.0};
+    static constexpr UnitTexts si = {"SI",  "N, m, kg", "m",    "Pa",     "kg",    "N",
+                                     "N·m", "J",        "m/s²", "rad/s²", "kg·m²", 9.80665};
+    static constexpr UnitTexts mmTonneSecond = {"mm-t-s", "N, mm, t", "mm",    "MPa",    "t",     "N",
+                                                "N·mm",   "mJ",       "mm/s²", "rad/s²", "t·mm²", 9806.65};
     switch (units) {
     case UnitSystem::SI:
         return si;

@@ -13,7 +13,8 @@ namespace tarnvexo {
 enum class UnitSystem { Unnamed, SI, MillimetreTonneSecond };
 
 struct UnitTexts {
-    const char* name; // as on the command line
+    const char* name;   // as on the command line
+    const char* system; // as in checks/UnitSystems.h
     const char* length;
     const char* stress;
     const char* mass;

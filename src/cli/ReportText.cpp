@@ -139,7 +139,7 @@ void AddBalance(TextPage& page, const BalanceSheet& balance, const UnitTexts& un
 
 void AddWarnings(TextPage& page, const std::vector<std::string>& warnings)
 {
-    page.Heading(warnings.empty() ? "WARNINGS: none" : "WARNINGS: " + std::to_string(warnings.size()));
+    page.Heading(warnings.empty() ? "OTHER WARNINGS: none" : "OTHER WARNINGS: " + std::to_string(warnings.size()));
     for (const std::string& warning : warnings) { page.Paragraph("  ", warning); }
 }
 
@@ -270,13 +270,17 @@ void AddChecks(TextPage& page, const std::vector<ResultCheck>& checks)
     }
 }
 
-void AddFiles(TextPage& page, const std::vector<ResultFile>& files)
+void AddFiles(TextPage& page, const SolveReport& report)
 {
     page.Heading("RESULT FILES");
-    if (files.empty()) {
+    if (!report.fileFault.empty()) {
+        page.Paragraph("  ", report.fileFault);
+    } else if (report.files.empty()) {
         page.Paragraph("  ", "none were asked for");
     }
-    for (const ResultFile& file : files) { page.Line(PaddedLeft(FileSizeText(file.bytes), 10) + "  " + file.path); }
+    for (const ResultFile& file : report.files) {
+        page.Line(PaddedLeft(FileSizeText(file.bytes), 10) + "  " + file.path);
+    }
 }
 
 void AddStages(TextPage& page, const SolveReport& report)
@@ -296,8 +300,12 @@ std::string ExtremeSummary(const ExtremeValue& extreme, const char* unit)
     return where.empty() ? "none" : WithUnit(extreme.value, unit) + ", " + where;
 }
 
-std::string FilesSummary(const std::vector<ResultFile>& files)
+std::string FilesSummary(const SolveReport& report)
 {
+    const std::vector<ResultFile>& files = report.files;
+    if (!report.fileFault.empty()) {
+        return "NOT WRITTEN, see RESULT FILES";
+    }
     if (files.empty()) {
         return "none were asked for";
     }
@@ -316,6 +324,28 @@ std::string ChecksSummary(const SolveReport& report)
     return CheckSummary(report.resultChecks) + (hasLoads ? "" : " (the model has no loads)");
 }
 
+// What the reader of a report must know first and last.
+std::string VerdictText(const SolveReport& report)
+{
+    const auto isWarned = [](const ResultCheck& check) { return check.verdict == Verdict::Warn; };
+    const auto ofResults = std::count_if(report.resultChecks.begin(), report.resultChecks.end(), isWarned);
+    const std::size_t ofModel = report.findings.size() + report.warnings.size();
+    if (!FailedChecksMessage(report).empty()) {
+        return "NOT TO BE TRUSTED: " + CheckSummary(report.resultChecks);
+    }
+    if (!report.fileFault.empty()) {
+        return "solved, but the result files are NOT WRITTEN";
+    }
+    std::string text = "solved";
+    if (ofModel > 0) {
+        text += ", " + CountText(static_cast<std::int64_t>(ofModel), "warning") + " of the model";
+    }
+    if (ofResults > 0) {
+        text += ", " + CountText(ofResults, "warning") + " of the results";
+    }
+    return text;
+}
+
 void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts& unit)
 {
     page.Heading("SUMMARY");
@@ -325,11 +355,11 @@ void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts&
     AddSummaryLine(page, "largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
     AddSummaryLine(page, "largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
     AddSummaryLine(page, "result checks", ChecksSummary(report));
-    AddSummaryLine(page, "result files", FilesSummary(report.files));
+    AddSummaryLine(page, "result files", FilesSummary(report));
     AddSummaryLine(page, "model checks", FindingsSummary(report.findings));
-    AddSummaryLine(page, "run",
-                   DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes) +
-                       "; warnings: " + WarningSummary(report.warnings));
+    AddSummaryLine(page, "other warnings", WarningSummary(report.warnings));
+    AddSummaryLine(page, "run", DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes));
+    AddSummaryLine(page, "verdict", VerdictText(report));
 }
 
 // ---- sections of a model that is not solved
@@ -381,7 +411,7 @@ void AddInfoSummary(TextPage& page, const InfoReport& report, const UnitTexts& u
                              " of " + MemoryText(report.availableMemoryGigabytes)
                        : "refuses this model, see ERRORS");
     AddSummaryLine(page, "model checks", FindingsSummary(report.findings));
-    AddSummaryLine(page, "warnings", WarningSummary(report.warnings));
+    AddSummaryLine(page, "other warnings", WarningSummary(report.warnings));
 }
 
 } // namespace
@@ -391,6 +421,7 @@ std::string SolveReportText(const SolveReport& report, UnitSystem units)
     const UnitTexts& unit = TextsOfUnits(units);
     TextPage page;
     page.Heading("tarnvexo solve " + report.modelFile);
+    page.Line(VerdictText(report));
     AddModel(page, report.counts, unit);
     AddParts(page, report.parts);
     AddMass(page, report.balance.mass, unit);
@@ -400,7 +431,7 @@ std::string SolveReportText(const SolveReport& report, UnitSystem units)
     AddSolution(page, report);
     AddExtremes(page, report, unit);
     AddChecks(page, report.resultChecks);
-    AddFiles(page, report.files);
+    AddFiles(page, report);
     AddStages(page, report);
     AddModelChecks(page, report.findings);
     AddWarnings(page, report.warnings);

@@ -34,7 +34,7 @@ constexpr Rule Rules[RuleCount] = {
     {RuleId::ZeroArea, "zero-area", Error, 1e-8, "area over square of the longest side", "shells without area",
      "move the nodes apart, or take the element out"},
     {RuleId::SelfCrossing, "self-crossing", Error, NoLimit, "", "quadrilaterals whose sides cross",
-     "list the nodes in order around the element"},
+     "list the nodes in order around the element, or move a node that is misplaced"},
     {RuleId::InvertedQuad, "inverted-quad", Error, NoLimit, "",
      "quadrilaterals folded over themselves at an integration point", "move the nodes, or split the element"},
     {RuleId::ConcaveQuad, "concave-quad", Error, 179.0, "largest corner angle, degrees",
@@ -49,6 +49,9 @@ constexpr Rule Rules[RuleCount] = {
      "remesh, where stresses matter"},
     {RuleId::Taper, "taper", Warning, 0.5, "largest deviation of a corner triangle from the mean, relative",
      "quadrilaterals with opposite sides of unequal length", "remesh, where stresses matter"},
+    {RuleId::ThickShell, "thick-shell", Warning, 3.0, "thickness over longest side",
+     "shells thicker than they are long",
+     "check that thickness and coordinates are in one unit (TK in mm, nodes in m?)"},
     {RuleId::ZeroLengthBeam, "zero-length-beam", Error, 1e-9, "length over model size", "beams without length",
      "merge its nodes and take the beam out, or move them apart"},
     {RuleId::DuplicateElement, "duplicate-element", Warning, NoLimit, "", "elements on the nodes of another one",
@@ -86,7 +89,7 @@ constexpr Rule Rules[RuleCount] = {
      "connect the part with the others, support it, or analyse it alone"},
     {RuleId::SupportsInBalance, "supports-in-balance", Warning, NoLimit, "",
      "parts with more supports than hold them in place",
-     "do not use the results for a structure that stands on its supports"},
+     "do not use the results for a structure that stands on its supports: loads are balanced by inertia"},
 };
 
 constexpr bool IsInOrder()

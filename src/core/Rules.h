@@ -36,6 +36,7 @@ enum class RuleId {
     QuadAngle,
     TriAngle,
     Taper,
+    ThickShell,
     ZeroLengthBeam,
     // How elements meet.
     DuplicateElement,
@@ -81,7 +82,8 @@ const Rule* RuleNamed(const char* name);
 // "error", "warning", "note", "off".
 const char* SeverityName(Severity severity);
 
-// Severities and limits of one run: those of the table until they are set.
+// What the model of one run is held to: severities and limits, those of the table until they are set, and the units that
+// the user says it has.
 class RuleBook {
 public:
     RuleBook();
@@ -98,10 +100,15 @@ public:
     }
     void SetLimit(RuleId id, double limit) { limits[static_cast<std::size_t>(id)] = limit; }
 
+    // Name in checks/UnitSystems.h, "N, mm, t"; empty: not said.
+    const char* DeclaredUnits() const { return declaredUnits; }
+    void DeclareUnits(const char* name) { declaredUnits = name; }
+
 private:
     std::array<Severity, RuleCount> severities;
     std::array<double, RuleCount> limits;
     std::array<bool, RuleCount> isSet = {};
+    const char* declaredUnits = "";
 };
 
 } // namespace tarnvexo

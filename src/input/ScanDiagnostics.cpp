@@ -42,7 +42,7 @@ TextPlace PlaceInText(std::string_view text, std::size_t position)
 {
     const std::string_view before = text.substr(0, position);
     const std::size_t lineFeeds = std::size_t(std::count(before.begin(), before.end(), '\n'));
-    return {1 + lineFeeds, 1 + position - LineAround(text, position).begin};
+    return {1 + lineFeeds, 1 + position - LineAround(before, position).begin};
 }
 
 std::string NameOf(const RecordName& record)

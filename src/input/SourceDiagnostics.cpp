@@ -10,8 +10,9 @@ namespace {
 // A message without the line of the file.
 std::string MessageWithoutLine(const NamedText& source, const TextFault& fault, const char* severity)
 {
-    return Joined({source.fileName, ":1:1: ", severity, ": ", fault.what, "\n  expected: ", fault.expected,
-                   "\n  to do:    ", fault.toDo});
+    const TextPlace place = PlaceInText(source.text, fault.position);
+    return Joined({source.fileName, ":", std::to_string(place.line), ":", std::to_string(place.column), ": ", severity,
+                   ": ", fault.what, "\n  expected: ", fault.expected, "\n  to do:    ", fault.toDo});
 }
 
 std::string OthersText(long long others, const char* kind, const std::string& fileName)
@@ -27,8 +28,11 @@ Severity SourceDiagnostics::SeverityOf(RuleId rule) const
     return rule == RuleId::Format ? Severity::Error : rules.SeverityOf(rule);
 }
 
-bool SourceDiagnostics::Adds(RuleId rule)
+bool SourceDiagnostics::Adds(RuleId rule, std::size_t position)
 {
+    if (position == lastError) {
+        return false;
+    }
     switch (SeverityOf(rule)) {
     case Severity::Off:
         return false;
@@ -40,6 +44,7 @@ bool SourceDiagnostics::Adds(RuleId rule)
         break;
     case Severity::Error:
         ++errors;
+        lastError = position;
         return keptErrors < ShownDiagnostics;
     }
     return remarks[static_cast<std::size_t>(rule)] < ShownRemarksPerRule;

@@ -39,13 +39,14 @@ struct StrictReading {
 };
 
 // Messages are built only for what may be shown:
-//     if (diagnostics.Adds(rule)) { diagnostics.Keep(rule, {position, what, expected, toDo}); }
+//     if (diagnostics.Adds(rule, position)) { diagnostics.Keep(rule, {position, what, expected, toDo}); }
 class SourceDiagnostics {
 public:
     SourceDiagnostics(const NamedText& source, const RuleBook& rules) : source(source), rules(rules) {}
 
-    // Counts one. True: it may be shown, and Keep must follow. A rule that is off adds nothing.
-    bool Adds(RuleId rule);
+    // Counts one. True: it may be shown, and Keep must follow. A rule that is off adds nothing, and neither does what
+    // follows an error at its own place: a number that is none has no size either.
+    bool Adds(RuleId rule, std::size_t position);
     void Keep(RuleId rule, TextFault fault);
 
     // A fault of the file as a whole: its message quotes no line.
@@ -69,7 +70,8 @@ private:
     const RuleBook& rules;
     std::vector<Kept> kept;
     long long errors = 0, warnings = 0, notes = 0;
-    int remarks[RuleCount] = {}; // kept notes and warnings
+    std::size_t lastError = std::string::npos; // its position
+    int remarks[RuleCount] = {};               // kept notes and warnings
     std::size_t keptErrors = 0;
 };
 

@@ -50,6 +50,7 @@ struct TableReading : Table {
     bool isCounted = false; // the count can be believed
     bool isSound = false;   // every record fitted, as many as counted
     int recordCount = 0;    // found
+    int damages = 0;        // places that do not fit: each may be a record, or part of one, or none
     int limit = INT_MAX;    // indices below it are accepted
     bool labelsTold = false;
 };
@@ -114,6 +115,7 @@ private:
     bool OpenBehindFault(TableId id, const char* countFormat, ScanResult scan);
     void ReportTextBetween(TableId last, std::size_t begin, std::size_t end, const char* countFormat);
     void TakeCount(TableId id, const ScanResult& scan, int count);
+    void SkipTextBehindCount(TableId id, std::size_t behind);
     void CloseTable(TableId id, int doubtful);
     struct Recovery {
         int records;  // that the fault used up
@@ -163,13 +165,14 @@ private:
 
     void Report(RuleId rule, TextFault fault)
     {
-        if (diagnostics.Adds(rule)) {
+        if (diagnostics.Adds(rule, fault.position)) {
             diagnostics.Keep(rule, std::move(fault));
         }
     }
     void ReportMismatch(const ScanResult& scan, const std::string& subject, const std::string& layout);
     void ReportTextBehind(std::size_t position, const std::string& subject);
     void ReportCount(TableId id, long long records);
+    void ReportMore(TableId id, int more);
     void ReportEnd(const std::string& where, const std::string& expected);
 
     bool IsSoundSoFar() const { return diagnostics.Errors() == 0; }
@@ -198,7 +201,7 @@ private:
 StrictReading StrictTextReader::Read()
 {
     if (const TextFault fault = FaultOfTextKind(text); !fault.what.empty()) {
-        diagnostics.Adds(RuleId::Format);
+        diagnostics.Adds(RuleId::Format, fault.position);
         diagnostics.KeepWithoutLine(RuleId::Format, fault);
     } else if (ReadRelease()) {
         ReadMaterials();
@@ -348,7 +351,8 @@ void StrictTextReader::ReadTubeSections()
             return false;
         }
         CheckSize(RuleId::SectionValue, section.T, false, "T", wall.fieldBegin[0], name);
-        if (section.R > 0.0 && section.T > 2.0 * section.R && diagnostics.Adds(RuleId::SectionValue)) {
+        if (section.R > 0.0 && section.T > 2.0 * section.R &&
+            diagnostics.Adds(RuleId::SectionValue, wall.fieldBegin[0])) {
             diagnostics.Keep(RuleId::SectionValue,
                              {wall.fieldBegin[0],
                               Joined({NameOf(name), ": the wall, T=", Written(wall.fieldBegin[0]),
@@ -372,7 +376,9 @@ void StrictTextReader::ReadNodes()
             return false;
         }
         CheckLabel(label, Nodes, scan);
-        for (int k = 0; k < 3; ++k) { IsFinite(node[k], scan.fieldBegin[1 + k], name); }
+        bool isPlace = scan.oddField < 0;
+        for (int k = 0; k < 3; ++k) { isPlace = IsFinite(node[k], scan.fieldBegin[1 + k], name) && isPlace; }
+        tables[Nodes].isSound = tables[Nodes].isSound && isPlace;
         return true;
     };
     ReadTable(Nodes, formats::NodeCount, formats::ShortestNode, model.NPOIN, readRecord, model.NodeCoordinates);
@@ -596,7 +602,7 @@ void StrictTextReader::ReadEnd()
         return;
     }
     if (last.isCounted && BeginsRecord(text, rest, BeamLoads)) {
-        ReportCount(BeamLoads, last.recordCount + static_cast<long long>(CountRecords(text.substr(rest), BeamLoads)));
+        ReportMore(BeamLoads, CountRecords(text.substr(rest), BeamLoads));
     } else if (last.recordCount > 0 && !IsFirstOfLine(rest)) {
         ReportTextBehind(rest, NameOfPrevious(BeamLoads));
     } else {
@@ -633,6 +639,7 @@ void StrictTextReader::ReadTable(TableId id, const char* countFormat, std::size_
         }
         const Recovery recovery = Recover(id);
         table.recordCount += recovery.records;
+        table.damages += recovery.isEnd ? 0 : 1;
         doubtful += recovery.doubtful;
         if (recovery.isEnd) {
             break;
@@ -721,11 +728,10 @@ void StrictTextReader::ReportTextBetween(TableId last, std::size_t begin, std::s
         begin = std::min(end, Ahead(NextLine(begin)));
     }
     const TableReading& table = tables[last];
-    if (begin < end && BeginsRecord(text, begin, last)) {
-        if (table.isCounted) {
-            ReportCount(last, table.recordCount +
-                                  static_cast<long long>(CountRecords(text.substr(begin, end - begin), last)));
-        }
+    const int more =
+        begin < end && BeginsRecord(text, begin, last) ? CountRecords(text.substr(begin, end - begin), last) : 0;
+    if (more > 0) {
+        ReportMore(last, more);
     } else if (begin < end) {
         Report(RuleId::Format, {begin, Joined({"text between the ", table.records, " and the next section"}),
                                 ExpectedText(countFormat), "take the text away"});
@@ -741,12 +747,14 @@ void StrictTextReader::TakeCount(TableId id, const ScanResult& scan, int count)
         return; // already told
     }
     const std::size_t behind = text.find_first_not_of("+-0123456789", table.countPosition);
-    if (behind != std::string_view::npos && std::string_view(".,:;<[eE").find(text[behind]) != std::string_view::npos) {
-        Report(RuleId::Format, {table.countPosition, Joined({table.key, " has no whole number as its count"}),
+    if (behind != std::string_view::npos &&
+        std::string_view(".,:;<[eExX").find(text[behind]) != std::string_view::npos) {
+        const bool isMissing = IsFirstOfLine(table.countPosition); // and what was read is that of a record
+        Report(RuleId::Format, {isMissing ? EndBefore(table.countPosition) : table.countPosition,
+                                Joined({table.key, " has no whole number as its count"}),
                                 Joined({"the number of ", table.records, " that follow, as ", table.key, "=12"}),
                                 Joined({"correct ", table.key})});
-        scanner.Seek(IsFirstOfLine(table.countPosition) ? LineAround(text, table.countPosition).begin
-                                                        : std::min(text.size(), NextLine(behind)));
+        scanner.Seek(isMissing ? LineAround(text, table.countPosition).begin : std::min(text.size(), NextLine(behind)));
         return;
     }
     if (scan.oddField >= 0) {
@@ -757,6 +765,18 @@ void StrictTextReader::TakeCount(TableId id, const ScanResult& scan, int count)
     }
     table.count = count;
     table.isCounted = table.isSound = count >= 0;
+    SkipTextBehindCount(id, behind);
+}
+
+// Behind a count stands the end of its line, a record or the next section. (The label line of a section is any text.)
+void StrictTextReader::SkipTextBehindCount(TableId id, std::size_t behind)
+{
+    const std::size_t at = Ahead(behind);
+    const bool isLabel = id == TSections || id == LSections || id == CSections;
+    if (at < text.size() && !isLabel && !IsFirstOfLine(at) && !BeginsRecord(text, at, id) && !IsAtHeader(text, at)) {
+        ReportTextBehind(at, NameOfPrevious(id));
+        scanner.Seek(std::min(text.size(), NextLine(at)));
+    }
 }
 
 void StrictTextReader::CloseTable(TableId id, int doubtful)
@@ -771,7 +791,7 @@ void StrictTextReader::CloseTable(TableId id, int doubtful)
     table.limit = table.count;
     if (table.recordCount < table.count) {
         table.isSound = false;
-        if (!hasEnded && static_cast<long long>(table.recordCount) + doubtful < table.count) {
+        if (!hasEnded && static_cast<long long>(table.recordCount) + table.damages + doubtful < table.count) {
             ReportCount(id, table.recordCount);
         }
     }
@@ -889,7 +909,7 @@ bool StrictTextReader::IsOutside(int index, TableId id, std::size_t position, co
     if (index >= 0 && tables[id].limit == INT_MAX) {
         return true;
     }
-    if (diagnostics.Adds(RuleId::Format)) {
+    if (diagnostics.Adds(RuleId::Format, position)) {
         diagnostics.Keep(RuleId::Format, OutsideTable(text, tables[id], index, position, user));
     }
     return false;
@@ -916,7 +936,7 @@ bool StrictTextReader::IsNotFinite(std::size_t position, const RecordName& recor
 void StrictTextReader::CheckMaterial(const Material& material, const std::size_t positions[3], const RecordName& name)
 {
     const auto check = [&](double value, bool isGood, std::size_t position, const char* key, const char* expected) {
-        if (IsFinite(value, position, name) && !isGood && diagnostics.Adds(RuleId::MaterialValue)) {
+        if (IsFinite(value, position, name) && !isGood && diagnostics.Adds(RuleId::MaterialValue, position)) {
             diagnostics.Keep(RuleId::MaterialValue,
                              {position, Joined({NameOf(name), " has ", key, "=", Written(position)}), expected,
                               "correct the material"});
@@ -931,7 +951,7 @@ void StrictTextReader::CheckSize(RuleId rule, double value, bool mayBeZero, cons
                                  const RecordName& name)
 {
     const bool isGood = value > 0.0 || (mayBeZero && value == 0.0);
-    if (IsFinite(value, position, name) && !isGood && diagnostics.Adds(rule)) {
+    if (IsFinite(value, position, name) && !isGood && diagnostics.Adds(rule, position)) {
         diagnostics.Keep(rule, {position, Joined({NameOf(name), " has ", key, "=", Written(position)}),
                                 Joined({key, mayBeZero ? " of 0 (no flange) or above" : " above 0"}),
                                 Joined({"correct the ", name.kind})});
@@ -952,7 +972,7 @@ void StrictTextReader::CheckOrientation(const std::array<int, BeamNodeCount>& en
     const Vector3 v = scaled(orientation);
     const bool isZero = Length(v) == 0.0;
     const bool isAlong = Length(Cross(v, d)) <= SmallestSine * Length(v) * Length(d) && Length(d) > 0.0;
-    if ((isZero || isAlong) && diagnostics.Adds(RuleId::BeamOrientation)) {
+    if ((isZero || isAlong) && diagnostics.Adds(RuleId::BeamOrientation, position)) {
         diagnostics.Keep(
             RuleId::BeamOrientation,
             {position, Joined({NameOf(name), isZero ? " has an orientation of length 0" : " is oriented along itself"}),
@@ -976,7 +996,7 @@ void StrictTextReader::CheckConstants(const BeamSectionConstants& section, std::
 
 void StrictTextReader::CheckFlag(int flag, std::size_t position, const char* expected, const RecordName& name)
 {
-    if (flag != 0 && flag != 1 && diagnostics.Adds(RuleId::FlagValue)) {
+    if (flag != 0 && flag != 1 && diagnostics.Adds(RuleId::FlagValue, position)) {
         const bool isRestraint = name.kind == tables[Restraints].record;
         diagnostics.Keep(RuleId::FlagValue,
                          {position,
@@ -990,7 +1010,7 @@ void StrictTextReader::CheckFirst(FirstUses& uses, RuleId rule, int index, const
                                   const RecordName& name)
 {
     const int before = uses.Before(index, name.number);
-    if (before >= 0 && diagnostics.Adds(rule)) {
+    if (before >= 0 && diagnostics.Adds(rule, position)) {
         diagnostics.Keep(rule, {position,
                                 Joined({NameOf(name), " is for ", what, " ", std::to_string(index), ", as is ",
                                         NameOf({name.kind, before})}),
@@ -1004,14 +1024,14 @@ void StrictTextReader::CheckFirst(FirstUses& uses, RuleId rule, int index, const
 
 void StrictTextReader::ReportMismatch(const ScanResult& scan, const std::string& subject, const std::string& layout)
 {
-    if (!diagnostics.Adds(RuleId::Format)) {
-        return;
-    }
     const std::size_t at = scan.stoppedAt, before = EndBefore(at);
     const bool endsLine = scan.expected[0] == '%' && at != Ahead(recordBegin) &&
                           text.substr(before, at - before).find('\n') != std::string_view::npos;
-    const bool hasPoint = at > 0 && text[at] == '.' && text[at - 1] >= '0' && text[at - 1] <= '9';
+    const bool hasPoint = at > 0 && at < text.size() && text[at] == '.' && text[at - 1] >= '0' && text[at - 1] <= '9';
     const std::size_t position = endsLine ? before : at;
+    if (!diagnostics.Adds(RuleId::Format, position)) {
+        return;
+    }
     const std::string found = endsLine ? "the end of the line" : FoundText(text, at);
     std::string what = Joined({subject, ": found ", found, " where ", ExpectedText(scan.expected), " belongs"});
     if (hasPoint) {
@@ -1022,7 +1042,7 @@ void StrictTextReader::ReportMismatch(const ScanResult& scan, const std::string&
 
 void StrictTextReader::ReportTextBehind(std::size_t position, const std::string& subject)
 {
-    if (diagnostics.Adds(RuleId::Format)) {
+    if (diagnostics.Adds(RuleId::Format, position)) {
         diagnostics.Keep(RuleId::Format,
                          {position, Joined({subject, " is followed by ", FoundText(text, position)}),
                           "the end of the line", "take the text away, or correct what stands in front of it"});
@@ -1035,11 +1055,23 @@ void StrictTextReader::ReportCount(TableId id, long long records)
     table.isSound = false;
     table.limit = static_cast<int>(std::clamp<long long>(records, table.limit, INT_MAX));
     const std::string count = std::to_string(table.count), found = std::to_string(records);
+    const char* const follow = records == 1 ? " record follows" : " records follow";
     Report(RuleId::Format,
-           {table.countPosition, Joined({table.key, "=", count, ", but ", found, " ", table.record, " records follow"}),
+           {table.countPosition, Joined({table.key, "=", count, ", but ", found, " ", table.record, follow}),
             Joined({table.key, "=", found, table.count < 0 ? "" : ", or ", table.count < 0 ? "" : count,
                     table.count < 0 ? "" : " records"}),
             Joined({"correct ", table.key, ", or the records behind it"})});
+}
+
+// Records behind as many as counted. What damages explain is not the fault of the count.
+void StrictTextReader::ReportMore(TableId id, int more)
+{
+    TableReading& table = tables[id];
+    const long long records = static_cast<long long>(table.recordCount) + more;
+    if (table.isCounted && more > table.damages) {
+        ReportCount(id, records);
+    }
+    table.limit = static_cast<int>(std::clamp<long long>(records, table.limit, INT_MAX));
 }
 
 void StrictTextReader::ReportEnd(const std::string& where, const std::string& expected)
@@ -1105,7 +1137,7 @@ std::optional<StrictReading> ReadModelFileStrictly(ModelStore& model, const char
     }
     if (copy.size() > LongestStream) {
         SourceDiagnostics endless({"", fileName}, rules);
-        endless.Adds(RuleId::Format);
+        endless.Adds(RuleId::Format, 0);
         endless.KeepWithoutLine(RuleId::Format, {0, "the stream does not end",
                                                  Joined({"at most ", std::to_string(LongestStream >> 20), " MB"}),
                                                  "write the model to a file first"});

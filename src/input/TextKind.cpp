@@ -28,8 +28,8 @@ TextFault FaultOfTextKind(std::string_view text)
     if (IsUtf16(text)) {
         return {0, "the file is written in UTF-16", "UTF-8 or plain ASCII", "save it as UTF-8"};
     }
-    if (text.find('\0') != std::string_view::npos) {
-        return {0, "the file is binary: it holds zero bytes", aModel, "name another file, or write this one again"};
+    if (const std::size_t zero = text.find('\0'); zero != std::string_view::npos) {
+        return {zero, "the file is binary: it holds zero bytes", aModel, "name another file, or write this one again"};
     }
     return {};
 }

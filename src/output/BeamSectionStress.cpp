@@ -343,10 +343,11 @@ SectionMeshSize MeasureSectionMeshes(const ModelStore& model)
             sum.fault = text;
         } else if (available > 0.0 && sum.bytes > available) {
             std::snprintf(text, sizeof text,
-                          "beams 0 to %d: error: their section meshes would take more than %.3g GB\n"
+                          "beams 0 to %d: error: their section meshes take %.3g GB already\n"
                           "  expected: at most %.3g GB, the memory that is free now\n"
-                          "  to do:    close other programs, or leave out beams whose wall stresses are not needed",
-                          b, meshBytes * BytesToGigabytes, available * BytesToGigabytes);
+                          "  to do:    check that sections and lengths are in one unit, close other programs, or leave "
+                          "out beams whose\n            wall stresses are not needed",
+                          b, sum.bytes * BytesToGigabytes, available * BytesToGigabytes);
             sum.isBeyondMemory = true;
             sum.fault = text;
         }

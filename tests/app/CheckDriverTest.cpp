@@ -74,8 +74,9 @@ TEST(Check, GoesOnWithTheReportWhereTheTextIsNoModel)
 {
     const CheckReport report = ReportOf("no model");
     EXPECT_FALSE(report.isRead);
-    ASSERT_FALSE(report.messages.empty());
-    EXPECT_EQ(report.messages.front().severity, Severity::Error);
+    ASSERT_EQ(report.reading.diagnostics.size(), 1u);
+    EXPECT_EQ(report.reading.diagnostics.front().rule, RuleId::Format);
+    EXPECT_EQ(CountOf(report, Severity::Error), 1);
     ASSERT_EQ(report.stages.size(), 1u);
     EXPECT_EQ(report.stages.front().name, "read");
 }

@@ -183,12 +183,13 @@ TEST(FreeParts, BesideASupportedOneAreAllRefusedByName)
     const std::string failure = FailureOf(text);
     EXPECT_EQ(
         failure,
-        "model.txt: error: [floating-part] 2 of 3 parts are free to move while another one is supported\n"
-        "  part 2:   4 nodes, 1 element, from node 4 on; free to move and rotate in every way; nearest to another "
-        "part is node 4, 2.0025 from node 1 of part 1; around (3.5, 0.5, 0.1)\n"
-        "  part 3:   4 nodes, 1 element, from node 8 on; free to move and rotate in every way; nearest to another "
-        "part is node 8, 2.0025 from node 5 of part 2; around (6.5, 0.5, 0.2)\n"
-        "  expected: parts that are all held by their supports, or a structure without supports\n"
+        "model.txt: error: parts that are free while another one is supported: 2 [floating-part]\n"
+        "  there:    part 2 at (3.5, 0.5, 0.1), 4 nodes, 1 element, from node 4 on; free to move and rotate in every "
+        "way; nearest to another part is node 4, 2.0025 from node 1 of part 1\n"
+        "            part 3 at (6.5, 0.5, 0.2), 4 nodes, 1 element, from node 8 on; free to move and rotate in every "
+        "way; nearest to another part is node 8, 2.0025 from node 5 of part 2\n"
+        "  in all:   of 3 parts\n"
+        "  expected: none\n"
         "  to do:    merge nodes that stand at one place, connect the part, support it, or take it out");
 }
 
@@ -199,11 +200,11 @@ TEST(FreeParts, OfWhichOnlyTheTotalIsInBalanceAreAllRefused)
     for (int n = 0; n < 4; ++n) { text.Force(n, {100.0, 0.0, 0.0, 0.0, 0.0, 0.0}); }
     for (int n = 4; n < 8; ++n) { text.Force(n, {-100.0, 0.0, 0.0, 0.0, 0.0, 0.0}); }
     const std::string failure = FailureOf(text);
-    EXPECT_EQ(failure.find("model.txt: error: [unbalanced-part] 2 of 2 parts are free to move, and their loads push "
-                           "them\n  part 1:   4 nodes"),
+    EXPECT_EQ(failure.find("model.txt: error: parts whose loads the inertia of the whole structure does not balance: 2 "
+                           "[unbalanced-part]\n  there:    part 1 at "),
               0u)
         << failure;
-    EXPECT_NE(failure.find("\n  part 2:   4 nodes"), std::string::npos) << failure;
+    EXPECT_NE(failure.find("\n            part 2 at "), std::string::npos) << failure;
     EXPECT_NE(failure.find("; a push of "), std::string::npos) << failure;
     EXPECT_NE(failure.find("\n  to do:    connect the part with the others"), std::string::npos) << failure;
 }

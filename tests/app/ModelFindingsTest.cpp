@@ -16,15 +16,15 @@ TEST(ModelFindings, FaultNamesAllErrorsWithTheirWorstOffenders)
     material.worst = {{"material", 1, 0.0, {}, "E=-1"}};
     const Finding warped{RuleId::Warping, Severity::Warning, 10.0, 9, {}};
     EXPECT_EQ(FindingsFault({material, thin, warped}, "m.txt"),
-              "m.txt: error: [material-value] 1 materials with values that no material has\n"
+              "m.txt: error: materials with values that no material has: 1 [material-value]\n"
               "  there:    material 1, E=-1\n"
               "  expected: none\n"
               "  to do:    " +
                   std::string(RuleOf(RuleId::MaterialValue).toDo) +
                   "\n"
-                  "m.txt: error: [zero-area] 5 " +
+                  "m.txt: error: " +
                   RuleOf(RuleId::ZeroArea).finding +
-                  "\n"
+                  ": 5 [zero-area]\n"
                   "  there:    quad 17 at (1, 2, 3): 0, nodes 4 and 5\n"
                   "            tri 2 at (0, 0, 0.5): 1e-12\n"
                   "            tri 3 at (0, 0, 1): 2e-12\n"

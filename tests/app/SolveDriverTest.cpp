@@ -183,7 +183,7 @@ TEST(Solve, RefusesABeamOfAnUnknownSectionType)
     text.Beam({1, 2}, {0.0, 0.0, 1.0}, 0, 7, 0);
     const RunFailure failure = FailureOf(text);
     EXPECT_EQ(failure.exitCode, ExitBadModel);
-    EXPECT_EQ(std::string(failure.what()).find("model.txt:30:28: error: beam 1 has section type 7\n"), 0u)
+    EXPECT_EQ(std::string(failure.what()).find("model.txt:30:28: error: beam 1 has section type 7 [format]\n"), 0u)
         << failure.what();
 }
 
@@ -229,7 +229,7 @@ TEST(Solve, RefusesLoadsOnNodesWithoutElementsAndWritesNothing)
     const RunFailure failure = FailureOf(WithALoadOnALooseNode());
     EXPECT_EQ(failure.exitCode, ExitBadModel);
     EXPECT_EQ(std::string(failure.what())
-                  .find("model.txt: error: 1 loads on nodes without elements [unstiffened-load]\n"
+                  .find("model.txt: error: loads on nodes without elements: 1 [unstiffened-load]\n"
                         "  there:    node 5 at (0.3, 0.3, 0)"),
               0u)
         << failure.what();

@@ -25,6 +25,7 @@ bool Contains(const std::string& text, const std::string& part)
 }
 
 const char* const SolveGolden = R"(tarnvexo solve wing/fem_solving.txt
+  solved, 2 warnings of the model, 1 warning of the results
 
 MODEL
   nodes                                     120
@@ -138,7 +139,7 @@ MODEL CHECKS                        count     limit     worst
   warning  warping                      4        10   23.4567  quadrilaterals that are not flat
                                                                quad 31 at (0.5, 1.5, 2.25)
 
-WARNINGS: 1
+OTHER WARNINGS: 1
   wing/fem_solving.txt: warning: 7 directions are restrained
     expected: at most the six of a rigid body
     to do:    remove a support
@@ -152,7 +153,9 @@ SUMMARY
   result checks         3 passed; 1 warned: energy
   result files          2 written, 1.24 MB, in run
   model checks          1 warning, see MODEL CHECKS
-  run                   0.27 s, 46.2 MB; warnings: 1, see above
+  other warnings        1, see above
+  run                   0.27 s, 46.2 MB
+  verdict               solved, 2 warnings of the model, 1 warning of the results
 )";
 
 const char* const InfoGoldenEnd = R"(COST ON THIS MACHINE
@@ -169,7 +172,7 @@ MODEL CHECKS                        count     limit     worst
   warning  warping                      4        10   23.4567  quadrilaterals that are not flat
                                                                quad 31 at (0.5, 1.5, 2.25)
 
-WARNINGS: none
+OTHER WARNINGS: none
 
 SUMMARY
   parts                 2, with 6 free rigid motions
@@ -179,7 +182,7 @@ SUMMARY
   balanced by           10.1102 m/s² (1.03095 g), angular 100.32 rad/s², not by supports
   tarnvexo solve        less than 1 s and 50.0 MB of 6.90 GB
   model checks          1 warning, see MODEL CHECKS
-  warnings              none
+  other warnings        none
 )";
 
 TEST(ReportText, OfTheSampleIsThis)
@@ -226,13 +229,13 @@ TEST(ReportText, FitsAHundredColumns)
     }
 }
 
-TEST(ReportText, SummaryHasNineLinesAndEightWithoutResults)
+TEST(ReportText, SummaryHasElevenLinesAndEightWithoutResults)
 {
     const auto linesOfSummary = [](const std::string& text) {
         const std::string summary = text.substr(text.find("SUMMARY\n") + 8);
         return std::count(summary.begin(), summary.end(), '\n');
     };
-    EXPECT_EQ(linesOfSummary(SolveReportText(test::SampleSolveReport(), UnitSystem::SI)), 9);
+    EXPECT_EQ(linesOfSummary(SolveReportText(test::SampleSolveReport(), UnitSystem::SI)), 11);
     EXPECT_EQ(linesOfSummary(InfoReportText(test::SampleInfoReport(), UnitSystem::SI)), 8);
 }
 
@@ -268,7 +271,7 @@ TEST(ReportText, SaysWhatAModelDoesNotHave)
     EXPECT_TRUE(Contains(text, "largest beam stress   none\n"));
     EXPECT_TRUE(Contains(text, "none: no direction is restrained or held\n"));
     EXPECT_TRUE(Contains(text, "result files          none were asked for\n"));
-    EXPECT_TRUE(Contains(text, "\nWARNINGS: none\n"));
+    EXPECT_TRUE(Contains(text, "\nOTHER WARNINGS: none\n"));
 }
 
 TEST(ReportText, CutsALongListOfParts)

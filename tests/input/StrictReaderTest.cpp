@@ -224,12 +224,16 @@ INSTANTIATE_TEST_SUITE_P(
         // Numbers that are none.
         Damage{"NotANumber", "1:1,0,0", "1:1,nan,0", Format, 34, 5, "node 1: \"nan\" is not a finite number"},
         Damage{"Infinite", "1.5,0", "-inf,0", Format, 51, 3, "force 1: \"-inf\" is not"},
+        Damage{"UnfinishedPoisson", "Mu=0.33", "Mu=1e+", Format, 9, 4, "\"1e+\" is no number"},
+        Damage{"NodeBeyondInt", "0:0,1,2,3[", "0:0,1,2,2147483648[", Format, 39, 9, "\"2147483648\" is no number"},
+        Damage{"InfiniteWall", "T=0.003", "T=inf", Format, 31, 3, "C section 0: \"inf\" is not a finite number"},
+        Damage{"UnfinishedPlaceOfABeam", "1:1,0,0", "1:0,0,1e+", Format, 34, 7, "node 1: \"1e+\" is no number"},
         Damage{"BeyondADouble", "E=7e10", "E=1e999", Format, 8, 3, "material 1: \"1e999\" is not"},
         Damage{"InfiniteOrientation", "0:0,1<0,0,1>", "0:0,1<0,0,1e400>", Format, 43, 11, "\"1e400\""},
         // Counts and sections.
         Damage{"OneNodeMissing", "4:2,0.5,0\n", "", Format, 32, 30, "NPOIN=5, but 4 node records follow"},
         Damage{"OneNodeTooMany", "4:2,0.5,0\n", "4:2,0.5,0\n5:1,1,0\n", Format, 32, 30, "NPOIN=5, but 6 node records"},
-        Damage{"CountTooLarge", "NTBS=1", "NTBS=2", Format, 16, 32, "NTBS=2, but 1 T section records follow"},
+        Damage{"CountTooLarge", "NTBS=1", "NTBS=2", Format, 16, 32, "NTBS=2, but 1 T section record follows"},
         Damage{"CountTooSmall", "NELEM_B=3", "NELEM_B=2", Format, 42, 33, "NELEM_B=2, but 3 beam records follow"},
         Damage{"CountOfZero", "NPOIN=5", "NPOIN=0", Format, 32, 30, "NPOIN=0, but 5 node records follow"},
         Damage{"LastCountTooSmall", "NDL_B=2", "NDL_B=1", Format, 56, 52, "NDL_B=1, but 2 beam load records"},
@@ -238,7 +242,11 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"AbsurdCount", "NPOIN=5", "NPOIN=2147483647", Format, 32, 30, "NPOIN=2147483647, but 5 node"},
         Damage{"CountBeyondInt", "NPOIN=5", "NPOIN=4294967301", Format, 32, 30, "NPOIN=4294967301 is beyond"},
         Damage{"CountWithAPoint", "NMT=2", "NMT=2.0", Format, 2, 25, "NMT has no whole number"},
-        Damage{"NoCount", "NRN=2", "NRN=", Format, 47, 1, "NRN has no whole number"},
+        Damage{"HexadecimalCount", "NPOIN=5", "NPOIN=0x5", Format, 32, 30, "NPOIN has no whole number"},
+        Damage{"LastCountHexadecimal", "NDL_B=2", "NDL_B=0x2", Format, 56, 52, "NDL_B has no whole number"},
+        Damage{"TwoCounts", "NFOR=2", "NFOR=2 2", Format, 49, 25, "the count NFOR is followed by \"2\""},
+        Damage{"TextBehindTheLastCount", "NDL_B=2", "NDL_B=2 loads", Format, 56, 54, "the count NDL_B is followed"},
+        Damage{"NoCount", "NRN=2", "NRN=", Format, 46, 39, "NRN has no whole number"},
         Damage{"WordAsCount", "NTK=2", "NTK=two", Format, 11, 33, "the header of the section NTK"},
         Damage{"MissingHeader", "Number of nodal points:NPOIN=5\n", "", Format, 32, 1, "NPOIN is missing"},
         Damage{"MissingSection", "Number of four-nodes shell elements:NELEM_S_4ND=1\n0:0,1,2,3[0,0]\n", "", Format, 38,
@@ -247,6 +255,11 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"MisspeltKey", "NPOIN=", "NPOINT=", Format, 32, 1, "NPOIN is missing, or its header is damaged"},
         Damage{"TextBetweenSections", "Number of forces", "some remark\nNumber of forces", Format, 49, 1,
                "text between the restraints"},
+        Damage{"CommentBehindMaterials", "Number of shell", "# end\nNumber of shell", Format, 11, 1,
+               "text between the materials"},
+        Damage{"CommentBehindACount", "NPOIN=5\n", "NPOIN=5 # nodes\n", Format, 32, 32, "the count NPOIN is followed"},
+        Damage{"LabelTwice", "#1:\nE=", "#1:\n#1:\nE=", Format, 8, 1, "material 1: found \"#1:\" where \"E=\""},
+        Damage{"LinesJoined", "3:0,1,0\n", "3:0,1,0", Format, 36, 9, "node 3 is followed by \":2,0.5,0\""},
         // Indices.
         Damage{"NodeOutside", "0:0,1,2,3[", "0:0,1,2,5[", Format, 39, 9, "uses node 5, but the model has 5 nodes"},
         Damage{"NegativeNode", "0:1,4,2", "0:1,-4,2", Format, 41, 5, "three-node shell 0 uses node -4"},
@@ -295,6 +308,24 @@ TEST(StrictReader, TellsSeveralFaultsInOneRunInTheOrderOfTheFile)
     ASSERT_EQ(reading.diagnostics.size(), 4u) << AllTexts(reading);
     const std::size_t lines[] = {5, 35, 41, 49};
     for (int i = 0; i < 4; ++i) { EXPECT_EQ(reading.diagnostics[i].line, lines[i]) << reading.diagnostics[i].text; }
+}
+
+// Each damaged place may have been a record, or none: only what they do not explain is the fault of the count.
+TEST(StrictReader, TellsACountThatDamagedRecordsDoNotExplain)
+{
+    std::string text = GoodWith("1:1,0,0\n", "1:1;0,0\n");
+    text.replace(text.find("NPOIN=5"), 7, "NPOIN=9");
+    const StrictReading reading = Read(text);
+    ASSERT_EQ(reading.diagnostics.size(), 2u) << AllTexts(reading);
+    EXPECT_EQ(reading.diagnostics[0].line, 32u);
+    EXPECT_EQ(reading.diagnostics[1].line, 34u);
+}
+
+TEST(StrictReader, NamesThePlaceOfAZeroByte)
+{
+    const StrictReading reading = Read(GoodWith("1:1,0,0\n", std::string("1:1,\0,0\n", 9)));
+    ASSERT_EQ(reading.diagnostics.size(), 1u) << AllTexts(reading);
+    EXPECT_EQ(reading.diagnostics[0].text.substr(0, 37), "fem_solving.txt:34:5: error: the file");
 }
 
 TEST(StrictReader, TellsNumbersThatCountFromOneOncePerTable)
