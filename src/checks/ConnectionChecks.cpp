@@ -90,6 +90,14 @@ void TellCoincidentNodes(const ModelStore& model, const RuleBook& rules, const C
     collector.AppendTo(findings);
 }
 
+// Where the node lies.
+std::string JunctionText(const ModelStore& model, const TJunction& junction)
+{
+    return junction.IsInFace()
+               ? "inside " + ShellName(model, junction.shell)
+               : "on " + ShellName(model, junction.shell) + " between " + EdgeName(junction.low, junction.high);
+}
+
 // The longest edges first: there most of the structure is apart.
 void TellTJunctions(const ModelStore& model, const RuleBook& rules, const std::vector<TJunction>& junctions,
                     const ConnectedParts& parts, Findings& findings)
@@ -97,13 +105,13 @@ void TellTJunctions(const ModelStore& model, const RuleBook& rules, const std::v
     FindingCollector collector(RuleId::TJunction, rules);
     int betweenParts = 0;
     for (const TJunction& junction : junctions) {
-        betweenParts += parts.partOfNode[junction.node] != parts.partOfNode[junction.low];
+        const int other = ShellNodes(model, junction.shell)[0];
+        betweenParts += parts.partOfNode[junction.node] != parts.partOfNode[other];
         if (collector.Adds(junction.length)) {
-            collector.Keep(
-                {"node", junction.node, junction.distance / junction.length, model.NodeCoordinates[junction.node],
-                 "on " + ShellName(model, junction.shell) + " between " + EdgeName(junction.low, junction.high) +
-                     " of " + OtherPart(parts, junction.node, junction.low)},
-                junction.length);
+            collector.Keep({"node", junction.node, junction.distance / junction.length,
+                            model.NodeCoordinates[junction.node],
+                            JunctionText(model, junction) + " of " + OtherPart(parts, junction.node, other)},
+                           junction.length);
         }
     }
     collector.Summarise(BetweenParts(parts, betweenParts));

@@ -6,6 +6,7 @@
 #include "checks/NodeTable.h"
 #include "checks/Shells.h"
 
+#include <algorithm>
 #include <compare>
 #include <span>
 #include <vector>
@@ -44,10 +45,23 @@ public:
         }
     }
 
+    // The shells at the edge; none where there is none.
+    std::span<const EdgeUse> UsesOf(int low, int high) const
+    {
+        const std::span<const EdgeUse> uses = table.At(low);
+        const auto [begin, end] = std::equal_range(uses.begin(), uses.end(), high, ByHigh());
+        return {begin, end};
+    }
+
     // All of them.
     template <class Visit> void ForEach(Visit visit) const { ForEach(0, table.NodeCount(), visit); }
 
 private:
+    struct ByHigh {
+        bool operator()(const EdgeUse& use, int high) const { return use.high < high; }
+        bool operator()(int high, const EdgeUse& use) const { return high < use.high; }
+    };
+
     NodeTable<EdgeUse> table; // by lower node
 };
 

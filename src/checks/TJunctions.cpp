@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <limits>
 #include <mutex>
+#include <span>
 #include <tuple>
 #include <utility>
 
@@ -16,6 +19,35 @@ constexpr std::size_t NodesPerRange = 4096;
 
 // Branches that wait while a path is followed down: one per level.
 constexpr std::size_t MostLevels = 64;
+
+// Nodes that are found in one face, and shells at one edge that are asked for the nodes they use, at most: thousands of
+// shells on one another, or at one edge, do not cost the square of their number.
+constexpr std::size_t MostInFace = 200;
+constexpr std::size_t MostAsked = 16;
+
+// search.Touches(box) tells whether anything may be in it; visit(point) returns whether to go on.
+template <class Area, class Visit> void SearchTree(const NodeTree& tree, const Area& area, Visit visit)
+{
+    std::size_t waiting[MostLevels];
+    std::size_t count = 0;
+    waiting[count++] = 0;
+    while (count > 0) {
+        const std::size_t branch = waiting[--count];
+        if (!area.Touches(tree.BoxOf(branch))) {
+            continue;
+        }
+        if (tree.IsLeaf(branch)) {
+            for (const NodeTree::Point& point : tree.PointsOf(branch)) {
+                if (!visit(point)) {
+                    return;
+                }
+            }
+        } else {
+            waiting[count++] = 2 * branch + 2;
+            waiting[count++] = 2 * branch + 1;
+        }
+    }
+}
 
 // What is near a straight edge.
 class EdgeSearch {
@@ -30,27 +62,6 @@ public:
     // Without length, or with ends that are nowhere, nothing lies between them.
     bool HasInside() const { return length > 0.0 && std::isfinite(length); }
 
-    // found(point, distance) for the nodes between the ends.
-    template <class Found> void In(const NodeTree& tree, Found found) const
-    {
-        std::size_t waiting[MostLevels];
-        std::size_t count = 0;
-        waiting[count++] = 0;
-        while (count > 0) {
-            const std::size_t branch = waiting[--count];
-            if (!Touches(tree.BoxOf(branch))) {
-                continue;
-            }
-            if (tree.IsLeaf(branch)) {
-                for (const NodeTree::Point& point : tree.PointsOf(branch)) { Measure(point, found); }
-            } else {
-                waiting[count++] = 2 * branch + 2;
-                waiting[count++] = 2 * branch + 1;
-            }
-        }
-    }
-
-private:
     // The edge against the box, larger by the radius: the part of the edge between its pairs of faces.
     bool Touches(const NodeTree::Box& box) const
     {
@@ -70,27 +81,120 @@ private:
         return from <= to;
     }
 
-    template <class Found> void Measure(const NodeTree::Point& point, Found& found) const
+    // Is it on the edge, between the ends? distance: out, from the edge.
+    bool Has(const NodeTree::Point& point, double& distance) const
     {
         const double within = std::min(radius, point.reach);
         const Vector3 r = point.place - start;
         const double along = Dot(r, direction) / length; // from the start
         if (!(along > within && along < length - within)) {
-            return;
+            return false;
         }
-        const double distance = Length(r - along / length * direction);
-        if (distance <= within) {
-            found(point, distance);
-        }
+        distance = Length(r - along / length * direction);
+        return distance <= within;
     }
 
+private:
     Vector3 start, direction;
     double length, radius;
 };
 
+// What is inside the face of a shell: near its mean plane, and on the inner side of every side.
+class FaceSearch {
+public:
+    FaceSearch(const ModelStore& model, int shell, double limit)
+    {
+        const std::span<const int> nodes = ShellNodes(model, shell);
+        const auto X = [&](std::size_t i) { return model.NodeCoordinates[nodes[i % nodes.size()]]; };
+        const Vector3 across = ShellNormal(model, shell);
+        normal = Normalised(across);
+        for (std::size_t i = 0; i < nodes.size(); ++i) {
+            const Vector3 side = X(i + 1) - X(i);
+            const Vector3 inwards = Cross(across, side);
+            middle = middle + X(i) / double(nodes.size());
+            for (std::size_t k = 0; k < 3; ++k) {
+                low[k] = std::min(low[k], X(i)[k]);
+                high[k] = std::max(high[k], X(i)[k]);
+            }
+            longest = std::max(longest, Length(side));
+            if (Length(inwards) > 0.0) {
+                sides[sideCount++] = {X(i), Normalised(inwards)};
+            }
+        }
+        radius = limit * longest;
+        hasInside = Length(across) > 0.0 && std::isfinite(Length(across)) && sideCount >= 3;
+    }
+
+    double LongestSide() const { return longest; }
+
+    // Without area, or with corners that are nowhere, nothing lies inside.
+    bool HasInside() const { return hasInside; }
+
+    // The box against that of the corners, then against the planes of face and sides.
+    bool Touches(const NodeTree::Box& box) const
+    {
+        const double most = std::min(radius, box.mostReach);
+        for (std::size_t k = 0; k < 3; ++k) {
+            if (box.low[k] > high[k] + most || box.high[k] < low[k] - most) {
+                return false;
+            }
+        }
+        const Vector3 centre = 0.5 * box.low + 0.5 * box.high, half = 0.5 * box.high - 0.5 * box.low;
+        const auto halfWidth = [&](const Vector3& d) {
+            return std::fabs(d[0]) * half[0] + std::fabs(d[1]) * half[1] + std::fabs(d[2]) * half[2];
+        };
+        if (std::fabs(Dot(normal, centre - middle)) - halfWidth(normal) > most) {
+            return false;
+        }
+        const double least = std::min(radius, box.leastReach);
+        return std::all_of(sides, sides + sideCount, [&](const Side& side) {
+            return Dot(side.inwards, centre - side.start) + halfWidth(side.inwards) > least;
+        });
+    }
+
+    // Is it inside? distance: out, from the mean plane.
+    bool Has(const NodeTree::Point& point, double& distance) const
+    {
+        const double within = std::min(radius, point.reach);
+        distance = std::fabs(Dot(normal, point.place - middle));
+        return distance <= within && std::all_of(sides, sides + sideCount, [&](const Side& side) {
+                   return Dot(side.inwards, point.place - side.start) > within;
+               });
+    }
+
+private:
+    struct Side {
+        Vector3 start;
+        Vector3 inwards; // unit, in the mean plane
+    };
+
+    static constexpr double Infinity = std::numeric_limits<double>::infinity();
+
+    Vector3 low = {Infinity, Infinity, Infinity}, high = {-Infinity, -Infinity, -Infinity}; // box around the corners
+    Vector3 normal, middle = {};
+    Side sides[QuadNodeCount];
+    int sideCount = 0;
+    double longest = 0.0, radius = 0.0;
+    bool hasInside = false;
+};
+
+// Of each node an edge before a face, the longest, then by number.
+void KeepOnePerNode(std::vector<TJunction>& found)
+{
+    std::sort(found.begin(), found.end(), [](const TJunction& a, const TJunction& b) {
+        return std::tuple(a.node, a.IsInFace(), -a.length, a.low, a.high, a.shell) <
+               std::tuple(b.node, b.IsInFace(), -b.length, b.low, b.high, b.shell);
+    });
+    const auto sameNode = [](const TJunction& a, const TJunction& b) { return a.node == b.node; };
+    found.erase(std::unique(found.begin(), found.end(), sameNode), found.end());
+}
+
 class Search {
 public:
-    Search(const ModelStore& model, const NodeTree& tree, double limit) : model(model), tree(tree), limit(limit) {}
+    Search(const ModelStore& model, const ShellEdges& edges, const NodeTree& tree, double limit)
+        : model(model), edges(edges), tree(tree), limit(limit)
+    {
+    }
 
     void Along(const ShellEdge& edge, std::vector<TJunction>& found)
     {
@@ -99,35 +203,80 @@ public:
             return;
         }
         near.clear();
-        search.In(tree, [&](const NodeTree::Point& point, double distance) {
-            near.push_back({point.node, edge.low, edge.high, edge.uses[0].shell, search.EdgeLength(), distance});
+        SearchTree(tree, search, [&](const NodeTree::Point& point) {
+            double distance = 0.0;
+            if (search.Has(point, distance)) {
+                near.push_back({point.node, edge.low, edge.high, edge.uses[0].shell, search.EdgeLength(), distance});
+            }
+            return true;
         });
         if (!near.empty()) {
-            LeaveOutNodesOfItsShells(edge);
-            found.insert(found.end(), near.begin(), near.end());
+            // A sliver triangle on the edge connects the node with its ends.
+            SortNear();
+            for (const EdgeUse& use : edge.uses) { LeaveOutNodesOf(use.shell); }
+            TakeNear(found);
+        }
+    }
+
+    void Inside(int shell, std::vector<TJunction>& found)
+    {
+        const FaceSearch search(model, shell, limit);
+        if (!search.HasInside()) {
+            return;
+        }
+        near.clear();
+        SearchTree(tree, search, [&](const NodeTree::Point& point) {
+            double distance = 0.0;
+            if (search.Has(point, distance)) {
+                near.push_back({point.node, -1, -1, shell, search.LongestSide(), distance});
+            }
+            return near.size() < MostInFace;
+        });
+        if (!near.empty()) {
+            SortNear();
+            LeaveOutNodesOf(shell);
+            LeaveOutNodesOfNeighbours(shell);
+            TakeNear(found);
         }
     }
 
 private:
-    // A sliver triangle on the edge connects the node with its ends.
-    void LeaveOutNodesOfItsShells(const ShellEdge& edge)
+    void SortNear()
+    {
+        std::sort(near.begin(), near.end(), [](const TJunction& a, const TJunction& b) { return a.node < b.node; });
+    }
+
+    void LeaveOutNodesOf(int shell)
     {
         const auto byNode = [](const TJunction& junction, int node) { return junction.node < node; };
-        std::sort(near.begin(), near.end(), [](const TJunction& a, const TJunction& b) { return a.node < b.node; });
-        for (const EdgeUse& use : edge.uses) {
-            for (const int node : ShellNodes(model, use.shell)) {
-                const auto at = std::lower_bound(near.begin(), near.end(), node, byNode);
-                if (at != near.end() && at->node == node) {
-                    at->shell = Connected;
-                }
+        for (const int node : ShellNodes(model, shell)) {
+            const auto at = std::lower_bound(near.begin(), near.end(), node, byNode);
+            if (at != near.end() && at->node == node) {
+                at->shell = Connected;
             }
         }
-        std::erase_if(near, [](const TJunction& junction) { return junction.shell == Connected; });
+    }
+
+    void LeaveOutNodesOfNeighbours(int shell)
+    {
+        const std::span<const int> nodes = ShellNodes(model, shell);
+        for (std::size_t side = 0; side < nodes.size(); ++side) {
+            const auto [low, high] = std::minmax(nodes[side], nodes[(side + 1) % nodes.size()]);
+            const std::span<const EdgeUse> uses = edges.UsesOf(low, high);
+            for (std::size_t i = 0; i < std::min(uses.size(), MostAsked); ++i) { LeaveOutNodesOf(uses[i].shell); }
+        }
+    }
+
+    void TakeNear(std::vector<TJunction>& found) const
+    {
+        std::copy_if(near.begin(), near.end(), std::back_inserter(found),
+                     [](const TJunction& junction) { return junction.shell != Connected; });
     }
 
     static constexpr int Connected = -1; // in place of the shell
 
     const ModelStore& model;
+    const ShellEdges& edges;
     const NodeTree& tree;
     double limit;
     std::vector<TJunction> near;
@@ -190,9 +339,10 @@ std::vector<TJunction> FindTJunctions(const ModelStore& model, const ShellEdges&
     std::mutex foundMutex;
     const auto searchRanges = [&](std::size_t count, auto searchRange) {
         ParallelFor(count, NodesPerRange, [&](std::size_t begin, std::size_t end) {
-            Search search(model, tree, limit);
+            Search search(model, edges, tree, limit);
             std::vector<TJunction> ofRange;
             searchRange(search, begin, end, ofRange);
+            KeepOnePerNode(ofRange);
             const std::lock_guard lock(foundMutex);
             found.insert(found.end(), ofRange.begin(), ofRange.end());
         });
@@ -209,13 +359,12 @@ std::vector<TJunction> FindTJunctions(const ModelStore& model, const ShellEdges&
                  [&](Search& search, std::size_t begin, std::size_t end, std::vector<TJunction>& ofRange) {
                      for (std::size_t e = begin; e < end; ++e) { search.Along(placed.First()[e], ofRange); }
                  });
+    searchRanges(std::size_t(ShellCount(model)),
+                 [&](Search& search, std::size_t begin, std::size_t end, std::vector<TJunction>& ofRange) {
+                     for (std::size_t shell = begin; shell < end; ++shell) { search.Inside(int(shell), ofRange); }
+                 });
 
-    // The order in which ranges ended does not matter from here on.
-    std::sort(found.begin(), found.end(), [](const TJunction& a, const TJunction& b) {
-        return std::tuple(a.node, -a.length, a.low, a.high) < std::tuple(b.node, -b.length, b.low, b.high);
-    });
-    const auto sameNode = [](const TJunction& a, const TJunction& b) { return a.node == b.node; };
-    found.erase(std::unique(found.begin(), found.end(), sameNode), found.end());
+    KeepOnePerNode(found); // the order in which ranges ended does not matter from here on
     return found;
 }
 

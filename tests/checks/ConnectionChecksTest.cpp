@@ -257,6 +257,21 @@ TEST(ConnectionChecks, TJunctionIsToldWithTheShellAndItsEdge)
     EXPECT_EQ(junctions->worst[0].detail, "on quad 0 between nodes 0 and 1 of the same part");
 }
 
+TEST(ConnectionChecks, TJunctionInsideAFaceIsToldWithTheShell)
+{
+    ModelText text = Plate();
+    AddSquares(text);
+    const int foot = text.Node(0.4, 0.3, 0.0), top = text.Node(0.4, 0.3, 2.0);
+    text.Beam({foot, top}, {1.0, 0.0, 0.0}, 0, 0, 0);
+    const std::vector<Finding> findings = FindingsOf(text);
+    const Finding* junctions = Of(RuleId::TJunction, findings);
+    ASSERT_NE(junctions, nullptr);
+    EXPECT_EQ(junctions->count, 1);
+    EXPECT_EQ(junctions->worst[0].number, foot);
+    EXPECT_EQ(junctions->worst[0].detail, "inside quad 0 of part 1, this one of part 2");
+    EXPECT_EQ(junctions->summary, "1 of them between different parts");
+}
+
 TEST(ConnectionChecks, FindingsDoNotDependOnSizeAndDirectionOfTheModel)
 {
     const ModelStore model = StoreOf(Faulty());

@@ -114,6 +114,103 @@ TEST(TJunctions, BeamNodeOnTheEdgeIsFound)
     ASSERT_EQ(JunctionsOf(mesh.Model()).size(), 1u);
 }
 
+// Coarse() and a beam that stands on it at the place.
+ModelStore BeamOn(const Vector3& foot)
+{
+    MeshBuilder mesh = Coarse();
+    const int m = mesh.AddNode(foot);
+    mesh.AddTBeam(m, mesh.AddNode(foot + Vector3{0.0, 0.0, 3.0}), {1.0, 0.0, 0.0}, Section);
+    return mesh.Model();
+}
+
+TEST(TJunctions, NodeInsideAFaceIsFound)
+{
+    MeshBuilder mesh(Steel);
+    mesh.AddTri({mesh.AddNode({0.0, 0.0, 0.0}), mesh.AddNode({3.0, 0.0, 1.0}), mesh.AddNode({0.0, 2.0, 1.0})}, 0.01);
+    const int m = mesh.AddNode({1.0, 0.5, 1.0 / 3.0 + 0.25});
+    mesh.AddTBeam(m, mesh.AddNode({1.0, 0.5, 3.0}), {1.0, 0.0, 0.0}, Section);
+    const std::vector<TJunction> found = JunctionsOf(mesh.Model());
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].node, m);
+    EXPECT_TRUE(found[0].IsInFace());
+    EXPECT_EQ(found[0].shell, 0);
+    EXPECT_DOUBLE_EQ(found[0].length, std::sqrt(13.0)); // of the longest side
+    EXPECT_NEAR(found[0].distance, 0.0, 1e-15);
+}
+
+// Off the face by more than a ten-thousandth of the longest side; beside it; at a corner.
+TEST(TJunctions, NodeBesideAFaceIsNone)
+{
+    MeshBuilder flat(Steel);
+    const int a = flat.AddNode({0.0, 0.0, 0.0}), b = flat.AddNode({2.0, 0.0, 0.0}), c = flat.AddNode({2.0, 1.0, 0.0}),
+              d = flat.AddNode({0.0, 1.0, 0.0});
+    flat.AddQuad({a, b, c, d}, 0.01);
+    const auto junctions = [&](const Vector3& foot) {
+        MeshBuilder mesh = flat;
+        const int m = mesh.AddNode(foot);
+        mesh.AddTBeam(m, mesh.AddNode(foot + Vector3{0.0, 0.0, 3.0}), {1.0, 0.0, 0.0}, Section);
+        return JunctionsOf(mesh.Model()).size();
+    };
+    EXPECT_EQ(junctions({0.7, 0.4, 1.9e-4}), 1u);
+    EXPECT_EQ(junctions({0.7, 0.4, -1.9e-4}), 1u);
+    EXPECT_EQ(junctions({0.7, 0.4, 2.1e-4}), 0u);
+    EXPECT_EQ(junctions({2.1, 0.4, 0.0}), 0u);
+    EXPECT_EQ(junctions({2.0, 1.0, 0.0}), 0u);
+    EXPECT_EQ(junctions({1.9, 0.9, 0.0}), 1u);
+}
+
+TEST(TJunctions, NodeOfAShellAtAnEdgeOfTheFaceIsNone)
+{
+    ModelStore model = BeamOn({0.9, 0.001, 0.0}); // inside, if by little
+    ASSERT_EQ(JunctionsOf(model, 1e-2).size(), 1u);
+    model.TriConnectivity.push_back({0, 4, 1}); // a sliver that overlaps
+    ++model.NELEM_S_3ND;
+    EXPECT_TRUE(JunctionsOf(model, 1e-2).empty());
+}
+
+TEST(TJunctions, NodeOnAnEdgeIsToldOfTheEdgeThoughItIsInsideAnotherFace)
+{
+    ModelStore model = BeamOn({1.0, 0.0, 0.0});
+    for (const Vector3& corner : {Vector3{-9.0, -9.0, 0.0}, {9.0, -9.0, 0.0}, {0.0, 9.0, 0.0}}) {
+        model.NodeCoordinates.push_back(corner);
+        ++model.NPOIN;
+    }
+    model.TriConnectivity.push_back({6, 7, 8});
+    ++model.NELEM_S_3ND;
+    const std::vector<TJunction> found = JunctionsOf(model);
+    const auto foot = std::find_if(found.begin(), found.end(), [](const TJunction& one) { return one.node == 4; });
+    ASSERT_NE(foot, found.end());
+    EXPECT_FALSE(foot->IsInFace());
+    EXPECT_EQ(foot->low, 0);
+}
+
+TEST(TJunctions, ShellWithoutAreaOrPlaceHasNoFace)
+{
+    ModelStore model = BeamOn({1.0, 0.5, 0.05});
+    ASSERT_EQ(JunctionsOf(model, 0.1).size(), 1u);
+    for (const Vector3& corner : {Vector3{1.0, 0.0, 0.0}, {std::nan(""), 0.0, 0.0}, {INFINITY, 0.0, 0.0}}) {
+        model.NodeCoordinates[2] = model.NodeCoordinates[3] = corner;
+        const std::vector<TJunction> found = JunctionsOf(model, 0.1);
+        EXPECT_TRUE(std::none_of(found.begin(), found.end(), [](const TJunction& one) { return one.IsInFace(); }));
+    }
+}
+
+// As many triangles on one another as nodes inside them: each looks at 200 of these at most.
+TEST(TJunctions, FacesOnOneAnotherLookAtSomeNodesOnly)
+{
+    MeshBuilder mesh(Steel);
+    constexpr int count = 2000;
+    for (int i = 0; i < count; ++i) {
+        mesh.AddTri({mesh.AddNode({0.0, 0.0, 0.0}), mesh.AddNode({3.0, 0.0, 0.0}), mesh.AddNode({0.0, 3.0, 0.0})},
+                    0.01);
+        const int m = mesh.AddNode({0.5 + 1e-4 * i, 1.0, 0.0});
+        mesh.AddTBeam(m, mesh.AddNode({0.5, 1.0, 2.0}), {1.0, 0.0, 0.0}, Section);
+    }
+    const std::vector<TJunction> found = JunctionsOf(mesh.Model());
+    EXPECT_EQ(found.size(), 200u);
+    for (const TJunction& junction : found) { EXPECT_EQ(junction.shell, 0); }
+}
+
 TEST(TJunctions, NodeWithoutElementIsNone)
 {
     MeshBuilder mesh = Coarse();
@@ -168,8 +265,8 @@ TEST(TJunctions, EdgeOfAThousandShellsIsSearchedForOnce)
     EXPECT_EQ(JunctionsOf(mesh.Model()).size(), 1u);
 }
 
-// Against every node and edge, on long and short triangles laid at random through nodes of a lattice.
-TEST(TJunctions, AreThoseOfAllNodesAndEdges)
+// Against every node, edge and face, on long and short triangles laid at random through nodes of a lattice.
+TEST(TJunctions, AreThoseOfAllNodesEdgesAndFaces)
 {
     std::mt19937 random(3);
     MeshBuilder mesh(Steel);
@@ -186,7 +283,8 @@ TEST(TJunctions, AreThoseOfAllNodesAndEdges)
         }
     }
     const ModelStore& model = mesh.Model();
-    std::vector<char> expected(count, false);
+    enum { None, OnEdge, InFace };
+    std::vector<int> expected(count, None);
     std::vector<char> isUsed(count, false);
     for (const auto& tri : model.TriConnectivity) {
         for (const int node : tri) { isUsed[node] = true; }
@@ -197,15 +295,39 @@ TEST(TJunctions, AreThoseOfAllNodesAndEdges)
             for (int n = 0; n < count; ++n) {
                 const double along = Dot(places[n] - p, d) / Dot(d, d);
                 if (isUsed[n] && along > 1e-3 && along < 1.0 - 1e-3 && Length(places[n] - p - along * d) < 1e-9) {
-                    expected[n] = true;
+                    expected[n] = OnEdge;
                 }
             }
         }
     }
-    std::vector<char> isFound(count, false);
-    for (const TJunction& junction : JunctionsOf(model)) { isFound[junction.node] = true; }
-    EXPECT_EQ(isFound, expected);
-    EXPECT_GT(std::count(expected.begin(), expected.end(), true), 20);
+    const auto sharesAnEdge = [&](const auto& tri, int n) {
+        return std::any_of(model.TriConnectivity.begin(), model.TriConnectivity.end(), [&](const auto& other) {
+            const auto isShared = [&](int node) { return std::find(tri.begin(), tri.end(), node) != tri.end(); };
+            return std::find(other.begin(), other.end(), n) != other.end() &&
+                   std::count_if(other.begin(), other.end(), isShared) == 2;
+        });
+    };
+    for (const auto& tri : model.TriConnectivity) {
+        const Vector3 normal = Cross(places[tri[1]] - places[tri[0]], places[tri[2]] - places[tri[0]]);
+        for (int n = 0; n < count; ++n) {
+            bool isInside =
+                isUsed[n] && expected[n] == None && std::fabs(Dot(normal, places[n] - places[tri[0]])) < 1e-9;
+            for (int side = 0; side < 3; ++side) {
+                const Vector3 p = places[tri[side]], q = places[tri[(side + 1) % 3]];
+                isInside = isInside && Dot(normal, Cross(q - p, places[n] - p)) > 1e-6;
+            }
+            if (isInside && !sharesAnEdge(tri, n)) {
+                expected[n] = InFace;
+            }
+        }
+    }
+    std::vector<int> found(count, None);
+    for (const TJunction& junction : JunctionsOf(model)) {
+        found[junction.node] = junction.IsInFace() ? InFace : OnEdge;
+    }
+    EXPECT_EQ(found, expected);
+    EXPECT_GT(std::count(expected.begin(), expected.end(), OnEdge), 20);
+    EXPECT_GT(std::count(expected.begin(), expected.end(), InFace), 3);
 }
 
 } // namespace

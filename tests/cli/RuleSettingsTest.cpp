@@ -22,13 +22,13 @@ UsageFault FaultOf(const std::string& text)
 TEST(RuleSettings, AWordIsASeverityAndANumberALimit)
 {
     RuleBook rules;
-    ApplyRuleSettings({"warping=error,aspect-ratio=25.5", "free-edge=off", "t-junction=1e-3"}, rules);
+    ApplyRuleSettings({"warping=error,aspect-ratio=25.5", "free-edge=off", "t-junction=2e-3"}, rules);
     EXPECT_EQ(rules.SeverityOf(RuleId::Warping), Severity::Error);
     EXPECT_EQ(rules.LimitOf(RuleId::Warping), RuleOf(RuleId::Warping).limit);
     EXPECT_EQ(rules.LimitOf(RuleId::AspectRatio), 25.5);
     EXPECT_EQ(rules.SeverityOf(RuleId::AspectRatio), RuleOf(RuleId::AspectRatio).severity);
     EXPECT_FALSE(rules.IsOn(RuleId::FreeEdge));
-    EXPECT_EQ(rules.LimitOf(RuleId::TJunction), 1e-3);
+    EXPECT_EQ(rules.LimitOf(RuleId::TJunction), 2e-3);
 }
 
 TEST(RuleSettings, TheLastOneCounts)
