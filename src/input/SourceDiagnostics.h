@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tarnvexo {
@@ -47,6 +48,14 @@ public:
     // Counts one. True: it may be shown, and Keep must follow. A rule that is off adds nothing.
     bool Adds(RuleId rule);
     void Keep(RuleId rule, TextFault fault);
+
+    // Both, where the message costs little or is rare.
+    void Report(RuleId rule, TextFault fault)
+    {
+        if (Adds(rule)) {
+            Keep(rule, std::move(fault));
+        }
+    }
 
     // A fault of the file as a whole: its message quotes no line.
     void KeepWithoutLine(RuleId rule, TextFault fault);
