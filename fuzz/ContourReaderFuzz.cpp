@@ -2,7 +2,6 @@
 // and take nothing but what the writer writes: the arrays written again are the text, but for "\r" before line ends.
 //   build-fuzz/fuzz/contour_fuzz -dict=fuzz/contour_file.dict -max_len=8192 -max_total_time=300 FOUND SEEDS
 // with SEEDS tests/input/contour_corpus.
-//   tests/input/contour_corpus
 // Built and kept as ReaderFuzz.cpp tells.
 #include "input/ContourFileReader.h"
 #include "support/ContourText.h"

@@ -23,10 +23,7 @@ settings() {
 cmake -S . -B $build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER="${CLANG:-clang++-14}" \
     -DTARNVEXO_FUZZ=ON -DTARNVEXO_TESTS=OFF -DTARNVEXO_BENCH=OFF > /dev/null
 targets=("$@")
-if [ $# = 0 ]; then
-    targets=(reader_fuzz run_fuzz contour_fuzz)
-    [ ! -e fuzz/StrictReaderFuzz.cpp ] || targets+=(strict_reader_fuzz)
-fi
+[ $# != 0 ] || targets=(reader_fuzz strict_reader_fuzz contour_fuzz run_fuzz)
 cmake --build $build --target "${targets[@]}" > /dev/null
 
 mkdir -p $build/findings

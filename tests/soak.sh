@@ -23,10 +23,8 @@ properties() {
 }
 
 step "properties of $count models from seed $first" $log/properties.log properties
-if [ -e tests/soak/interrupt_rounds.py ]; then
-    step "$rounds interrupted runs" $log/interrupts.log /usr/bin/python3 tests/soak/interrupt_rounds.py \
-        --program build/tarnvexo --generate build/tools/generate_model --rounds "$rounds" --seed "$first"
-fi
+step "$rounds interrupted runs" $log/interrupts.log /usr/bin/python3 tests/soak/interrupt_rounds.py \
+    --program build/tarnvexo --generate build/tools/generate_model --rounds "$rounds" --seed "$first"
 if [ "$seconds" != 0 ]; then
     step "fuzzers, $seconds s each" $log/fuzz.log fuzz/soak.sh "$seconds"
 fi

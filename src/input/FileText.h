@@ -1,5 +1,5 @@
 // input/FileText.h
-// The bytes of a file in memory: mapped, or read to the end where nothing can be mapped, a pipe for example.
+// The bytes of a file in memory: mapped, or read where nothing can be mapped, from a pipe for example.
 #pragma once
 
 #include "platform/Platform.h"
@@ -11,7 +11,10 @@ namespace tarnvexo {
 
 class FileText {
 public:
-    explicit FileText(const char* fileName);
+    // What cannot be mapped is read as platform::ReadStream tells: to its end, however long it takes, unless told
+    // otherwise.
+    explicit FileText(const char* fileName, int silenceSeconds = platform::AnySilence,
+                      platform::StreamJudge goesOn = nullptr);
 
     FileText(const FileText&) = delete;
     FileText& operator=(const FileText&) = delete;
@@ -19,7 +22,9 @@ public:
     // False: the file cannot be read; right after construction errno tells why.
     bool IsRead() const { return isRead; }
 
-    std::string_view Bytes() const { return mapped.Bytes().empty() ? std::string_view(copy) : mapped.Bytes(); }
+    bool IsMapped() const { return !mapped.Bytes().empty(); }
+
+    std::string_view Bytes() const { return IsMapped() ? mapped.Bytes() : std::string_view(copy); }
 
 private:
     platform::MappedFile mapped;

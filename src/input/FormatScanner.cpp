@@ -220,6 +220,7 @@ ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
 {
     ScanResult result;
     Rest text = {at, end};
+    const char* literal = format; // behind the last conversion or white space
     for (const char* f = format; *f != '\0'; ++f) {
         if (*f == '%') {
             const char* conversion = f++;
@@ -248,13 +249,16 @@ ScanResult FormatScanner::Scan(const char* format, const ScanTarget* targets)
                 result.oddField = result.stored;
             }
             result.fieldBegin[result.stored++] = std::size_t(fieldBegin - begin);
+            literal = f + 1;
         } else if (IsSpace(*f)) {
             text.at = SkipSpace(text.at, text.end);
+            literal = f + 1;
         } else if (!text.Empty() && *text.at == *f) {
             ++text.at;
         } else {
             result.expected = f;
             result.stoppedAt = std::size_t(text.at - begin);
+            result.matchedLiteral = int(f - literal);
             break;
         }
     }

@@ -43,6 +43,7 @@ inline const char* SkipSpace(const char* at, const char* end)
 struct ScanResult {
     const char* expected = nullptr; // where in the format the scan stopped; nullptr: the whole format matched
     std::size_t stoppedAt = 0;      // position in the text of what did not match
+    int matchedLiteral = 0;         // characters right in front of both, of the same literal, that did
     int stored = 0;                 // destinations that got a value
     // The last of these that is not what the text says: an integer beyond int, an unfinished number as "1e+"; -1: none.
     int oddField = -1;

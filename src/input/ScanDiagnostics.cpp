@@ -1,6 +1,7 @@
 #include "input/ScanDiagnostics.h"
 
 #include "input/SourceExcerpt.h"
+#include "input/TextPlaces.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "input/SectionHeaders.h"
 
 #include "input/FormatScanner.h"
-#include "input/SourceExcerpt.h"
+#include "input/TextPlaces.h"
 
 #include <algorithm>
 
@@ -33,12 +33,6 @@ TableId TableOfKey(std::string_view key)
 constexpr const char* RecordMarks[TableCount] = {"Mu=", "TK=", "Hw=", "Hw=", "R=", ":", "[",
                                                  "[",   "[",   ":",   "<",   ":",  ":", ":"};
 
-std::size_t SkipBlanks(std::string_view text, std::size_t at)
-{
-    while (at < text.size() && IsSpace(text[at]) && text[at] != '\n') { ++at; }
-    return at;
-}
-
 } // namespace
 
 SectionHeader NextHeader(std::string_view text, std::size_t position)
@@ -56,17 +50,18 @@ SectionHeader NextHeader(std::string_view text, std::size_t position)
         const std::size_t from = std::max(position, keyBegin < LongestHeader ? 0 : keyBegin - LongestHeader);
         const std::string_view before = text.substr(from, keyBegin - from);
         const std::size_t number = before.rfind("Number");
-        const std::size_t lineBegin = std::max(position, LineAround(text, keyBegin).begin);
+        // From the position on: headers one behind the other in one long line must not make it be searched every time.
+        const std::size_t lineFeed = text.substr(position, keyBegin - position).rfind('\n');
+        const std::size_t lineBegin = lineFeed == std::string_view::npos ? position : position + lineFeed + 1;
         const bool isWritten = number != std::string_view::npos && before.find('=', number) == std::string_view::npos;
-        return {table, isWritten ? from + number : SkipBlanks(text, lineBegin), equals + 1};
+        return {table, isWritten ? from + number : BehindBlanks(text, lineBegin), equals + 1};
     }
     return {TableCount, text.size(), text.size()};
 }
 
 bool IsAtHeader(std::string_view text, std::size_t position)
 {
-    const char* const end = text.data() + text.size();
-    const std::size_t at = static_cast<std::size_t>(SkipSpace(text.data() + position, end) - text.data());
+    const std::size_t at = BehindSpace(text, position);
     // A key further away than a header is long is none of this place.
     const SectionHeader header = NextHeader(text.substr(0, std::min(text.size(), at + LongestHeader)), at);
     return header.IsThere() && header.begin == at;
@@ -75,14 +70,13 @@ bool IsAtHeader(std::string_view text, std::size_t position)
 bool BeginsRecord(std::string_view text, std::size_t lineBegin, TableId table)
 {
     const LineSpan line = LineAround(text, lineBegin);
-    std::size_t at = SkipBlanks(text, lineBegin);
+    std::size_t at = BehindBlanks(text, lineBegin);
     if (table == Materials || table == Thicknesses) {
         return at < line.end && text[at] == '#';
     }
     if (table == TSections || table == LSections || table == CSections) { // the line behind their label
-        const std::size_t lineFeed = std::min(text.size(), text.find('\n', lineBegin));
         return at < line.end &&
-               text.substr(SkipBlanks(text, std::min(text.size(), lineFeed + 1))).starts_with(RecordMarks[table]);
+               text.substr(BehindBlanks(text, NextLine(text, lineBegin))).starts_with(RecordMarks[table]);
     }
     if (at < line.end && (text[at] == '-' || text[at] == '+')) {
         ++at;
@@ -92,10 +86,10 @@ bool BeginsRecord(std::string_view text, std::size_t lineBegin, TableId table)
     return at > digits && at < line.end && text[at] == (table == Forces ? '<' : ':');
 }
 
-int CountRecords(std::string_view text, TableId table)
+long long CountRecords(std::string_view text, TableId table)
 {
     const std::string_view mark = RecordMarks[table];
-    int count = 0;
+    long long count = 0;
     for (std::size_t at = text.find(mark); at != std::string_view::npos; at = text.find(mark, at + mark.size())) {
         ++count;
     }

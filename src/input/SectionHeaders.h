@@ -28,6 +28,6 @@ bool IsAtHeader(std::string_view text, std::size_t position);
 bool BeginsRecord(std::string_view text, std::size_t lineBegin, TableId table);
 
 // Records of a table that a piece of text seems to hold, in whatever lines.
-int CountRecords(std::string_view text, TableId table);
+long long CountRecords(std::string_view text, TableId table);
 
 } // namespace tarnvexo

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tarnvexo {
@@ -48,6 +49,14 @@ public:
     // follows an error at its own place: a number that is none has no size either.
     bool Adds(RuleId rule, std::size_t position);
     void Keep(RuleId rule, TextFault fault);
+
+    // Both, where the message costs little or is rare.
+    void Report(RuleId rule, TextFault fault)
+    {
+        if (Adds(rule, fault.position)) {
+            Keep(rule, std::move(fault));
+        }
+    }
 
     // A fault of the file as a whole: its message quotes no line.
     void KeepWithoutLine(RuleId rule, TextFault fault);

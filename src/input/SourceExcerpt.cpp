@@ -1,5 +1,7 @@
 #include "input/SourceExcerpt.h"
 
+#include "input/TextPlaces.h"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -103,17 +105,6 @@ bool BelongsToNumber(char c)
 }
 
 } // namespace
-
-LineSpan LineAround(std::string_view text, std::size_t position)
-{
-    const std::size_t lineFeedBefore = position == 0 ? std::string_view::npos : text.rfind('\n', position - 1);
-    const std::size_t begin = lineFeedBefore == std::string_view::npos ? 0 : lineFeedBefore + 1;
-    std::size_t end = std::min(text.find('\n', position), text.size());
-    if (end > position && text[end - 1] == '\r') {
-        --end;
-    }
-    return {begin, end};
-}
 
 SourceExcerpt ExcerptAround(std::string_view text, std::size_t position)
 {

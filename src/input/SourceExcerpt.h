@@ -12,15 +12,6 @@
 
 namespace tarnvexo {
 
-// A line of a text, without its line end.
-struct LineSpan {
-    std::size_t begin;
-    std::size_t end;
-};
-
-// The line that holds a position.
-LineSpan LineAround(std::string_view text, std::size_t position);
-
 struct SourceExcerpt {
     std::string line;
     std::string mark; // blanks, "^", then "~" under the rest of a number

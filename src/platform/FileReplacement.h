@@ -39,7 +39,8 @@ public:
         std::string reason;
     };
 
-    // Nothing when all files have taken their names; otherwise all names are borne by what bore them before.
+    // Nothing when all files have taken their names; otherwise all names are borne by what bore them before. A new file
+    // that is missing is refused before the first step: from then on one that is not at its place has taken its name.
     std::optional<Refusal> Commit();
 
 private:

@@ -40,6 +40,20 @@ int Move(const std::string& from, const std::string& to)
     return rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
+// What a step would be refused for is looked for before the first one. {0, 0}: nothing.
+Outcome RefusalAhead(const std::vector<FileToReplace>& files)
+{
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!Exists(files[i].unfinished)) { // gone with its directory, or someone has cleared up
+            return {i, ENOENT};
+        }
+        if (IsDirectory(files[i].target)) {
+            return {i, EISDIR};
+        }
+    }
+    return {0, 0};
+}
+
 // From any point of the steps back to their begin: a new file that is not at its place has taken its name.
 void MoveBack(const std::vector<FileToReplace>& files)
 {
@@ -60,12 +74,6 @@ Outcome Replace(const std::vector<FileToReplace>& files)
         return Outcome{file, error};
     };
     for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!Exists(files[i].unfinished)) { // gone with its directory
-            return refuse(i, ENOENT);
-        }
-        if (IsDirectory(files[i].target)) {
-            return refuse(i, EISDIR);
-        }
         const int error = Move(files[i].target, files[i].earlier);
         if (error != 0 && error != ENOENT) { // nothing may have borne the name
             return refuse(i, error);
@@ -141,7 +149,7 @@ bool Receive(int channel, void* bytes, std::size_t count)
 FileReplacement::FileReplacement(std::vector<FileToReplace> filesToReplace) : files(std::move(filesToReplace))
 {
     int ends[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0) {
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
         return;
     }
     process = fork();
@@ -170,8 +178,10 @@ FileReplacement::~FileReplacement()
 
 std::optional<FileReplacement::Refusal> FileReplacement::Commit()
 {
-    Outcome outcome = {};
-    if (process < 0) {
+    Outcome outcome = RefusalAhead(files);
+    if (outcome.error != 0) {
+        // No step has been taken.
+    } else if (process < 0) {
         outcome = Replace(files);
     } else if (!Send(channel, &CommitCommand, 1) || !Receive(channel, &outcome, sizeof outcome)) {
         MoveBack(files); // someone ended that process, perhaps between two steps

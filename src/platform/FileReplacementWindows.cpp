@@ -62,17 +62,22 @@ FileReplacement::~FileReplacement()
 
 std::optional<FileReplacement::Refusal> FileReplacement::Commit()
 {
-    const auto refuse = [&](std::size_t file, DWORD error) {
-        MoveBack(files);
+    const auto refusal = [](std::size_t file, DWORD error) {
         return Refusal{file, std::system_category().message(static_cast<int>(error))};
     };
+    const auto refuse = [&](std::size_t file, DWORD error) {
+        MoveBack(files);
+        return refusal(file, error);
+    };
     for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!Exists(files[i].unfinished)) { // gone with its directory
-            return refuse(i, ERROR_FILE_NOT_FOUND);
+        if (!Exists(files[i].unfinished)) { // gone with its directory, or someone has cleared up
+            return refusal(i, ERROR_FILE_NOT_FOUND);
         }
         if (IsDirectory(files[i].target)) {
-            return refuse(i, ERROR_DIRECTORY);
+            return refusal(i, ERROR_DIRECTORY);
         }
+    }
+    for (std::size_t i = 0; i < files.size(); ++i) {
         const DWORD error = Exists(files[i].target) ? Move(files[i].target, files[i].earlier) : ERROR_SUCCESS;
         if (error != ERROR_SUCCESS) { // a program has it open, say
             return refuse(i, error);

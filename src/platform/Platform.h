@@ -47,9 +47,10 @@ private:
 };
 
 // Reads what cannot be mapped, a pipe or a device, to its end, or until goesOn(bytes so far, how many of them are new)
-// is false. False, with errno, when it cannot be read; ETIMEDOUT: nothing came for `silenceSeconds`, so that a pipe
-// that nobody writes into holds no run up (Windows: waits).
+// is false; nullptr: always to the end. False, with errno, when it cannot be read; ETIMEDOUT: nothing came for
+// `silenceSeconds`, so that a pipe that nobody writes into holds no run up (AnySilence and Windows: waits).
 using StreamJudge = bool (*)(std::string_view bytes, std::size_t newBytes);
+constexpr int AnySilence = -1;
 bool ReadStream(const char* path, int silenceSeconds, StreamJudge goesOn, std::string& bytes);
 
 // Starts a program of the current directory by its file name and waits until it ends.

@@ -243,7 +243,7 @@ MappedFile::~MappedFile()
 
 bool ReadStream(const char* path, int silenceSeconds, StreamJudge goesOn, std::string& bytes)
 {
-    constexpr std::size_t piece = std::size_t(1) << 20;
+    constexpr std::size_t piece = std::size_t(1) << 16; // as much as a pipe holds
     constexpr int milliseconds = 1000;
     // Without O_NONBLOCK the opening of a pipe would wait for whoever writes into it.
     const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
@@ -253,7 +253,7 @@ bool ReadStream(const char* path, int silenceSeconds, StreamJudge goesOn, std::s
     int fault = 0;
     while (fault == 0) {
         pollfd input = {descriptor, POLLIN, 0};
-        const int ready = poll(&input, 1, silenceSeconds * milliseconds);
+        const int ready = poll(&input, 1, silenceSeconds < 0 ? -1 : silenceSeconds * milliseconds);
         if (ready <= 0) {
             fault = ready == 0 ? ETIMEDOUT : errno == EINTR ? 0 : errno;
             continue;
@@ -261,10 +261,9 @@ bool ReadStream(const char* path, int silenceSeconds, StreamJudge goesOn, std::s
         const std::size_t size = bytes.size();
         bytes.resize(size + piece);
         const ssize_t got = read(descriptor, bytes.data() + size, piece);
-        const int readFault = got < 0 && errno != EINTR && errno != EAGAIN ? errno : 0;
+        fault = got < 0 && errno != EINTR && errno != EAGAIN ? errno : 0;
         bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-        fault = readFault;
-        if (got == 0 || (got > 0 && !goesOn(bytes, static_cast<std::size_t>(got)))) {
+        if (got == 0 || (got > 0 && goesOn != nullptr && !goesOn(bytes, static_cast<std::size_t>(got)))) {
             break;
         }
     }

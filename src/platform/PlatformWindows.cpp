@@ -114,7 +114,6 @@ MappedFile::~MappedFile()
     }
 }
 
-// The command processor looks in the current directory first.
 bool ReadStream(const char* path, [[maybe_unused]] int silenceSeconds, StreamJudge goesOn, std::string& bytes)
 {
     constexpr std::size_t piece = std::size_t(1) << 20;
@@ -128,12 +127,13 @@ bool ReadStream(const char* path, [[maybe_unused]] int silenceSeconds, StreamJud
         bytes.resize(size + piece);
         got = std::fread(bytes.data() + size, 1, piece, file);
         bytes.resize(size + got);
-    } while (got > 0 && goesOn(bytes, got));
+    } while (got > 0 && (goesOn == nullptr || goesOn(bytes, got)));
     const bool wasRead = std::ferror(file) == 0;
     std::fclose(file);
     return wasRead;
 }
 
+// The command processor looks in the current directory first.
 void RunProgram(const char* fileName)
 {
     std::system(("\"" + std::string(fileName) + "\"").c_str());
@@ -170,7 +170,6 @@ std::uint64_t AvailableMemory()
     return GlobalMemoryStatusEx(&status) ? status.ullAvailPhys : 0;
 }
 
-// Large pages need a privilege that users do not have.
 std::uint64_t ResidentMemory()
 {
     PROCESS_MEMORY_COUNTERS counters;
@@ -183,6 +182,7 @@ std::uint64_t PeakMemory()
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.PeakWorkingSetSize : 0;
 }
 
+// Large pages need a privilege that users do not have.
 void PreferLargePages(void*, std::size_t) {}
 
 void PopulatePages(void*, std::size_t) {}

@@ -200,7 +200,7 @@ INSTANTIATE_TEST_SUITE_P(
         // Records whose text does not fit.
         Damage{"OtherRelease", "3.0 #", "2.0 #", Format, 1, 28, "another release"},
         Damage{"DamagedFirstLine", "### Q", "## Q", Format, 1, 3, "the first line"},
-        Damage{"WrongKey", "E=7e10", "EE=7e10", Format, 8, 2, "material 1: found \"E=7e10\" where \"=\" belongs"},
+        Damage{"WrongKey", "E=7e10", "EE=7e10", Format, 8, 2, "material 1: found \"EE=7e10\" where \"E=\" belongs"},
         Damage{"MissingValue", "Mu=0.3\n", "Mu=\n", Format, 5, 4, "material 0: found the end of the line"},
         Damage{"MissingMaterialLine", "Density=7850\n", "", Format, 6, 1, "material 0: found \"#1:\""},
         Damage{"MissingLabelLine", "#0: frame\n", "", Format, 18, 1, "T section 0: found \"Tw=0.006\""},
@@ -219,7 +219,8 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"FiveFlags", "1:0 0 1 0 0 0", "1:0 0 1 0 0", Format, 48, 12, "restraint 1: found the end of the line"},
         Damage{"SevenFlags", "1:0 0 1 0 0 0", "1:0 0 1 0 0 0 0", Format, 48, 15, "restraint 1 is followed by \"0\""},
         Damage{"ForceWithFiveComponents", "3<1.5,0", "3<1.5", Format, 51, 14, "force 1: found \">\" where \",\""},
-        Damage{"BeamKey", "BeamSecOz=0.005", "BeamSecOx=0.005", Format, 43, 53, "beam 0: found \"x=0.005"},
+        Damage{"BeamKey", "BeamSecOz=0.005", "BeamSecOx=0.005", Format, 43, 53,
+               "beam 0: found \"BeamSecOx=0.005\" where \"BeamSecOz=\" belongs"},
         Damage{"TextInsteadOfARecord", "2:1,1,0", "two: 1,1,0", Format, 35, 1, "node 2: found \"two: 1,1,0\""},
         // Numbers that are none.
         Damage{"NotANumber", "1:1,0,0", "1:1,nan,0", Format, 34, 5, "node 1: \"nan\" is not a finite number"},
@@ -405,6 +406,64 @@ TEST(StrictReader, ReadsAnyTextWithoutHarmWhenAnyByteIsReplaced)
             }
         }
     }
+}
+
+// A header that the text ends within, behind text of another kind; no byte stands behind the view.
+TEST(StrictReader, StaysWithinATextThatEndsInAHeader)
+{
+    const std::string text = "### Quor_Tarn+Vexo release=3.0 ###\nremark\nNumber of materials:NMT=";
+    const std::vector<char> bytes(text.begin(), text.end());
+    ModelStore model;
+    EXPECT_FALSE(ReadModelStrictly(model, {bytes.data(), bytes.size()}, FileName, RuleBook()).IsUsable());
+}
+
+// With a search to the next header behind every fault each of these would take minutes.
+TEST(StrictReader, CountsTheFaultsOfHugeTablesOneByOne)
+{
+    constexpr int count = 200000;
+    std::string nodes, text = GoodModel;
+    for (int n = 0; n < count; ++n) { nodes += std::to_string(n) + ":0,0;0\n"; }
+    const std::size_t begin = text.find("0:0,0,0\n"), end = text.find("Number of four");
+    text.replace(begin, end - begin, nodes);
+    text.replace(text.find("NPOIN=5"), 7, "NPOIN=" + std::to_string(count));
+    EXPECT_EQ(Read(text).errors, count);
+}
+
+TEST(StrictReader, SkipsMegabytesOfBlankLinesBehindAFault)
+{
+    EXPECT_EQ(Read(GoodWith("1:1,0,0\n", "1:1;0,0\n" + std::string(4000000, '\n'))).errors, 1);
+}
+
+TEST(StrictReader, CountsSectionsThatStandInOneLineAgainAndAgain)
+{
+    constexpr int count = 200000;
+    std::string again;
+    for (int i = 0; i < count; ++i) { again += "NMT=1 "; }
+    EXPECT_EQ(Read(GoodWith("Number of four", again + "\nNumber of four")).errors, count);
+}
+
+// Inputs that took the console reader along every way of its own.
+TEST(StrictReader, TakesNothingOfTheCommittedCorpusThatTheConsoleReaderWarnsOf)
+{
+    RuleBook allOff;
+    for (std::size_t rule = 0; rule < RuleCount; ++rule) {
+        allOff.SetSeverity(static_cast<RuleId>(rule), Severity::Off);
+    }
+    int inputs = 0, usable = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(TARNVEXO_SOURCE_DIR "/tests/input/corpus")) {
+        const std::string text = FileText(entry.path());
+        ModelStore strict, loose;
+        const StrictReading reading = ReadModelStrictly(strict, text, FileName, allOff);
+        EXPECT_EQ(reading.diagnostics.empty(), reading.IsUsable()) << entry.path();
+        if (reading.IsUsable()) {
+            EXPECT_EQ(ReadModelText(loose, text, FileName).warnings, "") << entry.path();
+            EXPECT_EQ(test::DifferentTable(strict, loose), "") << entry.path();
+            ++usable;
+        }
+        ++inputs;
+    }
+    EXPECT_GE(inputs, 20);
+    EXPECT_GE(usable, 1);
 }
 
 // ------------------------------------------------------------ rules

@@ -59,8 +59,7 @@ TEST(FileReplacement, GivenUpRemovesTheNewFiles)
     EXPECT_EQ(FilesThere(), (Files{{"a", "1"}}));
 }
 
-// Refused at the third name, when two earlier files have been moved aside.
-TEST(FileReplacement, PutsEarlierFilesBackWhenOneCannotBeMovedAside)
+TEST(FileReplacement, RefusesADirectoryThatBearsAName)
 {
     const TemporaryDirectory directory;
     Write({{"a", "1"}, {"b", "1"}});
@@ -74,6 +73,38 @@ TEST(FileReplacement, PutsEarlierFilesBackWhenOneCannotBeMovedAside)
         EXPECT_EQ(refusal->reason, "Is a directory");
     }
     EXPECT_EQ(FilesThere(), (Files{{"a", "1"}, {"b", "1"}, {"c", "directory"}}));
+}
+
+// Someone has cleared up among the new files: what bears the name must not be taken for the one that is missing.
+TEST(FileReplacement, KeepsAnEarlierFileWhoseNewOneIsMissing)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}, {"b", "1"}});
+    {
+        FileReplacement replacement(Three);
+        Write({{"a.new", "2"}, {"c.new", "2"}});
+        const auto refusal = replacement.Commit();
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->file, 1u);
+        EXPECT_EQ(refusal->reason, "No such file or directory");
+    }
+    EXPECT_EQ(FilesThere(), (Files{{"a", "1"}, {"b", "1"}}));
+}
+
+// Refused at the third name, when two earlier files have been moved aside: a directory is where the third would go.
+TEST(FileReplacement, PutsEarlierFilesBackWhenOneCannotBeMovedAside)
+{
+    const TemporaryDirectory directory;
+    Write({{"a", "1"}, {"b", "1"}, {"c", "1"}});
+    std::filesystem::create_directory("c.old");
+    {
+        FileReplacement replacement(Three);
+        Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
+        const auto refusal = replacement.Commit();
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->file, 2u);
+    }
+    EXPECT_EQ(FilesThere(), (Files{{"a", "1"}, {"b", "1"}, {"c", "1"}, {"c.old", "directory"}}));
 }
 
 // The third name is in a directory that is not there: two new files have been moved in by then.

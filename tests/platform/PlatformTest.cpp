@@ -309,5 +309,54 @@ TEST(MappedFile, OfWhatCannotBeMappedIsEmpty)
     }
 }
 
+TEST(ReadStream, ReadsAPipeToItsEndHoweverLateAndInHoweverManyPieces)
+{
+    const TemporaryDirectory directory;
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    std::string content;
+    for (int i = 0; i < 100000; ++i) { content += std::to_string(i) + "\n"; } // more than a pipe holds
+    std::thread writer([&] { std::ofstream("pipe", std::ios::binary) << content; });
+    std::string bytes;
+    EXPECT_TRUE(ReadStream("pipe", AnySilence, nullptr, bytes));
+    writer.join();
+    EXPECT_TRUE(bytes == content);
+}
+
+TEST(ReadStream, GivesUpOnAPipeThatNobodyWritesInto)
+{
+    const TemporaryDirectory directory;
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    std::string bytes;
+    EXPECT_FALSE(ReadStream("pipe", 0, nullptr, bytes));
+    EXPECT_EQ(errno, ETIMEDOUT);
+}
+
+TEST(ReadStream, StopsAtAnEndlessStreamWhenTheJudgeHasEnough)
+{
+    static std::size_t judged;
+    judged = 0;
+    const StreamJudge isShort = [](std::string_view all, std::size_t newBytes) {
+        judged += newBytes;
+        return all.size() < 300000;
+    };
+    std::string bytes;
+    EXPECT_TRUE(ReadStream("/dev/zero", AnySilence, isShort, bytes));
+    EXPECT_GE(bytes.size(), 300000u);
+    EXPECT_LT(bytes.size(), 3000000u);
+    EXPECT_EQ(judged, bytes.size());
+}
+
+TEST(ReadStream, TellsWhyItCannotRead)
+{
+    const TemporaryDirectory directory;
+    std::filesystem::create_directory("directory");
+    std::string bytes;
+    EXPECT_FALSE(ReadStream("missing", AnySilence, nullptr, bytes));
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(ReadStream("directory", AnySilence, nullptr, bytes));
+    EXPECT_EQ(errno, EISDIR);
+    EXPECT_TRUE(bytes.empty());
+}
+
 } // namespace
 } // namespace tarnvexo::platform
