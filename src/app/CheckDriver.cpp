@@ -9,6 +9,7 @@
 #include "checks/ModelChecks.h"
 #include "core/Units.h"
 #include "inertia/StructureCentroid.h"
+#include "output/BeamSectionStress.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -43,8 +44,20 @@ bool HaveSoundElements(const ModelStore& model, CheckReport& report)
         return false;
     }
     const std::string fault = ElementFault(model, report.modelFile);
-    AddMessage(Severity::Error, fault, report);
+    if (!TellsOfShape(report.findings)) {
+        AddMessage(Severity::Error, fault, report);
+    }
     return fault.empty();
+}
+
+// Beams whose section meshes nothing can hold.
+void MeasureSections(const ModelStore& model, CheckReport& report)
+{
+    const SectionMeshSize meshes = MeasureSectionMeshes(model);
+    if (!meshes.fault.empty()) {
+        const Severity severity = meshes.isBeyondMemory ? Severity::Warning : Severity::Error; // of this machine
+        AddMessage(severity, report.modelFile + ": " + SeverityName(severity) + ": " + meshes.fault, report);
+    }
 }
 
 void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
@@ -82,6 +95,7 @@ CheckReport Check(const CheckOptions& options, const ProgressListener& listener)
         clock.Next(); // check
         report.findings = CheckModel(model, options.rules);
         if (HaveSoundElements(model, report)) {
+            MeasureSections(model, report);
             clock.Next(); // balance
             Balance(model, options.rules, report);
         }

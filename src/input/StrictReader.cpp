@@ -20,6 +20,8 @@ namespace tarnvexo {
 namespace {
 
 constexpr double SmallestSine = 1e-6; // between a beam and its orientation
+// Of the largest component of an orientation: its products with coordinates stay within the range of a double.
+constexpr double ShortestOrientation = 1e-100, LongestOrientation = 1e100;
 constexpr std::size_t LongestWritten = 40;
 
 constexpr const char* ReleaseLine = "### Quor_Tarn+Vexo release=3.0 ###";
@@ -967,10 +969,26 @@ void StrictTextReader::CheckOrientation(const std::array<int, BeamNodeCount>& en
         const double largest = std::max({std::fabs(v[0]), std::fabs(v[1]), std::fabs(v[2])});
         return largest > 0.0 ? v / largest : v;
     };
-    const Vector3 d = scaled(model.NodeCoordinates[static_cast<std::size_t>(ends[1])] -
-                             model.NodeCoordinates[static_cast<std::size_t>(ends[0])]);
+    const Vector3& start = model.NodeCoordinates[static_cast<std::size_t>(ends[0])];
+    const Vector3 d = scaled(model.NodeCoordinates[static_cast<std::size_t>(ends[1])] - start);
     const Vector3 v = scaled(orientation);
     const bool isZero = Length(v) == 0.0;
+    // The element keeps the point that the orientation leads to: beside large coordinates a short one is rounded away.
+    const Vector3 kept = (start + orientation) - start;
+    double size = 0.0, lost = 0.0;
+    for (int k = 0; k < 3; ++k) {
+        size = std::max(size, std::fabs(orientation[k]));
+        lost = std::max(lost, std::fabs(kept[k] - orientation[k]));
+    }
+    const bool hasSize = size >= ShortestOrientation && size <= LongestOrientation && lost <= SmallestSine * size;
+    if (!isZero && !hasSize && diagnostics.Adds(RuleId::BeamOrientation, position)) {
+        diagnostics.Keep(RuleId::BeamOrientation,
+                         {position,
+                          Joined({NameOf(name), " has an orientation too ", size < 1.0 ? "short" : "long",
+                                  " to give a direction beside its coordinates"}),
+                          "a vector about as long as the beam", "give the same direction with another length"});
+        return;
+    }
     const bool isAlong = Length(Cross(v, d)) <= SmallestSine * Length(v) * Length(d) && Length(d) > 0.0;
     if ((isZero || isAlong) && diagnostics.Adds(RuleId::BeamOrientation, position)) {
         diagnostics.Keep(
