@@ -44,8 +44,20 @@ bool HaveSoundElements(const ModelStore& model, CheckReport& report)
         return false;
     }
     const std::string fault = ElementFault(model, report.modelFile);
-    AddMessage(Severity::Error, fault, report);
+    if (!TellsOfShape(report.findings)) {
+        AddMessage(Severity::Error, fault, report);
+    }
     return fault.empty();
+}
+
+// Beams whose section meshes nothing can hold.
+void MeasureSections(const ModelStore& model, CheckReport& report)
+{
+    const SectionMeshSize meshes = MeasureSectionMeshes(model);
+    if (!meshes.fault.empty()) {
+        const Severity severity = meshes.isBeyondMemory ? Severity::Warning : Severity::Error; // of this machine
+        AddMessage(severity, report.modelFile + ": " + SeverityName(severity) + ": " + meshes.fault, report);
+    }
 }
 
 void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
@@ -59,9 +71,6 @@ void Balance(ModelStore& model, const RuleBook& rules, CheckReport& report)
     }
     AddFindings(loads.findings, report.findings);
     AddMessage(Severity::Error, loads.fault, report);
-    if (const std::string fault = MeasureSectionMeshes(model).fault; !fault.empty()) {
-        AddMessage(Severity::Error, report.modelFile + ": " + fault, report);
-    }
     if (!loads.sheet.aboutLine.empty()) {
         AddMessage(Severity::Warning, report.modelFile + ": warning: " + loads.sheet.aboutLine, report);
     }
@@ -86,6 +95,7 @@ CheckReport Check(const CheckOptions& options, const ProgressListener& listener)
         clock.Next(); // check
         report.findings = CheckModel(model, options.rules);
         if (HaveSoundElements(model, report)) {
+            MeasureSections(model, report);
             clock.Next(); // balance
             Balance(model, options.rules, report);
         }

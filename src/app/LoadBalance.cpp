@@ -58,7 +58,10 @@ BalancedLoads BalanceModelLoads(ModelStore& model, const std::string& modelFile,
         return result;
     }
     if (NodeOfBadLoad(model.GLOAD) >= 0) {
-        result.fault = BalanceWarning(model, applied, modelFile.c_str());
+        result.fault = modelFile + ": error: the inertial loads that balance the applied ones are not numbers\n"
+                                   "  expected: loads, masses and coordinates whose products a double can hold\n"
+                                   "  to do:    look for densities, thicknesses, sections, coordinates and loads "
+                                   "beyond all measure";
         return result;
     }
     FindFloatingParts(model, result.free, rules, result.findings);

@@ -85,6 +85,15 @@ bool HaveSoundElements(const std::vector<Finding>& findings)
     });
 }
 
+bool TellsOfShape(const std::vector<Finding>& findings)
+{
+    return std::any_of(findings.begin(), findings.end(), [](const Finding& finding) {
+        return finding.severity == Severity::Error &&
+               (finding.rule == RuleId::SelfCrossing || finding.rule == RuleId::InvertedQuad ||
+                finding.rule == RuleId::ConcaveQuad);
+    });
+}
+
 std::string OffenderName(const Offender& offender)
 {
     return std::string(offender.kind) + " " + std::to_string(offender.number);

@@ -18,6 +18,10 @@ RuleBook RulesForSolving(RuleBook rules, BalanceKind balance);
 // and balance be had.
 bool HaveSoundElements(const std::vector<Finding>& findings);
 
+// An error among them says that a quadrilateral crosses itself or is concave: it may then have no area either, which
+// needs no second message.
+bool TellsOfShape(const std::vector<Finding>& findings);
+
 // "quad 17", "part 2"
 std::string OffenderName(const Offender& offender);
 

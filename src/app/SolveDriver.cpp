@@ -75,7 +75,11 @@ std::vector<Finding> CheckAndShift(ModelStore& model, const std::string& modelFi
     if (!HaveSoundElements(findings)) {
         throw RunFailure(ExitBadModel, FindingsFault(findings, modelFile));
     }
-    RequireNoFault(ElementFault(model, modelFile));
+    const std::string fault = ElementFault(model, modelFile);
+    if (!fault.empty()) {
+        throw RunFailure(ExitBadModel,
+                         JoinedMessages(FindingsFault(findings, modelFile), TellsOfShape(findings) ? "" : fault));
+    }
     model.StructureCentroid = StructureCentroid(model);
     ShiftOrigin(model, -model.StructureCentroid);
     return findings;
@@ -156,11 +160,19 @@ std::vector<ResultCheck> ChecksOfSolution(const ModelStore& model, const Balance
             JudgeRigidRotations(energies)};
 }
 
+// Without displacements the structure is drawn as it stands.
+double FiniteScale(const ModelStore& model)
+{
+    const double scale = DeformationScale(model);
+    return std::isfinite(scale) ? scale : 1.0;
+}
+
 void WriteResults(const ModelStore& model, ResultFiles& files)
 {
     files.Write(NodalDisplacementFileName,
                 [&](const std::string& path) { return WriteNodalDisplacements(model, path); });
-    files.Write(DeformationDrawingFileName, [&](const std::string& path) { return WriteDeformedDrawing(model, path); });
+    files.Write(DeformationDrawingFileName,
+                [&](const std::string& path) { return WriteDeformedDrawing(model, FiniteScale(model), path); });
     files.Write(ShellStressFileName, [&](const std::string& path) { return WriteShellStresses(model, path); });
     files.Write(AveragedShellStressFileName,
                 [&](const std::string& path) { return WriteAveragedShellStresses(model, path); });
@@ -202,7 +214,8 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Expect("stresses", StressSeconds(model));
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
     if (!meshes.fault.empty()) {
-        throw RunFailure(meshes.isBeyondMemory ? ExitNumerical : ExitBadModel, options.modelFile + ": " + meshes.fault);
+        throw RunFailure(meshes.isBeyondMemory ? ExitNumerical : ExitBadModel,
+                         options.modelFile + ": error: " + meshes.fault);
     }
     clock.Expect("beam sections", BeamSectionSeconds(meshes.patches));
     if (files) {
@@ -339,7 +352,7 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     report.solver = system.Report();
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
     if (!meshes.fault.empty()) {
-        report.fault = JoinedMessages(report.fault, modelFile + ": " + meshes.fault);
+        report.fault = JoinedMessages(report.fault, modelFile + ": error: " + meshes.fault);
     }
     const MemoryEstimate memory = MemoryOf(model, system, meshes);
     report.fault = JoinedMessages(report.fault, MemoryFault(memory, available, report.solver.engine, modelFile));

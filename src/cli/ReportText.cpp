@@ -110,6 +110,9 @@ std::string ClassicText(const BalanceSheet& balance)
 {
     const double force = Length(balance.classicRemaining.force);
     const double moment = Length(balance.classicRemaining.moment);
+    if (!std::isfinite(force + moment)) { // it divides by the mass and by its inertia
+        return "gives no numbers here: mass or inertia is 0";
+    }
     return std::string(balance.kind == BalanceKind::Classic ? "leaves" : "would leave") + " a force of " +
            NumberText(force) + " (" + ShareText(RelativeTo(balance.forceSize, force)) +
            " of the loads) and a moment of " + NumberText(moment) + " (" +

@@ -336,14 +336,14 @@ SectionMeshSize MeasureSectionMeshes(const ModelStore& model)
         sum.bytes = meshBytes + sum.systemBytes;
         if (size.entries > static_cast<double>(SkylineLimit)) {
             std::snprintf(text, sizeof text,
-                          "beam %d: error: its section mesh would have %.0f slices along the beam, too many to solve\n"
+                          "the section mesh of beam %d would have %.6g slices along the beam, too many to solve\n"
                           "  expected: a section whose longest wall segment is not tiny against the beam's length\n"
                           "  to do:    correct the section's sizes (Hw, Bf or R), or divide the beam",
                           b, slices);
             sum.fault = text;
         } else if (available > 0.0 && sum.bytes > available) {
             std::snprintf(text, sizeof text,
-                          "beams 0 to %d: error: their section meshes take %.3g GB already\n"
+                          "the section meshes of beams 0 to %d would take %.3g GB or more\n"
                           "  expected: at most %.3g GB, the memory that is free now\n"
                           "  to do:    check that sections and lengths are in one unit, close other programs, or leave "
                           "out beams whose\n            wall stresses are not needed",
@@ -359,7 +359,7 @@ void RequireBeamSections(const ModelStore& model)
 {
     const std::string fault = MeasureSectionMeshes(model).fault;
     if (!fault.empty()) {
-        FailWithDiagnostic(fault.c_str());
+        FailWithDiagnostic(("error: " + fault).c_str());
     }
     for (int b = 0; b < model.NELEM_B; ++b) {
         if (!HasKnownSection(model, b)) {

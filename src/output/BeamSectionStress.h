@@ -27,6 +27,7 @@ struct SectionMeshSize {
     double bytes = 0.0;       // of meshes and systems
     double systemBytes = 0.0; // of the largest systems that are solved at the same time, one per thread
     bool isBeyondMemory = false;
+    // What, expected, to do, without the severity in front:
     std::string fault; // of the first beam whose mesh cannot be addressed or held beside those before it; empty: none
 };
 SectionMeshSize MeasureSectionMeshes(const ModelStore& model);

@@ -86,7 +86,11 @@ FileResult WriteStructureDrawing(const ModelStore& model, const std::string& pat
 
 FileResult WriteDeformedDrawing(const ModelStore& model, const std::string& path)
 {
-    const double scale = model.NPOIN > 0 ? DeformationScale(model) : 0.0;
+    return WriteDeformedDrawing(model, model.NPOIN > 0 ? DeformationScale(model) : 0.0, path);
+}
+
+FileResult WriteDeformedDrawing(const ModelStore& model, double scale, const std::string& path)
+{
     return WriteDrawing(model, path, [&](int node) {
         const double* d = Translation(model, node);
         return model.NodeCoordinates[node] + Vector3{scale * d[DX], scale * d[DY], scale * d[DZ]};

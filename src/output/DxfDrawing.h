@@ -21,6 +21,7 @@ FileResult WriteStructureDrawing(const ModelStore& model, const std::string& pat
 // The mesh displaced by the solution, magnified so that the largest translation is 5 % of the largest extent of the
 // nodes. Without any translation the scale, and so the drawing, is not finite; without nodes it holds no line.
 FileResult WriteDeformedDrawing(const ModelStore& model, const std::string& path);
+FileResult WriteDeformedDrawing(const ModelStore& model, double scale, const std::string& path);
 
 // Factor of that magnification: extent / largest |dx|, |dy|, |dz| · 0.05. Needs at least one node.
 double DeformationScale(const ModelStore& model);

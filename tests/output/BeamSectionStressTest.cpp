@@ -587,8 +587,8 @@ TEST(BeamSectionStress, WithTooManySlicesEndsTheRunWithADiagnostic)
     const ChildResult run = RunInChild([&] { RequireBeamSections(model); });
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, "");
-    // 1.3928 long, segments of 5.176e-10: 2.69e9 slices.
-    EXPECT_EQ(run.error.substr(0, 46), "beam 3: error: its section mesh would have 269");
+    // 1.3928 long, segments of 5.17638e-10.
+    EXPECT_EQ(run.error.substr(0, 54), "error: the section mesh of beam 3 would have 2.69076e+");
     EXPECT_NE(run.error.find("\n  expected: a section whose longest wall segment is not tiny"), std::string::npos);
 }
 

@@ -170,6 +170,13 @@ TEST(DeformedDrawing, WithoutAnyTranslationIsNotFinite)
     }
 }
 
+TEST(DeformedDrawing, WithAScaleOfItsOwnIsFiniteWithoutAnyTranslation)
+{
+    const ModelStore model = TwoQuads();
+    EXPECT_EQ(WrittenFile("deformation.dxf", [&] { WriteDeformedDrawing(model, 1.0, "deformation.dxf"); }),
+              WrittenFile("structure.dxf", [&] { WriteStructureDrawing(model, "structure.dxf"); }));
+}
+
 TEST(DeformedDrawing, CountsNodesWithoutElementsInExtentAndTranslation)
 {
     ModelStore model = TwoQuads();
