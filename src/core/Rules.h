@@ -24,6 +24,7 @@ enum class RuleId {
     DuplicateLoad,
     TrailingText,
     LabelOrder,
+    LabelsFromOne,
     FlagValue,
     // Shape of elements.
     CollapsedElement,

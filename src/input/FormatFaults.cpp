@@ -38,6 +38,38 @@ std::string FoundWord(std::string_view text, const ScanResult& scan, int matched
     return FoundText(text.substr(0, end), begin);
 }
 
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool IsBehindDigit(std::string_view text, std::size_t position)
+{
+    return position > 0 && IsDigit(text[position - 1]);
+}
+
+// The digits in front of a position are those behind a decimal point.
+bool IsBehindDecimals(std::string_view text, std::size_t position)
+{
+    while (IsBehindDigit(text, position)) { --position; }
+    return position > 0 && text[position - 1] == '.';
+}
+
+// What mends the text at a position, where users of other formats write it so; else `advice`.
+std::string AdviceFor(std::string_view text, std::size_t position, const char* advice)
+{
+    const std::string_view rest = text.substr(position);
+    if (IsBehindDigit(text, position) && rest.size() > 1 && rest[0] == ',' && IsDigit(rest[1])) {
+        return "write a point as the decimal mark, if the comma is to be one";
+    }
+    const bool isRemark =
+        rest.starts_with("//") || (!rest.empty() && std::string_view("#!$*;%").find(rest[0]) != std::string_view::npos);
+    if (isRemark && IsFirstOfLine(text, position)) {
+        return "take the line away, if it is a remark: the format has none";
+    }
+    return advice;
+}
+
 } // namespace
 
 TextFault MismatchFault(std::string_view text, const ScanResult& scan, std::size_t recordBegin,
@@ -45,9 +77,10 @@ TextFault MismatchFault(std::string_view text, const ScanResult& scan, std::size
 {
     const std::size_t at = scan.stoppedAt, before = BeforeSpace(text, at);
     const bool isConversion = scan.expected[0] == '%';
-    if (at > 0 && text.substr(at).starts_with('.') && text[at - 1] >= '0' && text[at - 1] <= '9') {
-        return {at, subject + ": a whole number is written with a decimal point", layout,
-                "write it as the format has it"};
+    if (IsBehindDigit(text, at) && text.substr(at).starts_with('.')) {
+        const char* const fault = IsBehindDecimals(text, at) ? ": a number is written with two decimal points"
+                                                             : ": a whole number is written with a decimal point";
+        return {at, subject + fault, layout, "write it as the format has it"};
     }
     const bool isBehindLineEnd = isConversion && at != BehindSpace(text, recordBegin) &&
                                  text.substr(before, at - before).find('\n') != std::string_view::npos;
@@ -57,13 +90,13 @@ TextFault MismatchFault(std::string_view text, const ScanResult& scan, std::size
                                               : FoundText(text, at);
     const std::string expected = matched > 0 ? ExpectedWord(scan, matched) : ExpectedText(scan.expected);
     return {isBehindLineEnd ? before : at, Joined({subject, ": found ", found, " where ", expected, " belongs"}),
-            layout, "write it as the format has it"};
+            layout, AdviceFor(text, at, "write it as the format has it")};
 }
 
 TextFault TextBehindFault(std::string_view text, std::size_t position, const std::string& subject)
 {
     return {position, Joined({subject, " is followed by ", FoundText(text, position)}), "the end of the line",
-            "take the text away, or correct what stands in front of it"};
+            AdviceFor(text, position, "take the text away, or correct what stands in front of it")};
 }
 
 TextFault CountFault(const Table& table, long long records)

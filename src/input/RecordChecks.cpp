@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace tarnvexo {
 
@@ -35,25 +36,18 @@ bool HasUsableLength(const Vector3& orientation, const Vector3& start)
 
 } // namespace
 
-void RecordChecks::TellLabel(int label, TableId id, const ScanResult& scan)
-{
-    labelsTold[id] = true;
-    const RecordName name = {tables[id].record, tables[id].recordCount};
-    diagnostics.Report(
-        RuleId::LabelOrder,
-        {scan.fieldBegin[0],
-         Joined({NameOf(name), " carries the number ", std::to_string(label), ", which means nothing"}),
-         Joined({"the ", tables[id].records, " numbered 0, 1, 2, ...: references count positions in the table"}),
-         "nothing, if references count positions from 0; else number the records by position"});
-}
-
 bool RecordChecks::IsOutside(int index, TableId id, std::size_t position, const RecordName& name)
 {
     if (index >= 0 && tables[id].limit == INT_MAX) {
         return true;
     }
     if (diagnostics.Adds(RuleId::Format, position)) {
-        diagnostics.Keep(RuleId::Format, OutsideTable(text, tables[id], index, position, name));
+        TextFault fault = OutsideTable(text, tables[id], index, position, name);
+        if (tables[id].CountsFromOne()) {
+            fault.toDo = Joined({"lower every number of a ", tables[id].record,
+                                 " by 1, if they count from 1 as the table does: the first one has the number 0"});
+        }
+        diagnostics.Keep(RuleId::Format, std::move(fault));
     }
     return false;
 }
@@ -70,7 +64,8 @@ bool RecordChecks::IsNotFinite(std::size_t position, const RecordName& name)
 void RecordChecks::CheckMaterial(const Material& material, const std::size_t positions[3], const RecordName& name)
 {
     const auto check = [&](double value, bool isGood, std::size_t position, const char* key, const char* expected) {
-        if (IsFinite(value, position, name) && !isGood && diagnostics.Adds(RuleId::MaterialValue, position)) {
+        if (IsFinite(value, position, name) && !isGood && !HasDecimalComma(text, position) &&
+            diagnostics.Adds(RuleId::MaterialValue, position)) {
             diagnostics.Keep(RuleId::MaterialValue,
                              {position, Joined({NameOf(name), " has ", key, "=", WrittenNumber(text, position)}),
                               expected, "correct the material"});
@@ -85,7 +80,8 @@ void RecordChecks::CheckSize(RuleId rule, double value, bool mayBeZero, const ch
                              const RecordName& name)
 {
     const bool isGood = value > 0.0 || (mayBeZero && value == 0.0);
-    if (IsFinite(value, position, name) && !isGood && diagnostics.Adds(rule, position)) {
+    if (IsFinite(value, position, name) && !isGood && !HasDecimalComma(text, position) &&
+        diagnostics.Adds(rule, position)) {
         diagnostics.Keep(rule, {position, Joined({NameOf(name), " has ", key, "=", WrittenNumber(text, position)}),
                                 Joined({key, mayBeZero ? " of 0 (no flange) or above" : " above 0"}),
                                 Joined({"correct the ", name.kind})});

@@ -49,12 +49,6 @@ public:
 
     // Positions are those of the values in the text; `name` is the record that holds them.
 
-    void CheckLabel(int label, TableId id, const ScanResult& scan)
-    {
-        if (label != tables[id].recordCount && !labelsTold[id]) {
-            TellLabel(label, id, scan);
-        }
-    }
     bool InTable(int index, TableId id, std::size_t position, const RecordName& name)
     {
         return (index >= 0 && index < tables[id].limit) || IsOutside(index, id, position, name);
@@ -74,6 +68,7 @@ public:
         return std::isfinite(value) || IsNotFinite(position, name);
     }
 
+    // A number with a decimal comma is told where its rest does not fit the format.
     void CheckMaterial(const Material& material, const std::size_t positions[3], const RecordName& name);
     // A dimension: above 0, or 0 as well.
     void CheckSize(RuleId rule, double value, bool mayBeZero, const char* key, std::size_t position,
@@ -93,14 +88,12 @@ public:
                     const RecordName& name);
 
 private:
-    void TellLabel(int label, TableId id, const ScanResult& scan);
     bool IsOutside(int index, TableId id, std::size_t position, const RecordName& name);
     bool IsNotFinite(std::size_t position, const RecordName& name);
 
     std::string_view text;
     const TableReading* tables;
     SourceDiagnostics& diagnostics;
-    bool labelsTold[TableCount] = {};
 };
 
 } // namespace tarnvexo

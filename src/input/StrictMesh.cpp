@@ -15,7 +15,7 @@ void ReadNodes(ModelStore& model, StrictTables& tables, RecordChecks& checks)
         if (!tables.Fits(scan, name)) {
             return false;
         }
-        checks.CheckLabel(label, Nodes, scan);
+        tables.CheckLabel(label, Nodes, scan);
         bool isPlace = scan.oddField < 0;
         for (int k = 0; k < 3; ++k) { isPlace = checks.IsFinite(node[k], scan.fieldBegin[1 + k], name) && isPlace; }
         if (!isPlace) {
@@ -42,7 +42,7 @@ void ReadQuads(ModelStore& model, StrictTables& tables, RecordChecks& checks)
         if (!tables.Fits(scan, name)) {
             return false;
         }
-        checks.CheckLabel(label, Quads, labelScan);
+        tables.CheckLabel(label, Quads, labelScan);
         checks.NodesInTable(nodes, scan, name);
         checks.InTable(property.material, Materials, scan.fieldBegin[QuadNodeCount], name);
         checks.InTable(property.thickness, Thicknesses, scan.fieldBegin[QuadNodeCount + 1], name);
@@ -74,7 +74,7 @@ void ReadTris(ModelStore& model, StrictTables& tables, RecordChecks& checks)
         if (!tables.Fits(scan, name)) {
             return false;
         }
-        checks.CheckLabel(label, Tris, labelScan);
+        tables.CheckLabel(label, Tris, labelScan);
         checks.NodesInTable(nodes, scan, name);
         checks.InTable(property.material, Materials, scan.fieldBegin[TriNodeCount], name);
         checks.InTable(property.thickness, Thicknesses, scan.fieldBegin[TriNodeCount + 1], name);
@@ -110,7 +110,7 @@ void ReadBeams(ModelStore& model, StrictTables& tables, RecordChecks& checks)
             return false;
         }
         const std::size_t* const at = scan.fieldBegin;
-        checks.CheckLabel(label, Beams, labelScan);
+        tables.CheckLabel(label, Beams, labelScan);
         checks.CheckFlag(mirrored, at[BeamMirrored], "counts as 1", "0; 1 for an L section whose flange points to -y'",
                          name);
         section.BeamSecMirrored = mirrored != 0;

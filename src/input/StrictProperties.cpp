@@ -14,7 +14,7 @@ void ReadWebFlangeSections(StrictTables& tables, RecordChecks& checks, TableId i
     const auto readRecord = [&] {
         const RecordName name = tables.NameOfRecord(id);
         WebFlangeSection& section = sections.emplace_back();
-        if (!tables.SkipLabelLine()) {
+        if (!tables.SkipLabelLine(id)) {
             return false;
         }
         struct Field {
@@ -62,7 +62,7 @@ void ReadMaterials(ModelStore& model, StrictTables& tables, RecordChecks& checks
             }
             positions[i] = scan.fieldBegin[0];
         }
-        checks.CheckLabel(label, Materials, labelScan);
+        tables.CheckLabel(label, Materials, labelScan);
         checks.CheckMaterial(material, positions, name);
         return true;
     };
@@ -84,7 +84,7 @@ void ReadThicknesses(ModelStore& model, StrictTables& tables, RecordChecks& chec
         if (!tables.Fits(scan, name)) {
             return false;
         }
-        checks.CheckLabel(label, Thicknesses, labelScan);
+        tables.CheckLabel(label, Thicknesses, labelScan);
         checks.CheckSize(RuleId::ThicknessValue, TK, false, "TK", scan.fieldBegin[0], name);
         return true;
     };
@@ -107,7 +107,7 @@ void ReadTubeSections(ModelStore& model, StrictTables& tables, RecordChecks& che
     const auto readRecord = [&] {
         const RecordName name = tables.NameOfRecord(CSections);
         CBeamSection& section = model.CBeamSections.emplace_back();
-        if (!tables.SkipLabelLine()) {
+        if (!tables.SkipLabelLine(CSections)) {
             return false;
         }
         const ScanResult radius = tables.Scanner().Scan(formats::SectionR, section.R);

@@ -295,10 +295,12 @@ bool StrictTables::FitsOddly(const ScanResult& scan, const RecordName& record)
     return true;
 }
 
-// Without a label line in front, a section would lose its first size, and the last table its next header.
-bool StrictTables::SkipLabelLine()
+// Without a label line in front, a section would lose its first size, and the last table its next header. What stands
+// behind the last size of the section before is no label.
+bool StrictTables::SkipLabelLine(TableId id)
 {
-    if (!IsAtHeader(text, scanner.Position()) && scanner.SkipLine()) {
+    const bool isBehindRecord = tables[id].recordCount > 0 && !IsFirstOfLine(text, Ahead(scanner.Position()));
+    if (!isBehindRecord && !IsAtHeader(text, scanner.Position()) && scanner.SkipLine()) {
         return true;
     }
     failed = ScanResult();
@@ -307,12 +309,41 @@ bool StrictTables::SkipLabelLine()
     return false;
 }
 
+void StrictTables::KeepLabel(int label, TableId id, const ScanResult& scan)
+{
+    TableReading& table = tables[id];
+    table.oddRecord = table.recordCount;
+    table.oddLabel = label;
+    table.oddLabelPosition = scan.fieldBegin[0];
+    if (table.CountsFromOne()) {
+        diagnostics.Report(
+            RuleId::LabelsFromOne,
+            {table.oddLabelPosition,
+             Joined({"the ", table.records, " are numbered from 1, but references to them count from 0"}),
+             Joined({"the ", table.records, " numbered 0, 1, 2, ..."}),
+             "number them from 0, and lower the references by 1 if they count from 1 as well"});
+        return;
+    }
+    diagnostics.Report(
+        RuleId::LabelOrder,
+        {table.oddLabelPosition,
+         Joined({NameOf(NameOfRecord(id)), " carries the number ", std::to_string(label), ", which means nothing"}),
+         Joined({"the ", table.records, " numbered 0, 1, 2, ...: references count positions in the table"}),
+         "nothing, if references count positions from 0; else number the records by position"});
+}
+
 void StrictTables::ReportCount(TableId id, long long records)
 {
     TableReading& table = tables[id];
     table.isSound = false;
     table.limit = static_cast<int>(std::clamp<long long>(records, table.limit, INT_MAX));
-    diagnostics.Report(RuleId::Format, CountFault(table, records));
+    TextFault fault = CountFault(table, records);
+    if (table.HasGap() && records < table.count) {
+        const std::size_t line = PlaceInText(text, table.oddLabelPosition).line;
+        fault.toDo += Joined(
+            {": number ", std::to_string(table.oddRecord), " is missing in front of line ", std::to_string(line)});
+    }
+    diagnostics.Report(RuleId::Format, std::move(fault));
 }
 
 // Records behind as many as counted. What damages explain is not the fault of the count.

@@ -43,9 +43,17 @@ public:
     {
         return (scan.Matched() && scan.oddField < 0) || FitsOddly(scan, record);
     }
+    // For readRecord: the number that the record carries. It means nothing, but tells what the references may mean.
+    void CheckLabel(int label, TableId id, const ScanResult& scan)
+    {
+        if (label != tables[id].recordCount && tables[id].oddRecord < 0) {
+            KeepLabel(label, id, scan);
+        }
+    }
+
     // For readRecord: values of the record are none that can be used, so that nothing follows from them.
     void Doubt(TableId id) { tables[id].isSound = false; }
-    bool SkipLabelLine();
+    bool SkipLabelLine(TableId id);
 
 private:
     struct Recovery {
@@ -63,6 +71,7 @@ private:
     Recovery Recover(TableId id);
     std::size_t NextRecord(std::size_t lineBegin, TableId id, long long& doubtful);
     bool FitsOddly(const ScanResult& scan, const RecordName& record);
+    void KeepLabel(int label, TableId id, const ScanResult& scan);
     void ReportCount(TableId id, long long records);
     void ReportMore(TableId id, long long more);
     void ReportEnd(const std::string& where, const std::string& expected);

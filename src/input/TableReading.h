@@ -17,6 +17,14 @@ struct TableReading : Table {
     int recordCount = 0;    // found
     int damages = 0;        // places that do not fit: each may be a record, or part of one, or none
     int limit = INT_MAX;    // indices below it are accepted
+    // The first record whose written number is not its position, -1: none, and that number with its place.
+    int oddRecord = -1;
+    int oddLabel = 0;
+    std::size_t oddLabelPosition = 0;
+
+    bool CountsFromOne() const { return oddRecord == 0 && oddLabel == 1; }
+    // The records go on behind a number that is left out.
+    bool HasGap() const { return oddRecord > 0 && oddLabel == oddRecord + 1; }
 };
 
 } // namespace tarnvexo

@@ -49,6 +49,13 @@ bool IsFirstOfLine(std::string_view text, std::size_t position)
     return isBehindBlanks && (position == text.size() || !IsSpace(text[position]));
 }
 
+bool HasDecimalComma(std::string_view text, std::size_t position)
+{
+    const std::size_t end = text.find_first_not_of("+-0123456789", position);
+    return end != std::string_view::npos && end + 1 < text.size() && text[end] == ',' && text[end + 1] >= '0' &&
+           text[end + 1] <= '9';
+}
+
 std::string WrittenNumber(std::string_view text, std::size_t position)
 {
     constexpr std::size_t longest = 40;

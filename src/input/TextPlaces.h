@@ -33,6 +33,9 @@ std::size_t BeforeSpace(std::string_view text, std::size_t position);
 // True when no more than white space stands in front of a position in its line, and none at it.
 bool IsFirstOfLine(std::string_view text, std::size_t position);
 
+// The number at a position goes on behind a comma, as in 0,012.
+bool HasDecimalComma(std::string_view text, std::size_t position);
+
 // The number that stands at a position, as it is written, or the first characters of it.
 std::string WrittenNumber(std::string_view text, std::size_t position);
 

@@ -205,6 +205,7 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"MissingMaterialLine", "Density=7850\n", "", Format, 6, 1, "material 0: found \"#1:\""},
         Damage{"MissingLabelLine", "#0: frame\n", "", Format, 18, 1, "T section 0: found \"Tw=0.006\""},
         Damage{"MissingSectionLine", "Tf=0.01\n", "", Format, 27, 1, "L section 0: found \"Number of C_beam"},
+        Damage{"TwoDecimalPoints", "1:1,0,0", "1:0.9.0,0,0", Format, 34, 6, "with two decimal points"},
         Damage{"OtherSeparator", "1:1,0,0", "1:1;0,0", Format, 34, 4, "node 1: found \";0,0\" where \",\" belongs"},
         Damage{"MissingCoordinate", "1:1,0,0", "1:1,0", Format, 34, 6, "node 1: found the end of the line"},
         Damage{"CoordinateOfTheNextLine", "1:1,0,0", "1:1,0,", Format, 34, 7, "node 1"},
@@ -339,7 +340,50 @@ TEST(StrictReader, TellsNumbersThatCountFromOneOncePerTable)
     }
     const StrictReading reading = Read(text);
     EXPECT_TRUE(reading.IsUsable());
-    EXPECT_EQ(reading.notes, 2) << AllTexts(reading);
+    EXPECT_EQ(reading.warnings, 2) << AllTexts(reading);
+    EXPECT_EQ(reading.diagnostics[0].rule, LabelsFromOne);
+}
+
+// What users of other formats take for granted is told as such.
+TEST(StrictReader, AdvisesOnHabitsOfOtherFormats)
+{
+    struct Habit {
+        const char* old;
+        const char* with;
+        const char* advice;
+    };
+    const Habit habits[] = {
+        {"TK=0.01", "TK=0,01", "write a point as the decimal mark"},
+        {"Mu=0.3\n", "Mu=0,3\n", "write a point as the decimal mark"},
+        {"T=0.003", "T=0,003", "write a point as the decimal mark"},
+        {"1:1,0,0\n", "# corner\n1:1,0,0\n", "the format has none"},
+        {"0:0,1,2,3[", "// plate\n0:0,1,2,3[", "the format has none"},
+        {"1:1,0,0\n", "", "number 1 is missing in front of line 34"},
+    };
+    for (const Habit& habit : habits) {
+        const StrictReading reading = Read(GoodWith(habit.old, habit.with));
+        ASSERT_EQ(reading.errors, 1) << AllTexts(reading);
+        EXPECT_NE(reading.diagnostics[0].toDo.find(habit.advice), std::string::npos) << reading.diagnostics[0].text;
+    }
+}
+
+TEST(StrictReader, AdvisesToLowerNodeNumbersWhereTheNodesCountFromOne)
+{
+    std::string text = GoodWith("\n0:0,0,0\n1:1,0,0\n2:1,1,0\n3:0,1,0\n4:", "\n1:0,0,0\n2:1,0,0\n3:1,1,0\n4:0,1,0\n5:");
+    text.replace(text.find("0:1,4,2["), 8, "0:2,5,3[");
+    const StrictReading reading = Read(text);
+    ASSERT_EQ(reading.errors, 1) << AllTexts(reading);
+    EXPECT_NE(AllTexts(reading).find("lower every number of a node by 1"), std::string::npos) << AllTexts(reading);
+}
+
+// It would be taken for the label of the next section.
+TEST(StrictReader, TellsTextBehindTheLastSizeOfASectionThatAnotherFollows)
+{
+    const std::string sections = "NTBS=2\n#0: frame\nHw=0.1\nTw=0.006\nBf=0.05\nTf=0.008 m\n#1: ";
+    const StrictReading reading = Read(GoodWith("NTBS=1\n#0: ", sections));
+    ASSERT_EQ(reading.diagnostics.size(), 1u) << AllTexts(reading);
+    EXPECT_EQ(reading.diagnostics[0].line, 21u);
+    EXPECT_EQ(reading.diagnostics[0].column, 10u);
 }
 
 TEST(StrictReader, ShowsTwentyErrorsAndTellsTheNumberOfTheOthers)
