@@ -12,6 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* WriteProtected = "the file of this name is write-protected";
 constexpr std::size_t LongestName = 255; // of a file, without its directory, on usual file systems
 
 std::string LinksFollowed(const std::string& name)
@@ -26,6 +27,30 @@ bool IsPipeOrDevice(const std::string& path)
     std::error_code ignored;
     const fs::file_status status = fs::status(path, ignored);
     return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
+}
+
+struct Advice {
+    const char* expected;
+    const char* toDo;
+};
+
+Advice AdviceOn(const std::string& reason)
+{
+    const auto is = [&](std::errc error) { return reason == std::make_error_code(error).message(); };
+    if (is(std::errc::permission_denied) || is(std::errc::operation_not_permitted) ||
+        is(std::errc::read_only_file_system) || reason == WriteProtected) {
+        return {"a place that may be written to", "name another place, or have its permissions changed"};
+    }
+    if (is(std::errc::no_such_file_or_directory)) {
+        return {"a directory that is there", "make the directory, or name another place"};
+    }
+    if (is(std::errc::is_a_directory)) {
+        return {"no directory of this name", "move the directory away, or name another place"};
+    }
+    if (is(std::errc::no_space_on_device) || is(std::errc::file_too_large)) {
+        return {"room for the file", "make room or name another place"};
+    }
+    return {"a place that may be written to and has room", "make room or name another place"};
 }
 
 } // namespace
@@ -65,11 +90,9 @@ UnfinishedFile::~UnfinishedFile()
 
 void UnfinishedFile::Refuse(const std::string& reason) const
 {
-    throw RunFailure(ExitFile,
-                     name + ": error: this file was not written: " + reason +
-                         "\n"
-                         "  expected: a place that may be written to and has room, and no directory of this name\n"
-                         "  to do:    make room or name another place, then run again");
+    const Advice advice = AdviceOn(reason);
+    throw RunFailure(ExitFile, name + ": error: this file was not written: " + reason + "\n  expected: " +
+                                   advice.expected + "\n  to do:    " + advice.toDo + ", then run again");
 }
 
 std::uint64_t UnfinishedFile::Write(const FileWriter& write)
@@ -96,7 +119,7 @@ void UnfinishedFile::CheckName() const
         Refuse(std::make_error_code(std::errc::is_a_directory).message());
     }
     if (platform::IsWriteProtected(target)) {
-        Refuse("the file of this name is write-protected");
+        Refuse(WriteProtected);
     }
 }
 

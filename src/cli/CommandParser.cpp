@@ -300,6 +300,12 @@ std::string OptionForm(const CLI::Option& option)
 UsageFault UnknownWord(const CLI::App& command, const std::string& word)
 {
     if (word.starts_with("-")) {
+        for (const CLI::App* inner : command.get_subcommands({})) {
+            if (inner->get_option_no_throw(word)) {
+                return {"there is no option \"" + word + "\" without a command", "a command in front of it",
+                        "tarnvexo " + inner->get_name() + " " + word};
+            }
+        }
         const std::vector<std::string> names = OptionNames(command);
         return {"there is no option \"" + word + "\"", CLI::detail::join(names, " "), NearestName(word, names)};
     }

@@ -263,8 +263,8 @@ void AddChecks(TextPage& page, const std::vector<ResultCheck>& checks)
     page.Heading("RESULT CHECKS");
     page.ColumnTitles({"verdict", "value", "warns above", "fails above"});
     for (const ResultCheck& check : checks) {
-        page.Row(check.name, {VerdictName(check.verdict), ShareText(check.value), ShareText(check.warnLimit),
-                              std::isinf(check.failLimit) ? "never" : ShareText(check.failLimit)});
+        page.Row(check.name, {VerdictName(check.verdict), ShareText(check.value), NumberText(check.warnLimit),
+                              std::isinf(check.failLimit) ? "never" : NumberText(check.failLimit)});
     }
     for (const ResultCheck& check : checks) {
         if (check.verdict != Verdict::Pass) {

@@ -404,7 +404,7 @@ TEST(Program, WritesModelsWholeOrNotAtAll)
              .files = {{"m", model}}});
         EXPECT_EQ(run.exitCode, ExitFile);
         EXPECT_EQ(run.error, "m: error: this file was not written: File too large\n"
-                             "  expected: a place that may be written to and has room, and no directory of this name\n"
+                             "  expected: room for the file\n"
                              "  to do:    make room or name another place, then run again\n");
         EXPECT_EQ(run.files.size(), 1u);
         EXPECT_TRUE(run.files.at("m") == model);

@@ -149,7 +149,7 @@ TEST(RuleArguments, ListAllRulesAsTheyAreSetWithoutAModel)
                       std::string::npos);
         }
     }
-    EXPECT_EQ(Fault({"--rules"}).find("tarnvexo: error: there is no option \"--rules\"\n"), 0u);
+    EXPECT_EQ(Fault({"--rules"}).find("tarnvexo: error: there is no option \"--rules\" without a command\n"), 0u);
 }
 
 TEST(RuleArguments, ThatCannotBeAreFaultsOfUsage)

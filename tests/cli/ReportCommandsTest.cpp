@@ -247,7 +247,7 @@ TEST(CommandFailure, OfAFullDiskHasExitCode4AndKeepsTheText)
     EXPECT_EQ(run.exitCode, ExitFile);
     EXPECT_EQ(run.output, SolveReportText(SampleFor("m.txt"), UnitSystem::Unnamed));
     EXPECT_EQ(run.error, "/dev/full: error: this file was not written: No space left on device\n"
-                         "  expected: a place that may be written to and has room, and no directory of this name\n"
+                         "  expected: room for the file\n"
                          "  to do:    make room or name another place, then run again\n");
 }
 
