@@ -40,6 +40,7 @@
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <system_error>
 
 namespace tarnvexo {
 
@@ -167,6 +168,24 @@ double FiniteScale(const ModelStore& model)
     return std::isfinite(scale) ? scale : 1.0;
 }
 
+// A model that bears the name of a result file is not lost to its own results. (A link under the name gives way, not
+// what it leads to.)
+void RequireModelApart(const std::string& modelFile, const std::string& directory,
+                       const std::vector<std::string>& resultNames)
+{
+    for (const std::string& name : resultNames) {
+        const std::filesystem::path result = std::filesystem::path(directory) / name;
+        std::error_code notThere;
+        if (!std::filesystem::is_symlink(result, notThere) &&
+            std::filesystem::equivalent(result, modelFile, notThere)) {
+            throw RunFailure(ExitUsage, modelFile + ": error: the result file " + name +
+                                            " would take the place of the model\n"
+                                            "  expected: a model under a name that no result file has\n"
+                                            "  to do:    choose another directory with -o DIR, or rename the model");
+        }
+    }
+}
+
 void WriteResults(const ModelStore& model, ResultFiles& files)
 {
     files.Write(NodalDisplacementFileName,
@@ -196,10 +215,11 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 
     std::optional<ResultFiles> files;
     if (options.writeResults) {
-        files.emplace(options.outputDirectory,
-                      std::vector<std::string>{StructureDrawingFileName, NodalDisplacementFileName,
-                                               DeformationDrawingFileName, ShellStressFileName,
-                                               AveragedShellStressFileName, ContourFileName});
+        const std::vector<std::string> names = {StructureDrawingFileName,    NodalDisplacementFileName,
+                                                DeformationDrawingFileName,  ShellStressFileName,
+                                                AveragedShellStressFileName, ContourFileName};
+        RequireModelApart(options.modelFile, options.outputDirectory, names);
+        files.emplace(options.outputDirectory, names);
     }
     clock.Next(); // read
     ModelStore model;
