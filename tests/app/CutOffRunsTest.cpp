@@ -22,7 +22,7 @@ Files Cleared(const Files& files, std::string& note)
 {
     const TemporaryDirectory directory;
     for (const auto& [name, content] : files) { std::ofstream(name) << content; }
-    note = ClearCutOffRuns(".", Names);
+    note = ClearCutOffRuns(".", {Names});
     Files left;
     for (const auto& entry : std::filesystem::directory_iterator(".")) {
         std::ifstream file(entry.path());
@@ -37,7 +37,7 @@ TEST(CutOffRuns, LeaveNoNoteWhereNothingIsLeft)
     const Files files = {{"a.txt", "old"}, {"model.txt", "m"}};
     EXPECT_EQ(Cleared(files, note), files);
     EXPECT_EQ(note, "");
-    EXPECT_EQ(ClearCutOffRuns("not there", Names), "");
+    EXPECT_EQ(ClearCutOffRuns("not there", {Names}), "");
 }
 
 TEST(CutOffRuns, LoseTheirUnfinishedFilesAndNoOthers)

@@ -30,7 +30,7 @@ SolveOptions OptionsFor(const ModelText& text)
     std::ofstream("model.txt") << text.Text();
     SolveOptions options;
     options.modelFile = "model.txt";
-    options.writeResults = false;
+    options.formats = {};
     return options;
 }
 
@@ -87,7 +87,7 @@ TEST(Solve, WritesTheSameFilesWithOneThreadAndTwo)
     for (unsigned seed = 0; seed < Models; seed += 7) { // every kind three times
         const TemporaryDirectory directory;
         SolveOptions options = OptionsFor(RandomModel(seed, SupportsOf(seed)));
-        options.writeResults = true;
+        options.formats = {ResultFormat::Text};
         options.solver = seed % 2 == 0 ? SolverKind::Sparse : SolverKind::Skyline;
         std::map<std::string, std::string> files[2];
         for (const int threads : {1, 2}) {
@@ -204,7 +204,7 @@ TEST(Solve, TellsWhyAModelFileCannotBeRead)
 {
     SolveOptions options;
     options.modelFile = "no/such/model.txt";
-    options.writeResults = false;
+    options.formats = {};
     try {
         Solve(options, {});
         ADD_FAILURE() << "nothing was refused";
