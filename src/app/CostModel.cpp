@@ -35,11 +35,11 @@ WritingRates RatesOf(ResultFormat format)
     case ResultFormat::Text:
         return {4e-6, 4e-7, 1.2e-6};
     case ResultFormat::Vtu:
-        return {4e-6, 0.0, 4e-6};
+        return {5e-6, 0.0, 5e-6};
     case ResultFormat::Gltf:
-        return {4e-7, 0.0, 4e-7};
+        return {2e-6, 0.0, 2e-6};
     case ResultFormat::Csv:
-        return {1.2e-5, 1.2e-6, 1.2e-5};
+        return {1.4e-5, 1.2e-6, 1.4e-5};
     case ResultFormat::Json:
         break;
     }

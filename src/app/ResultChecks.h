@@ -12,8 +12,8 @@
 // The others are no matter of round-off but of how much of the loads or of linear theory is lost.
 #pragma once
 
-#include "app/ResultFormats.h"
 #include "app/ElementEnergy.h"
+#include "app/ResultFormats.h"
 #include "app/SolveReport.h"
 #include "output/ResultCheck.h"
 

@@ -48,8 +48,8 @@ std::vector<std::string> FilesOf(ResultFormat format)
 {
     switch (format) {
     case ResultFormat::Text:
-        return {StructureDrawingFileName,    NodalDisplacementFileName,   DeformationDrawingFileName,
-                ShellStressFileName,         AveragedShellStressFileName, ContourFileName};
+        return {StructureDrawingFileName, NodalDisplacementFileName,   DeformationDrawingFileName,
+                ShellStressFileName,      AveragedShellStressFileName, ContourFileName};
     case ResultFormat::Vtu:
         return {VtuBlocksFileName, VtuShellsFileName, VtuWallsFileName, VtuBeamLinesFileName};
     case ResultFormat::Gltf:

@@ -342,7 +342,8 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     std::error_code noFile; // a pipe has no size
     const std::uintmax_t fileBytes = std::filesystem::file_size(modelFile, noFile);
     const double outside = ReadingSeconds(noFile ? 0 : fileBytes) + StressSeconds(model) +
-                           BeamSectionSeconds(meshes.patches) + WritingSeconds(model, meshes.patches, {ResultFormat::Text});
+                           BeamSectionSeconds(meshes.patches) +
+                           WritingSeconds(model, meshes.patches, {ResultFormat::Text});
     report.expectedSeconds = outside + OrderingSeconds(model.NodeCoordinates.size()) + AssemblySeconds(model) +
                              FactorisationSeconds(system.Size()) + SolutionSeconds(system.Size());
     report.expectedSkylineSeconds = outside + SkylineSeconds(skyline.operations);

@@ -20,9 +20,9 @@ struct SolveOptions {
     SolverKind solver = SolverKind::Automatic;
     BalanceKind balance = BalanceKind::Exact;
     DisplacementKind displacements = DisplacementKind::MassOrthogonal;
-    RuleBook rules;           // severities and limits of the model checks
+    RuleBook rules;                               // severities and limits of the model checks
     ResultFormats formats = {ResultFormat::Text}; // none: only the report
-    ReportWriter jsonText; // needed for ResultFormat::Json
+    ReportWriter jsonText;                        // needed for ResultFormat::Json
 };
 
 } // namespace tarnvexo

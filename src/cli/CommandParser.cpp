@@ -44,9 +44,9 @@ const Choices<BalanceKind> Balances = {{"exact", BalanceKind::Exact}, {"classic"
 const Choices<DisplacementKind> Displacements = {{"mass-orthogonal", DisplacementKind::MassOrthogonal},
                                                  {"held", DisplacementKind::Held}};
 const Choices<UnitSystem> Units = {{"SI", UnitSystem::SI}, {"mm-t-s", UnitSystem::MillimetreTonneSecond}};
-const Choices<std::optional<ResultFormat>> Formats = {
-    {"text", ResultFormat::Text}, {"vtu", ResultFormat::Vtu},   {"gltf", ResultFormat::Gltf},
-    {"csv", ResultFormat::Csv},   {"json", ResultFormat::Json}, {"none", std::nullopt}};
+const Choices<std::optional<ResultFormat>> Formats = {{"text", ResultFormat::Text}, {"vtu", ResultFormat::Vtu},
+                                                      {"gltf", ResultFormat::Gltf}, {"csv", ResultFormat::Csv},
+                                                      {"json", ResultFormat::Json}, {"none", std::nullopt}};
 
 constexpr const char* ListRules = "--rules";
 constexpr int MostThreads = 1024;

@@ -3,10 +3,6 @@
 #include "core/Parallel.h"
 #include "export/Viridis.h"
 
-#define TINYGLTF_IMPLEMENTATION
-#define TINYGLTF_NO_STB_IMAGE
-#define TINYGLTF_NO_STB_IMAGE_WRITE
-#define TINYGLTF_NO_EXTERNAL_IMAGE
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -16,8 +12,15 @@
 #include <limits>
 #include <ostream>
 #include <streambuf>
-#include <tiny_gltf.h>
+#include <string>
 #include <utility>
+#include <vector>
+
+#define TINYGLTF_IMPLEMENTATION
+#define TINYGLTF_NO_STB_IMAGE
+#define TINYGLTF_NO_STB_IMAGE_WRITE
+#define TINYGLTF_NO_EXTERNAL_IMAGE
+#include <tiny_gltf.h>
 
 namespace tarnvexo {
 
@@ -202,9 +205,8 @@ void AddSurface(tinygltf::Model& file, const Surface& surface, const Legend& leg
     primitive.mode = TINYGLTF_MODE_TRIANGLES;
     primitive.material = 0;
     primitive.attributes["POSITION"] = AddPoints(file, surface.places);
-    primitive.attributes["COLOR_0"] =
-        AddArray(file, ColoursOf(surface, legend), TINYGLTF_TARGET_ARRAY_BUFFER,
-                 TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT, TINYGLTF_TYPE_VEC4);
+    primitive.attributes["COLOR_0"] = AddArray(file, ColoursOf(surface, legend), TINYGLTF_TARGET_ARRAY_BUFFER,
+                                               TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT, TINYGLTF_TYPE_VEC4);
     file.accessors.back().normalized = true;
     primitive.targets.push_back({{"POSITION", AddPoints(file, surface.deformation)}});
     primitive.indices = AddArray(file, surface.triangles, TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER,
@@ -214,8 +216,8 @@ void AddSurface(tinygltf::Model& file, const Surface& surface, const Legend& leg
     mesh.name = surface.name;
     mesh.primitives.push_back(primitive);
     mesh.weights = {0.0};
-    mesh.extras =
-        tinygltf::Value(Extras{{"targetNames", tinygltf::Value({tinygltf::Value(std::string("deformation"))})}});
+    const tinygltf::Value::Array targetNames = {tinygltf::Value(std::string("deformation"))};
+    mesh.extras = tinygltf::Value(Extras{{"targetNames", tinygltf::Value(targetNames)}});
     file.meshes.push_back(mesh);
 
     tinygltf::Node node;

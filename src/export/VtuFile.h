@@ -2,8 +2,8 @@
 // Writes one unstructured grid as a VTU file: XML in front, then every array as blocks of raw bytes that zlib has
 // compressed. W. Schroeder, K. Martin, B. Lorensen, The Visualization Toolkit, 4th ed., Kitware 2006; "VTK File
 // Formats".
-// Deliberate: the VTK library is not linked. It would add hundreds of megabytes to every installation for what is a page
-// of XML and a call of zlib; the tests read the files back with its own reader (tests/export/read_vtu.py).
+// Deliberate: the VTK library is not linked. It would add hundreds of megabytes to every installation for what is a
+// page of XML and a call of zlib; the tests read the files back with its own reader (tests/export/read_vtu.py).
 #pragma once
 
 #include "output/TextFile.h"
@@ -22,7 +22,7 @@ namespace tarnvexo {
 // call it at once.
 struct VtuArray {
     std::string name;
-    const char* type = ""; // "Float64", "Int64", "Int32", "UInt8"
+    const char* type = "";                   // "Float64", "Int64", "Int32", "UInt8"
     std::vector<const char*> componentNames; // none, or one per component
     std::size_t components = 1;
     std::size_t tuples = 0;

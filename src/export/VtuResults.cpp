@@ -99,11 +99,10 @@ void SetShellCells(VtuGrid& grid, const ShellPoints& shells)
     const std::size_t quads = shells.quads.size(), cells = quads + shells.triangles.size();
     const std::size_t quadEntries = QuadNodeCount * quads;
     const ShellPoints* from = &shells;
-    grid.connectivity =
-        ConnectivityArray(quadEntries + TriNodeCount * shells.triangles.size(), [=](std::size_t i) {
-            return i < quadEntries ? from->quads[i / QuadNodeCount][i % QuadNodeCount]
-                                   : from->triangles[(i - quadEntries) / TriNodeCount][(i - quadEntries) % TriNodeCount];
-        });
+    grid.connectivity = ConnectivityArray(quadEntries + TriNodeCount * shells.triangles.size(), [=](std::size_t i) {
+        return i < quadEntries ? from->quads[i / QuadNodeCount][i % QuadNodeCount]
+                               : from->triangles[(i - quadEntries) / TriNodeCount][(i - quadEntries) % TriNodeCount];
+    });
     grid.offsets = MakeVtuArray<std::int64_t>("offsets", cells, [=](std::size_t i, std::int64_t* out) {
         *out = static_cast<std::int64_t>(i < quads ? QuadNodeCount * (i + 1)
                                                    : quadEntries + TriNodeCount * (i + 1 - quads));
@@ -146,8 +145,8 @@ FileResult WriteVtuShells(const ModelStore& model, const ShellPoints& shells, co
     grid.points =
         PlacesArray(count, [=](std::size_t i) -> const Vector3& { return store->NodeCoordinates[points[i].node]; });
     SetShellCells(grid, shells);
-    AddDisplacements(
-        grid, count, [=](std::size_t i) { return &store->GlobalDisplacement[DofsPerNode * points[i].node]; });
+    AddDisplacements(grid, count,
+                     [=](std::size_t i) { return &store->GlobalDisplacement[DofsPerNode * points[i].node]; });
     AddStresses(grid, count, [=](std::size_t i) { return points[i].averaged; });
     AddIntegers(grid.pointData, "node", count, [=](std::size_t i) { return points[i].node; });
 
@@ -184,9 +183,8 @@ FileResult WriteVtuWalls(const ModelStore& model, const SectionPoints& sections,
                 [=](std::size_t i) { return store->BeamSectionRefs[walls[i].beam].BeamSecType; });
     AddIntegers(grid.cellData, "section", cells,
                 [=](std::size_t i) { return store->BeamSectionRefs[walls[i].beam].BeamSecIndex; });
-    AddReals(grid.cellData, "thickness", cells, [=](std::size_t i) {
-        return store->BeamStressRecords[walls[i].beam].patches[walls[i].patch].thickness;
-    });
+    AddReals(grid.cellData, "thickness", cells,
+             [=](std::size_t i) { return store->BeamStressRecords[walls[i].beam].patches[walls[i].patch].thickness; });
     AddIntegers(grid.cellData, "material", cells,
                 [=](std::size_t i) { return store->BeamProperties[walls[i].beam].material; });
     return WriteVtu(grid, path);
@@ -196,11 +194,10 @@ FileResult WriteVtuBeamLines(const ModelStore& model, const std::string& path)
 {
     const ModelStore* store = &model;
     const std::size_t cells = model.BeamConnectivity.size(), count = BeamNodeCount * cells;
-    const auto nodeOf = [=](std::size_t i) {
-        return store->BeamConnectivity[i / BeamNodeCount][i % BeamNodeCount];
-    };
+    const auto nodeOf = [=](std::size_t i) { return store->BeamConnectivity[i / BeamNodeCount][i % BeamNodeCount]; };
     VtuGrid grid;
-    grid.points = PlacesArray(count, [=](std::size_t i) -> const Vector3& { return store->NodeCoordinates[nodeOf(i)]; });
+    grid.points =
+        PlacesArray(count, [=](std::size_t i) -> const Vector3& { return store->NodeCoordinates[nodeOf(i)]; });
     SetCells(grid, cells, VtkLine, BeamNodeCount);
     grid.connectivity = ConnectivityArray(count, [](std::size_t i) { return static_cast<std::int64_t>(i); });
     AddDisplacements(grid, count, [=](std::size_t i) { return &store->GlobalDisplacement[DofsPerNode * nodeOf(i)]; });

@@ -116,5 +116,37 @@ TEST(CutOffRuns, DoNotComeBeforeFilesWrittenSince)
     EXPECT_EQ(Cleared(files, note), since);
 }
 
+// A run wrote one set; another set beside it is of a run before. Taking back the one must not touch the other.
+TEST(CutOffRuns, LeaveSetsAloneThatTheyDidNotWrite)
+{
+    const TemporaryDirectory directory;
+    const std::map<std::string, std::string> files = {{"a.txt", "new"},
+                                                      {"a.txt.12.earlier", "old a"},
+                                                      {"b.txt.12.unfinished", "new"},
+                                                      {"b.txt.12.earlier", "old b"},
+                                                      {"d.csv", "of another run"}};
+    for (const auto& [name, content] : files) { std::ofstream(name) << content; }
+    ClearCutOffRuns(".", {{"a.txt", "b.txt"}, {"d.csv"}});
+    for (const auto& [name, content] : Files{{"a.txt", "old a"}, {"b.txt", "old b"}, {"d.csv", "of another run"}}) {
+        std::ifstream file(name);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), content) << name;
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 3);
+}
+
+// The run wrote sets that the run after it does not.
+TEST(CutOffRuns, AreTakenBackInAllTheirSets)
+{
+    const TemporaryDirectory directory;
+    const std::map<std::string, std::string> files = {
+        {"a.txt", "new"}, {"a.txt.12.earlier", "old a"}, {"d.csv.12.unfinished", "new"}, {"d.csv.12.earlier", "old d"}};
+    for (const auto& [name, content] : files) { std::ofstream(name) << content; }
+    ClearCutOffRuns(".", {{"a.txt"}, {"d.csv"}});
+    for (const auto& [name, content] : Files{{"a.txt", "old a"}, {"d.csv", "old d"}}) {
+        std::ifstream file(name);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), content) << name;
+    }
+}
+
 } // namespace
 } // namespace tarnvexo
