@@ -105,12 +105,12 @@ std::string WarningOfOtherFiles(const std::string& directory, const ResultFormat
     const std::size_t others = files.size() - 1;
     return files.front() + ": warning: this file" +
            (others == 0 ? "" : " and " + std::to_string(others) + (others == 1 ? " other" : " others") + " beside it") +
-           " (" + NamesOf(there) +
-           ") are of an earlier run, not of this one\n"
+           " (" + NamesOf(there) + ") " + (others == 0 ? "is" : "are") +
+           " of an earlier run, not of this one\n"
            "  expected: only files of one run in a directory; this one writes " +
            NamesOf(written) +
            "\n"
-           "  to do:    remove them, or write them too with --format " +
+           "  to do:    remove what is not needed, or write it too with --format " +
            NamesOf(both);
 }
 

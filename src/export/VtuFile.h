@@ -52,7 +52,7 @@ VtuArray MakeVtuArray(std::string name, std::size_t tuples, ValuesOf valuesOf)
     array.tupleBytes = Components * sizeof(Value);
     array.fill = [valuesOf](std::size_t begin, std::size_t end, unsigned char* out) {
         for (std::size_t i = begin; i < end; ++i) {
-            Value values[Components];
+            Value values[Components] = {};
             valuesOf(i, values);
             std::memcpy(out, values, sizeof values);
             out += sizeof values;

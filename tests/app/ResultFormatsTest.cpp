@@ -87,7 +87,7 @@ TEST(ResultFormats, ThatAreNotWrittenStayAndAreWarnedOf)
               "run/structure.dxf: warning: this file and 11 others beside it (text,csv) are of an earlier run, not of "
               "this one\n"
               "  expected: only files of one run in a directory; this one writes vtu\n"
-              "  to do:    remove them, or write them too with --format text,vtu,csv");
+              "  to do:    remove what is not needed, or write it too with --format text,vtu,csv");
     EXPECT_EQ(std::filesystem::last_write_time("run/Node_Dis.txt"), before);
     EXPECT_TRUE(SolveInto("run", {ResultFormat::Text, ResultFormat::Vtu, ResultFormat::Csv}).warnings.empty());
 }
