@@ -5,7 +5,7 @@
 JOBS ?= 2
 
 PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev \
-    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev python3
+    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev zlib1g-dev libtinygltf-dev python3 python3-vtk9
 BENCH_PACKAGES := calculix-ccx
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
