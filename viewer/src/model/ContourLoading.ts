@@ -13,7 +13,7 @@ export function loadContour(file: Blob, name: string, onProgress: (bytesRead: nu
             else if (data.kind === 'result') resolve(data.result);
             else reject(new Error(data.message));
         };
-        worker.onerror = (event) => reject(new Error(event.message));
+        worker.onerror = (event) => reject(new Error(event.message || 'the browser starts no worker from this page'));
         worker.postMessage({ file, name } satisfies ContourRequest);
     });
     return reading.finally(() => worker.terminate());
