@@ -88,7 +88,6 @@ export class Canvas {
     cancelAnimationFrame(this.requested);
     this.requested = 0;
     this.beforeDrawing();
-    this.pushSurfacesBack();
     this.window.render();
     this.afterDrawing();
   }
@@ -119,15 +118,8 @@ export class Canvas {
     this.element.style.height = `${height}px`;
   }
 
-  /** There is none before the first drawing. The library has it, but does not declare it. */
+  /** The library has it, but does not declare it. There is none before the first drawing. */
   private graphics(): WebGL2RenderingContext | null {
     return (this.view as unknown as { getContext(): WebGL2RenderingContext | null }).getContext();
-  }
-
-  /** In depth, by the slope of the surface, so that lines on it are not covered by it. */
-  private pushSurfacesBack(): void {
-    const gl = this.graphics();
-    gl?.enable(gl.POLYGON_OFFSET_FILL);
-    gl?.polygonOffset(1.5, 2);
   }
 }
