@@ -18,12 +18,16 @@ export class Canvas {
   /** Called after the picture was drawn. */
   afterDrawing: () => void = () => {};
 
+  /** Milliseconds until the last picture was through, which goes on after drawNow. */
+  drawingTime = 0;
+
   private readonly renderer = vtkRenderer.newInstance();
   private readonly window = vtkRenderWindow.newInstance();
   private readonly view = vtkOpenGLRenderWindow.newInstance();
   private readonly observer: ResizeObserver;
   private requested = 0;
   private pixelRatio = 1;
+  private lastBegin = 0;
 
   constructor(readonly container: HTMLElement) {
     this.window.addRenderer(this.renderer);
@@ -87,9 +91,17 @@ export class Canvas {
   drawNow(): void {
     cancelAnimationFrame(this.requested);
     this.requested = 0;
+    const begin = performance.now();
     this.beforeDrawing();
     this.window.render();
     this.afterDrawing();
+    // The browser asks for no further picture before the last but one is through.
+    requestAnimationFrame(() =>
+      requestAnimationFrame(() => {
+        if (begin === this.lastBegin) this.drawingTime = performance.now() - begin;
+      }),
+    );
+    this.lastBegin = begin;
   }
 
   /** A copy of the picture in another size, in pixels; rejected where the graphics card cannot draw so large a one. */
