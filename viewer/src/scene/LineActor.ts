@@ -33,11 +33,8 @@ export class LineActor extends MotionActor {
 
 const ON_TOP = depth('-0.999 * gl_Position.w + 0.001 * gl_Position.z');
 
-/**
- * By so little that nothing shines through, but enough for edges of plates where the walls of a stiffener, which bend
- * within the element, come out of the plate by a hair.
- */
-const NEARER = depth('gl_Position.z - 0.0005 * gl_Position.w');
+/** By so little that nothing shines through, but enough where plates and lines bend over one another. */
+const NEARER = depth('gl_Position.z - 0.00015 * gl_Position.w');
 
 function depth(expression: string): ShaderReplacement {
     return {

@@ -46,7 +46,8 @@ export class Scene implements SceneView {
     private readonly control: CameraControl;
     private readonly axes: Axes;
     private readonly shells = new SurfaceActor();
-    private readonly walls = new SurfaceActor();
+    /** Walls end next to the middle of plates, and bend within an element as plates do not: they shall not come through. */
+    private readonly walls = new SurfaceActor(0.0004);
     private readonly edges = new LineActor(1);
     private readonly outline = new LineActor(1);
     private readonly mark = new LineActor(11, { onTop: true, discs: true });
@@ -107,7 +108,7 @@ export class Scene implements SceneView {
         this.updateClip();
         this.updateScale();
         this.updateLook();
-        if (this.state.camera) this.moveCamera(this.state.camera);
+        if (this.state.camera) this.camera = this.state.camera;
         else this.setStandardView('iso');
         this.canvas.draw();
     }
@@ -128,7 +129,8 @@ export class Scene implements SceneView {
             if (changed.has('clip')) this.updateClip();
             if (any('deformed', 'scale', 'animated')) this.updateScale();
             if (visibility || values || any(...LOOK_KEYS)) this.updateLook();
-            if (changed.has('camera') && state.camera) this.moveCamera(state.camera);
+            // Not told to those who listen: it is they who have set it.
+            if (changed.has('camera') && state.camera) this.camera = state.camera;
         }
         this.canvas.draw();
     }
@@ -154,7 +156,6 @@ export class Scene implements SceneView {
         return true;
     }
 
-    /** Takes away the mark that goTo has set. */
     unmark(): void {
         this.mark.setVisible(false);
         this.markRings.setVisible(false);
@@ -184,7 +185,6 @@ export class Scene implements SceneView {
         return this.shown.cut([projection.ray(...from), projection.ray(...to)]);
     }
 
-    /** Where a place of the picture stands, in CSS pixels; undefined: not within the picture. */
     project(point: Vec3): [number, number] | undefined {
         const projection = this.projection();
         const pixel = projection.toPixel(point);
@@ -193,7 +193,6 @@ export class Scene implements SceneView {
         return within ? pixel : undefined;
     }
 
-    /** Likewise, of a node as it is deformed. */
     projectNode(node: number): [number, number] | undefined {
         return this.shown && this.project(at(this.shown.places(), node));
     }
@@ -202,7 +201,6 @@ export class Scene implements SceneView {
         this.cameraListeners.push(listener);
     }
 
-    /** Called after each drawing: labels over the picture can take their places. */
     onDraw(listener: () => void): void {
         this.drawListeners.push(listener);
     }

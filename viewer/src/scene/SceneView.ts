@@ -47,7 +47,16 @@ export interface SceneView {
     range(): [number, number] | undefined;
     /** Factor on displacements in use. */
     scale(): number;
+    /** PNG, in pixels of the picture; rejected with a RangeError where the graphics card cannot draw so many. */
     picture(width: number, height: number): Promise<Blob>;
+    /** Takes away the mark that goTo has set. */
+    unmark(): void;
+    /** CSS pixels of a place of the model, and of a node as it is deformed; undefined: outside of the picture. */
+    project(point: [number, number, number]): [number, number] | undefined;
+    projectNode(node: number): [number, number] | undefined;
+    /** After each drawing: labels over the picture can take their places. */
+    onDraw(listener: () => void): void;
+    /** When the camera has come to rest. */
     onCamera(listener: (camera: NonNullable<ViewState['camera']>) => void): void;
     /** Values of the shown field along the cut of the surface with a plane through two picture points. */
     cut(from: [number, number], to: [number, number]): { length: Float32Array; value: Float32Array }[];

@@ -29,14 +29,16 @@ export class SurfaceActor extends MotionActor {
     };
     private readonly palette = new Float32Array(3 * MAX_COLOURS);
 
-    constructor() {
+    /** back: how far behind its place it is drawn, as part of the depth of the picture. */
+    constructor(private readonly back = 0) {
         super(FIELD, ['value']);
     }
 
     protected beforeDrawing(program: Program, gl: WebGL2RenderingContext): void {
         // Back in depth, by its slope, so that lines on a surface are not covered by it.
         gl.enable(gl.POLYGON_OFFSET_FILL);
-        gl.polygonOffset(1.5, 4);
+        const steps = 2 ** (gl.getParameter(gl.DEPTH_BITS) as number);
+        gl.polygonOffset(1.5, 4 + this.back * steps);
         const { limits, logarithmic, mode, colours, none } = this.look;
         this.palette.set(colours.subarray(0, this.palette.length));
         const [low, high] = logarithmic ? [Math.log(limits[0]), Math.log(limits[1])] : limits;

@@ -15,7 +15,7 @@ import { at, norm, type Vec3 } from './Vectors';
 const LONGEST = 0.08;
 const SHORTEST = 0.012;
 const HEAD = 0.016;
-const CONE = 0.014;
+const CONE = 0.011;
 /** More symbols of a kind than this would hide the structure: of more, those of every second, third, ... are drawn. */
 const MOST_SYMBOLS = 3000;
 /** Components below this part of the largest are round-off and not drawn. */
