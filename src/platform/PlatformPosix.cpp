@@ -15,6 +15,7 @@
 #include <locale.h>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <poll.h>
 #include <ratio>
 #include <string>
@@ -425,6 +426,7 @@ constexpr int InterruptExitCode = 130;
 std::recursive_mutex interruptMutex; // held while files take their names
 std::vector<std::string> unfinishedFiles;
 bool filesAreWritten = false;
+std::optional<InterruptEnding> ending; // none: notice and code of a run that writes files
 
 // Waits for an interruption and ends the process.
 void EndWhenInterrupted(sigset_t signals)
@@ -433,10 +435,14 @@ void EndWhenInterrupted(sigset_t signals)
     sigwait(&signals, &signal);
     const std::lock_guard lock(interruptMutex);
     for (const std::string& path : unfinishedFiles) { unlink(path.c_str()); }
-    const std::string_view notice = filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
-                                                    : "\ninterrupted: no results were written\n";
+    if (ending && ending->cleanUp) {
+        ending->cleanUp();
+    }
+    const std::string_view notice = ending            ? std::string_view(ending->notice)
+                                    : filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
+                                                      : "\ninterrupted: no results were written\n";
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, notice.data(), notice.size());
-    _exit(InterruptExitCode);
+    _exit(ending ? ending->exitCode : InterruptExitCode);
 }
 
 } // namespace
@@ -492,6 +498,15 @@ void ExitOnInterrupt()
     }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr); // threads that are started from now on inherit it
     std::thread(EndWhenInterrupted, signals).detach();
+}
+
+void EndOnInterrupt(InterruptEnding newEnding)
+{
+    {
+        const std::lock_guard lock(interruptMutex);
+        ending = std::move(newEnding);
+    }
+    ExitOnInterrupt();
 }
 
 void SetEnvironmentDefault(const char* name, const char* value)

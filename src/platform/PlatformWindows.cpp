@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <io.h>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 #include <windows.h>
 // After windows.h, which it needs.
@@ -218,15 +220,20 @@ constexpr UINT InterruptExitCode = 130;
 std::recursive_mutex interruptMutex; // held while files take their names
 std::vector<std::string> unfinishedPaths;
 bool filesAreWritten = false;
+std::optional<InterruptEnding> ending; // none: notice and code of a run that writes files
 
 BOOL WINAPI EndInterrupted(DWORD)
 {
     const std::lock_guard lock(interruptMutex);
     for (const std::string& path : unfinishedPaths) { DeleteFileW(Utf8ToWide(path).c_str()); }
-    std::fputs(filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
-                               : "\ninterrupted: no results were written\n",
+    if (ending && ending->cleanUp) {
+        ending->cleanUp();
+    }
+    std::fputs(ending            ? ending->notice.c_str()
+               : filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
+                                 : "\ninterrupted: no results were written\n",
                stderr);
-    ExitProcess(InterruptExitCode);
+    ExitProcess(ending ? static_cast<UINT>(ending->exitCode) : InterruptExitCode);
 }
 
 } // namespace
@@ -267,6 +274,15 @@ int ProcessId()
 void ExitOnInterrupt()
 {
     SetConsoleCtrlHandler(EndInterrupted, TRUE);
+}
+
+void EndOnInterrupt(InterruptEnding newEnding)
+{
+    {
+        const std::lock_guard lock(interruptMutex);
+        ending = std::move(newEnding);
+    }
+    ExitOnInterrupt();
 }
 
 void SetEnvironmentDefault(const char* name, const char* value)
