@@ -30,7 +30,11 @@ std::string ProgramDirectory();
 // The first of these programs that the system finds, a name along the search path or a path; empty: none.
 std::string FindProgram(const std::vector<std::string>& names);
 
-// A program with all that it starts. Its standard output and standard error go into a file, its standard input is empty.
+// True for a user who may do everything. Browsers ask for more care then.
+bool IsAdministrator();
+
+// A program with all that it starts. Its standard output and standard error go into a file, its standard input is
+// empty.
 class ChildProgram {
 public:
     // words: the program and its arguments. Where it cannot be started it has ended, and Reason tells why.

@@ -169,6 +169,11 @@ std::string FindProgram(const std::vector<std::string>& names)
     return "";
 }
 
+bool IsAdministrator()
+{
+    return geteuid() == 0;
+}
+
 // What the program has started in other groups loses its parent and would be taken on by the system, out of reach. On
 // Linux this process takes it on instead: its children that were not there before.
 struct ChildProgram::Process {

@@ -118,6 +118,12 @@ std::string FindProgram(const std::vector<std::string>& names)
     return "";
 }
 
+// Browsers start for every user here.
+bool IsAdministrator()
+{
+    return false;
+}
+
 // A job: what the program starts belongs to it as well.
 struct ChildProgram::Process {
     HANDLE job = nullptr;

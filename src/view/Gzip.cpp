@@ -92,9 +92,7 @@ std::string Base64(std::string_view bytes)
         for (std::size_t k = 0; k < 3; ++k) {
             bits = bits << 8 | (k < group.size() ? static_cast<unsigned char>(group[k]) : 0u);
         }
-        for (std::size_t k = 0; k < 4; ++k) {
-            text += k <= group.size() ? digits[bits >> (18 - 6 * k) & 63u] : '=';
-        }
+        for (std::size_t k = 0; k < 4; ++k) { text += k <= group.size() ? digits[bits >> (18 - 6 * k) & 63u] : '='; }
     }
     return text;
 }

@@ -54,8 +54,8 @@ struct PageServer::Service {
         }
         const std::string base = "/" + word + "/";
         const std::string& path = request.path;
-        const bool isThere = isGet ? path == base || path == base + PacketAddress
-                                   : path == base + "picture" || path == base + "error";
+        const bool isThere =
+            isGet ? path == base || path == base + PacketAddress : path == base + "picture" || path == base + "error";
         return isThere ? 0 : NotFound;
     }
 
@@ -71,10 +71,10 @@ struct PageServer::Service {
     // The texts are not copied for every request.
     static void Answer(const std::string& text, const char* type, httplib::Response& response)
     {
-        response.set_content_provider(
-            text.size(), type, [&text](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-                return sink.write(text.data() + offset, length);
-            });
+        response.set_content_provider(text.size(), type,
+                                      [&text](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+                                          return sink.write(text.data() + offset, length);
+                                      });
     }
 
     void SetUp()
@@ -85,9 +85,8 @@ struct PageServer::Service {
         server.set_socket_options([](socket_t) {});
         server.new_task_queue = [] { return new httplib::ThreadPool(ServerThreads); };
         server.set_payload_max_length(LargestPost);
-        server.set_default_headers({{"Cache-Control", "no-store"},
-                                    {"Referrer-Policy", "no-referrer"},
-                                    {"X-Content-Type-Options", "nosniff"}});
+        server.set_default_headers(
+            {{"Cache-Control", "no-store"}, {"Referrer-Policy", "no-referrer"}, {"X-Content-Type-Options", "nosniff"}});
         server.set_pre_routing_handler([this](const Request& request, Response& response) {
             const int refusal = Refusal(request);
             if (refusal == 0) {

@@ -261,9 +261,10 @@ Json SectionTexts(const ModelStore& model)
 
 std::uint32_t SectionNumber(const ModelStore& model, const BeamSectionRef& section)
 {
-    const std::size_t first = section.BeamSecType == TSection   ? 0
-                              : section.BeamSecType == LSection ? model.TBeamSections.size()
-                                                                : model.TBeamSections.size() + model.LBeamSections.size();
+    const std::size_t first = section.BeamSecType == TSection ? 0
+                              : section.BeamSecType == LSection
+                                  ? model.TBeamSections.size()
+                                  : model.TBeamSections.size() + model.LBeamSections.size();
     return Number(first + static_cast<std::size_t>(section.BeamSecIndex));
 }
 

@@ -3,8 +3,8 @@
 // docs/formats/result-packet.md.
 //
 // A vertex is a node with one pair of face stresses: shells that have the same averages at a node share it, in single
-// precision as the packet has them. Node numbers are those of the structure, then of the section walls of beam 0, 1, ...
-// Units: those of the model; nothing is converted. Numbers beyond single precision become infinite.
+// precision as the packet has them. Node numbers are those of the structure, then of the section walls of beam 0, 1,
+// ... Units: those of the model; nothing is converted. Numbers beyond single precision become infinite.
 #pragma once
 
 #include "core/ModelStore.h"
