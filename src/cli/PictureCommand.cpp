@@ -132,7 +132,7 @@ std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, co
                                           : ": error: the browser has drawn no picture within " +
                                                 DurationText(std::chrono::duration<double>(timeLimit).count());
         throw RunFailure(ExitNumerical, name + what + LastLines(log) +
-                                            "\n  expected: a browser of this year or the last ones with WebGL 2"
+                                            "\n  expected: Chromium or Chrome, version 112 or later, with WebGL 2"
                                             "\n  to do:    name another one in TARNVEXO_BROWSER; on a busy machine "
                                             "try again");
     }
@@ -153,6 +153,13 @@ std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, co
 std::string Draw(const PictureCommand& command, const std::string& page, std::string packet,
                  const std::string& browserProgram, std::chrono::milliseconds timeLimit)
 {
+    std::optional<platform::InterruptionHold> hold(std::in_place); // until it knows what to clear away
+    const TemporaryDirectory directory;
+    // All that the browser keeps goes there. Nothing of this program is temporary from here on, and no thread reads
+    // variables yet.
+    for (const char* variable : {"TMPDIR", "TMP", "TEMP"}) {
+        platform::SetEnvironment(variable, directory.Path().c_str());
+    }
     PageServer server({PageWithPacketAddress(page, PacketAddress), std::move(packet), true});
     const std::string reason = server.Start();
     if (!reason.empty()) {
@@ -162,8 +169,6 @@ std::string Draw(const PictureCommand& command, const std::string& page, std::st
     }
     const std::string address = server.Address() + "#" + command.state + (command.state.empty() ? "" : "&") +
                                 "picture=" + std::to_string(command.width) + "x" + std::to_string(command.height);
-    std::optional<platform::InterruptionHold> hold(std::in_place); // until it knows what to clear away
-    const TemporaryDirectory directory;
     const std::string log = directory.Path() + "/browser.log";
     platform::ChildProgram browser(BrowserWords(browserProgram, directory.Path(), address, command), log);
     if (!browser.Reason().empty()) {

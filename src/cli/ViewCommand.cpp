@@ -91,12 +91,7 @@ void OpenPage(const std::string& address, const char* toDo)
     }
 }
 
-std::string PageText(const std::string& address, std::size_t bytes)
-{
-    return address + "  " + FileSizeText(bytes) + "\n";
-}
-
-int ShowFile(const ViewCommand& command, const std::string& page)
+void ShowFile(const ViewCommand& command, const std::string& page)
 {
     const bool isNamed = !command.outputFile.empty();
     const std::string file = isNamed ? command.outputFile : NewPageFile();
@@ -106,12 +101,11 @@ int ShowFile(const ViewCommand& command, const std::string& page)
         OpenPage(address, "open the page where there is one; it stays for a day, --out FILE puts it elsewhere");
     }
     if (command.tell) {
-        WriteOutput(isNamed ? PageText(file, page.size()) : PageText(address, page.size()));
+        WriteOutput((isNamed ? file : address) + "  " + FileSizeText(page.size()) + "\n");
     }
-    return ExitGood;
 }
 
-int Serve(const ViewCommand& command, ServedPage content)
+[[noreturn]] void Serve(const ViewCommand& command, ServedPage content)
 {
     const std::string size = FileSizeText(content.packet.size());
     platform::EndOnInterrupt({ExitGood, "\nended: the page is not served any more\n", {}});
@@ -159,10 +153,16 @@ int RunViewCommand(const ViewCommand& command, const std::string& page, std::siz
                          [&](const Progress& progress) { display.Show(progress); });
         shown = LoadShownResult({command.result, command.modelFile}, command.view, clock);
     }
-    for (const std::string& note : shown.notes) { Warn(note); }
-    const bool isFile = !command.outputFile.empty() || command.alwaysFile || shown.packet.size() <= largestInPage;
-    return isFile ? ShowFile(command, PageWithPacket(page, shown.packet))
-                  : Serve(command, {PageWithPacketAddress(page, PacketAddress), std::move(shown.packet), false});
+    const auto tellNotes = [&] {
+        for (const std::string& note : shown.notes) { Warn(note); }
+    };
+    if (command.outputFile.empty() && !command.alwaysFile && shown.packet.size() > largestInPage) {
+        tellNotes();
+        Serve(command, {PageWithPacketAddress(page, PacketAddress), std::move(shown.packet), false});
+    }
+    ShowFile(command, PageWithPacket(page, shown.packet));
+    tellNotes(); // a page that is not shown has its own message alone
+    return ExitGood;
 }
 
 } // namespace tarnvexo
