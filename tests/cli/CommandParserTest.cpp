@@ -305,7 +305,8 @@ TEST(UsageFault, RefusesASecondModel)
 TEST(Help, OfEveryCommandHasExamplesAndFitsTheTerminal)
 {
     const std::vector<std::vector<std::string>> commands = {
-        {"--help"}, {"solve", "--help"}, {"info", "-h"}, {"check", "-h"}, {"refine", "--help"}, {"renumber", "--help"}};
+        {"--help"},           {"solve", "--help"},    {"info", "-h"},     {"check", "-h"},
+        {"refine", "--help"}, {"renumber", "--help"}, {"view", "--help"}, {"picture", "-h"}};
     for (const auto& arguments : commands) {
         const MessageCommand help = ParseMessage(arguments);
         EXPECT_EQ(help.exitCode, ExitGood);

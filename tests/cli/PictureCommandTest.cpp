@@ -147,6 +147,22 @@ TEST_F(PictureCommandTest, EndsASlowBrowserWithAllThatItStarted)
     EXPECT_NE(kill(std::stoi(FileBytes("child")), 0), 0);
 }
 
+TEST_F(PictureCommandTest, LeavesNothingWhenItIsInterrupted)
+{
+    const std::string note = fs::absolute("browser_id").string();
+    PutBrowser("import signal\n"
+               "open('" +
+               note +
+               "', 'w').write(str(os.getpid()))\n"
+               "os.kill(os.getppid(), signal.SIGINT)\n"
+               "time.sleep(60)\n");
+    const ChildResult run = Draw();
+    EXPECT_EQ(run.exitCode, ExitInterrupted);
+    EXPECT_EQ(run.error, "\ninterrupted: no picture was written\n");
+    ExpectNothingLeft();
+    EXPECT_NE(kill(std::stoi(FileBytes("browser_id")), 0), 0);
+}
+
 TEST_F(PictureCommandTest, TellsWhatToInstallWhereThereIsNoBrowser)
 {
     browser = "/nowhere/chromium";

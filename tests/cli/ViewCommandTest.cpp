@@ -43,7 +43,8 @@ void CopyResults(const std::string& directory)
 }
 
 // In a process of its own, with the cache in the current directory and no display.
-ChildResult View(const ViewCommand& command, const std::function<void()>& prepare = {}, const std::string& page = Page)
+ChildResult View(const ViewCommand& command, const std::function<void()>& prepare = {}, const std::string& page = Page,
+                 std::size_t largestInPage = LargestPacketInPage)
 {
     return RunInChild([&] {
         setenv("XDG_CACHE_HOME", (fs::current_path() / "cache").c_str(), 1);
@@ -52,7 +53,7 @@ ChildResult View(const ViewCommand& command, const std::function<void()>& prepar
             prepare();
         }
         try {
-            std::exit(RunViewCommand(command, page));
+            std::exit(RunViewCommand(command, page, largestInPage));
         } catch (const RunFailure& failure) {
             std::fputs(failure.what(), stderr);
             std::exit(failure.exitCode);
@@ -79,14 +80,20 @@ std::vector<fs::path> CachedPages()
     return pages;
 }
 
-// A program named xdg-open in front of the search path, which notes what it is to open.
-void PutOpener(int exitCode)
+// A program named xdg-open in front of the search path.
+void PutOpener(const std::string& script)
 {
     fs::create_directory("programs");
-    std::ofstream("programs/xdg-open") << "#!/bin/sh\necho \"$1\" >opened\nexit " << exitCode << "\n";
+    std::ofstream("programs/xdg-open") << script;
     fs::permissions("programs/xdg-open", fs::perms::owner_all);
     setenv("PATH", (fs::absolute("programs").string() + ":/usr/bin:/bin").c_str(), 1);
     setenv("DISPLAY", ":99", 1);
+}
+
+// One that notes what it is to open.
+void PutOpener(int exitCode)
+{
+    PutOpener("#!/bin/sh\necho \"$1\" >opened\nexit " + std::to_string(exitCode) + "\n");
 }
 
 TEST(ViewCommand, WritesThePageIntoTheFileThatIsNamed)
@@ -157,6 +164,31 @@ TEST(ViewCommand, TellsTheAddressWhenNothingCanOpenIt)
     const ChildResult noBrowser = View(QuietView(), [] { PutOpener(3); });
     EXPECT_EQ(noBrowser.exitCode, ExitFile);
     EXPECT_NE(noBrowser.error.find("xdg-open found no browser"), std::string::npos) << noBrowser.error;
+}
+
+// What is opened gets page and packet, then interrupts the program that started it.
+TEST(ViewCommand, ServesALargeResultUntilItIsInterrupted)
+{
+    const TemporaryDirectory here;
+    CopyResults("run");
+    const auto prepare = [] {
+        PutOpener("#!" TARNVEXO_PYTHON "\n"
+                  "import os, signal, sys, urllib.request\n"
+                  "def get(name):\n"
+                  "    return urllib.request.urlopen(sys.argv[1] + name).read()\n"
+                  "open('page', 'wb').write(get(''))\n"
+                  "open('packet', 'wb').write(get('packet'))\n"
+                  "os.kill(os.getppid(), signal.SIGINT)\n");
+    };
+    const ChildResult run = View(QuietView(), prepare, Page, 0);
+    EXPECT_EQ(run.exitCode, ExitGood);
+    EXPECT_TRUE(run.output.starts_with("http://127.0.0.1:")) << run.output;
+    EXPECT_TRUE(run.output.ends_with(", served to this machine until Ctrl-C\n")) << run.output;
+    EXPECT_EQ(run.error, "\nended: the page is not served any more\n");
+    EXPECT_EQ(FileBytes("page"), "<html><body><script type=\"application/x-tarnvexo-result\" id=\"result\" "
+                                 "data-packet=\"packet\"></script>\n</body></html>\n");
+    EXPECT_TRUE(FileBytes("packet").starts_with("\x1f\x8b"));
+    EXPECT_TRUE(CachedPages().empty());
 }
 
 TEST(ViewCommand, OpensNothingWhenToldSo)
