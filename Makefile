@@ -1,11 +1,12 @@
 # tarnvexo: set up, build, run, test and measure, on a fresh Debian 12 machine too.
 #     make build      then    build/tarnvexo in a directory that holds fem_solving.txt
+# The viewer inside the program needs Node.js and npm (packages nodejs, npm); without them it is left out.
 # Every target first installs what is missing (apt, through sudo unless root); a second call changes nothing.
 
 JOBS ?= 2
 
 PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev \
-    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev zlib1g-dev libtinygltf-dev python3 python3-vtk9
+    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev libcpp-httplib-dev libtinygltf-dev zlib1g-dev python3
 BENCH_PACKAGES := calculix-ccx
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)

@@ -50,11 +50,11 @@ _tarnvexo()
     fi
 
     if ((COMP_CWORD == 1)); then
-        _tarnvexo_words "solve info check refine renumber help --help -h --version" "$current"
+        _tarnvexo_words "solve info check refine renumber view picture help --help -h --version" "$current"
         return
     fi
     if [[ $command == help ]]; then
-        _tarnvexo_words "solve info check refine renumber" "$current"
+        _tarnvexo_words "solve info check refine renumber view picture" "$current"
         return
     fi
     case $previous in
@@ -66,7 +66,22 @@ _tarnvexo()
         --threads) _tarnvexo_words "1 2 4 8 16" "$current"; return ;;
         --rule) _tarnvexo_rules "$current"; return ;;
         -k) _tarnvexo_words "2 3 4" "$current"; return ;;
-        -o | --output | --json) _tarnvexo_paths "$current"; return ;;
+        --field)
+            _tarnvexo_words "SX SY SZ TXY TXZ TYZ SE S1 S2 S3 U DX DY DZ R RX RY RZ thickness section material side
+                none" "$current"
+            return
+            ;;
+        --face) _tarnvexo_words "positive negative larger viewed" "$current"; return ;;
+        --view)
+            if [[ $command == picture ]]; then
+                _tarnvexo_words "iso front back left right top bottom" "$current"
+            fi
+            return
+            ;;
+        --deformed) _tarnvexo_words "5% true off" "$current"; return ;;
+        --size) _tarnvexo_words "1600x1000 800x500 3200x2000" "$current"; return ;;
+        --state) return ;;
+        -o | --output | --json | --out | --model) _tarnvexo_paths "$current"; return ;;
     esac
     if [[ $current != -* ]]; then
         _tarnvexo_paths "$current"
@@ -82,6 +97,11 @@ _tarnvexo()
             ;;
         info) _tarnvexo_words "--rule --rules --units --json -q --quiet -h --help" "$current" ;;
         refine) _tarnvexo_words "-k -o --output --no-renumber -h --help" "$current" ;;
+        view) _tarnvexo_words "--model --out --no-open --view -q --quiet -h --help" "$current" ;;
+        picture)
+            _tarnvexo_words "--model --out --field --face --view --deformed --size --dark --state -q --quiet
+                -h --help" "$current"
+            ;;
         renumber) _tarnvexo_words "-o --output -h --help" "$current" ;;
     esac
 }

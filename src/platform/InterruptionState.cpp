@@ -1,6 +1,6 @@
 #include "platform/InterruptionState.h"
 
-#include "platform/Platform.h"
+#include <utility>
 
 namespace tarnvexo::platform {
 
@@ -29,6 +29,16 @@ void TellOnInterruptOfWrittenFiles()
     InterruptionState& state = Interruption();
     const std::lock_guard lock(state.mutex);
     state.filesAreWritten = true;
+}
+
+void EndOnInterrupt(InterruptEnding ending)
+{
+    InterruptionState& state = Interruption();
+    {
+        const std::lock_guard lock(state.mutex);
+        state.ending = std::move(ending);
+    }
+    ExitOnInterrupt();
 }
 
 InterruptionHold::InterruptionHold()

@@ -429,9 +429,10 @@ void EndWhenInterrupted(sigset_t signals)
     InterruptionState& state = Interruption();
     const std::lock_guard lock(state.mutex);
     for (const std::string& path : state.unfinishedFiles) { unlink(path.c_str()); }
+    state.CleanUp();
     const std::string_view notice = state.Notice();
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, notice.data(), notice.size());
-    _exit(InterruptExitCode);
+    _exit(state.ExitCode());
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <io.h>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 #include <windows.h>
 // After windows.h, which it needs.
@@ -219,8 +220,9 @@ BOOL WINAPI EndInterrupted(DWORD)
     InterruptionState& state = Interruption();
     const std::lock_guard lock(state.mutex);
     for (const std::string& path : state.unfinishedFiles) { DeleteFileW(Utf8ToWide(path).c_str()); }
+    state.CleanUp();
     std::fputs(state.Notice(), stderr);
-    ExitProcess(InterruptExitCode);
+    ExitProcess(static_cast<UINT>(state.ExitCode()));
 }
 
 } // namespace
