@@ -92,7 +92,13 @@ export interface Texts {
         help: string;
     };
 
-    legend: { max: string; min: string; node: (node: number) => string; noValues: string };
+    legend: {
+        max: string;
+        min: string;
+        node: (node: string) => string;
+        noValues: string;
+        deformation: (factor: string) => string;
+    };
 
     probe: {
         title: string;
@@ -308,7 +314,13 @@ const english: Texts = {
         language: 'Language',
         help: 'Keyboard and mouse',
     },
-    legend: { max: 'max', min: 'min', node: (node) => `node ${node}`, noValues: 'no values are visible' },
+    legend: {
+        max: 'max',
+        min: 'min',
+        node: (node) => `node ${node}`,
+        noValues: 'no values are visible',
+        deformation: (factor) => `displacements × ${factor}`,
+    },
     probe: {
         title: 'Probed points',
         hint: 'Click the structure to keep a point here.',
@@ -522,7 +534,13 @@ const chinese: Texts = {
         language: '语言',
         help: '键盘与鼠标',
     },
-    legend: { max: '最大', min: '最小', node: (node) => `节点 ${node}`, noValues: '没有可见的数值' },
+    legend: {
+        max: '最大',
+        min: '最小',
+        node: (node) => `节点 ${node}`,
+        noValues: '没有可见的数值',
+        deformation: (factor) => `位移 × ${factor}`,
+    },
     probe: {
         title: '探测点',
         hint: '单击结构,数值保留在此。',
