@@ -1,0 +1,45 @@
+// Draws lines, or single points as discs, in one colour.
+import { MotionActor, type ShaderReplacement } from './MotionActor';
+
+export class LineActor extends MotionActor {
+  /** onTop: also in front of what hides it. */
+  constructor(width: number, options: { onTop?: boolean; discs?: boolean } = {}) {
+    super([...(options.onTop ? ON_TOP : []), ...(options.discs ? DISCS : [])], []);
+    const property = this.actor.getProperty();
+    property.setLighting(false);
+    property.setInterpolationToFlat();
+    property.setAmbient(1);
+    property.setDiffuse(0);
+    property.setLineWidth(width);
+    property.setPointSize(width);
+  }
+
+  setColour([red, green, blue, opacity]: [number, number, number, number]): void {
+    const property = this.actor.getProperty();
+    property.setColor(red, green, blue);
+    property.setOpacity(opacity);
+  }
+
+  setWidth(width: number): void {
+    this.actor.getProperty().setLineWidth(width);
+    this.actor.getProperty().setPointSize(width);
+  }
+}
+
+const ON_TOP: ShaderReplacement[] = [
+  {
+    shaderType: 'Vertex',
+    replaceFirst: false,
+    originalValue: '//VTK::Light::Impl',
+    replacementValue: 'gl_Position.z = -0.999 * gl_Position.w + 0.001 * gl_Position.z;',
+  },
+];
+
+const DISCS: ShaderReplacement[] = [
+  {
+    shaderType: 'Fragment',
+    replaceFirst: false,
+    originalValue: '//VTK::Picking::Impl',
+    replacementValue: 'if (length(gl_PointCoord - vec2(0.5)) > 0.5) discard;',
+  },
+];

@@ -1,0 +1,352 @@
+// The three-dimensional picture of a result: brings together what is shown, its actors and the camera.
+import type { Result } from '../model/Result';
+import type { Camera, StandardView, ViewState } from '../state/ViewState';
+import { look } from './Appearance';
+import { Axes } from './Axes';
+import { CameraControl } from './CameraControl';
+import { Canvas } from './Canvas';
+import { shownEdges } from './Edges';
+import { LineActor } from './LineActor';
+import { bounds, diagonal, union, widened, type Bounds } from './Motion';
+import type { MotionActor } from './MotionActor';
+import { Projection } from './Projection';
+import type { ElementKind, Extreme, Probe, SceneView } from './SceneView';
+import { ShownResult } from './ShownResult';
+import { NO_VALUE, SurfaceActor } from './SurfaceActor';
+import { SymbolActors } from './SymbolActors';
+import { at, type Vec3 } from './Vectors';
+import { centred, fitted, standardView } from './Views';
+import { VISIBILITY_KEYS } from './Visibility';
+
+/** Seconds of a full swing. */
+const PERIOD = 2;
+/** What is found is shown in a picture that is at least this part of the model high. */
+const FOUND_PART = 0.08;
+
+const THEMES = {
+  light: {
+    background: [1, 1, 1],
+    mesh: [0, 0, 0, 0.28],
+    feature: [0, 0, 0, 0.75],
+    outline: [0.55, 0.55, 0.55, 1],
+    mark: [0.85, 0, 0.45, 1],
+  },
+  dark: {
+    background: [0.098, 0.106, 0.118],
+    mesh: [0, 0, 0, 0.4],
+    feature: [0.93, 0.93, 0.93, 0.7],
+    outline: [0.6, 0.6, 0.6, 1],
+    mark: [1, 0.35, 0.75, 1],
+  },
+} as const;
+
+export class Scene implements SceneView {
+  private readonly canvas: Canvas;
+  private readonly control: CameraControl;
+  private readonly axes: Axes;
+  private readonly faces = new SurfaceActor();
+  private readonly edges = new LineActor(1);
+  private readonly outline = new LineActor(1);
+  private readonly mark = new LineActor(11, { onTop: true, discs: true });
+  private readonly markRings = new LineActor(3, { onTop: true });
+  private readonly symbols = new SymbolActors();
+  /** All that moves with the structure; the outline does not. */
+  private readonly moving: MotionActor[];
+  private readonly cameraListeners: ((camera: Camera) => void)[] = [];
+  private readonly drawListeners: (() => void)[] = [];
+  private readonly ending = new AbortController();
+  private camera: Camera = { position: [0, -1, 0], focalPoint: [0, 0, 0], viewUp: [0, 0, 1], parallelScale: 1 };
+  private shown?: ShownResult;
+  /** Whatever is drawn is within. */
+  private reach: Bounds = [0, 1, 0, 1, 0, 1];
+  private animation = 0;
+  private telling = 0;
+
+  constructor(
+    container: HTMLElement,
+    private state: ViewState,
+  ) {
+    this.canvas = new Canvas(container);
+    this.moving = [this.faces, this.edges, ...this.symbols.actors, this.markRings, this.mark];
+    for (const actor of [...this.moving, this.outline]) this.canvas.add(actor);
+    this.axes = new Axes(container);
+    if (!container.hasAttribute('tabindex')) container.tabIndex = 0;
+    this.control = new CameraControl(container, (change) => this.moveCamera(change(this.camera)));
+    this.canvas.beforeDrawing = () => this.placeCamera();
+    this.canvas.afterDrawing = () => {
+      this.axes.draw(this.projection());
+      for (const listener of this.drawListeners) listener();
+    };
+    document.addEventListener('visibilitychange', () => this.animate(), { signal: this.ending.signal });
+    this.applyTheme();
+  }
+
+  dispose(): void {
+    this.ending.abort();
+    cancelAnimationFrame(this.animation);
+    clearTimeout(this.telling);
+    this.control.dispose();
+    this.axes.dispose();
+    this.canvas.dispose();
+  }
+
+  show(result: Result): void {
+    const shown = new ShownResult(result, this.state);
+    this.shown = shown;
+    this.unmark();
+    this.symbols.show(result, shown.motion, shown.size);
+    this.symbols.apply(this.state);
+    shown.setScale(this.scale());
+    this.updateSurface();
+    this.updateEdges();
+    this.updateOutline();
+    this.updateClip();
+    this.updateScale();
+    this.updateLook();
+    if (this.state.camera) this.moveCamera(this.state.camera);
+    else this.setStandardView('iso');
+    this.canvas.draw();
+  }
+
+  apply(state: ViewState, changed: ReadonlySet<keyof ViewState>): void {
+    this.state = state;
+    const any = (...keys: (keyof ViewState)[]) => keys.some((key) => changed.has(key));
+    if (changed.has('dark')) this.applyTheme();
+    if (any('showLoads', 'showInertia', 'showSupports', 'dark')) this.symbols.apply(state);
+    if (this.shown) {
+      const visibility = any(...VISIBILITY_KEYS);
+      const values = any('field', 'face', 'average');
+      if (visibility) this.shown.updateVisible(state);
+      if (values) this.shown.updateValues(state);
+      if (visibility || values) this.updateSurface();
+      if (visibility || any('edges', 'dark')) this.updateEdges();
+      if (any('undeformedOutline', 'deformed')) this.updateOutline();
+      if (changed.has('clip')) this.updateClip();
+      if (any('deformed', 'scale', 'animated')) this.updateScale();
+      this.updateLook();
+      if (changed.has('camera') && state.camera) this.moveCamera(state.camera);
+    }
+    this.canvas.draw();
+  }
+
+  fit(): void {
+    if (!this.shown) return;
+    this.moveCamera(fitted(this.camera, this.shown.box(), this.aspect(), this.state.parallel));
+  }
+
+  setStandardView(view: StandardView): void {
+    if (!this.shown) return;
+    this.moveCamera(standardView(view, this.shown.box(), this.aspect(), this.state.parallel));
+  }
+
+  goTo(kind: 'node' | ElementKind | 'beam', number: number): boolean {
+    const found = this.shown?.find(kind, number);
+    if (!this.shown || !found) return false;
+    this.markUp(found);
+    const box = this.shown.boxOf(found.nodes);
+    const centre: Vec3 = [(box[0] + box[1]) / 2, (box[2] + box[3]) / 2, (box[4] + box[5]) / 2];
+    const half = Math.max(FOUND_PART * this.shown.size, 2 * diagonal(box)) / 2;
+    this.moveCamera(centred(this.camera, centre, half));
+    return true;
+  }
+
+  /** Takes away the mark that goTo has set. */
+  unmark(): void {
+    this.mark.setVisible(false);
+    this.markRings.setVisible(false);
+    this.canvas.draw();
+  }
+
+  probe(x: number, y: number): Probe | undefined {
+    return this.shown?.probe(this.projection().ray(x, y), this.state.parallel);
+  }
+
+  extremes(): { min: Extreme; max: Extreme } | undefined {
+    return this.hasRange() ? this.shown?.extremes() : undefined;
+  }
+
+  range(): [number, number] | undefined {
+    if (!this.hasRange()) return undefined;
+    if (this.state.limits) return this.state.limits;
+    const found = this.shown?.extremes();
+    return found && [found.min.value, found.max.value];
+  }
+
+  scale(): number {
+    return this.state.deformed ? (this.state.scale ?? this.shown?.defaultScale ?? 1) : 0;
+  }
+
+  cut(from: [number, number], to: [number, number]): { length: Float32Array; value: Float32Array }[] {
+    if (!this.shown || !this.hasRange()) return [];
+    const projection = this.projection();
+    return this.shown.cut([projection.ray(...from), projection.ray(...to)]);
+  }
+
+  /** Where a place of the picture stands, in CSS pixels; undefined: not within the picture. */
+  project(point: Vec3): [number, number] | undefined {
+    const projection = this.projection();
+    const pixel = projection.toPixel(point);
+    const within = pixel && pixel[0] >= 0 && pixel[1] >= 0 && pixel[0] <= projection.width && pixel[1] <= projection.height;
+    return within ? pixel : undefined;
+  }
+
+  /** Likewise, of a node as it is deformed. */
+  projectNode(node: number): [number, number] | undefined {
+    return this.shown && this.project(at(this.shown.places(), node));
+  }
+
+  onCamera(listener: (camera: Camera) => void): void {
+    this.cameraListeners.push(listener);
+  }
+
+  /** Called after each drawing: labels over the picture can take their places. */
+  onDraw(listener: () => void): void {
+    this.drawListeners.push(listener);
+  }
+
+  async picture(width: number, height: number): Promise<Blob> {
+    const copy = await this.canvas.copy(width, height);
+    const factor = Math.max(1, height / this.canvas.size[1]);
+    const context = copy.getContext('2d')!;
+    this.axes.drawInto(context, this.projection(), 4 * factor, height - (4 + Axes.size) * factor, factor);
+    return new Promise((resolve, reject) =>
+      copy.toBlob((blob) => (blob ? resolve(blob) : reject(new Error('the browser cannot write a PNG'))), 'image/png'),
+    );
+  }
+
+  private hasRange(): boolean {
+    return this.state.field !== 'none';
+  }
+
+  private aspect(): number {
+    const [width, height] = this.canvas.size;
+    return width / height;
+  }
+
+  private projection(): Projection {
+    return new Projection(this.camera, this.state.parallel, ...this.canvas.size);
+  }
+
+  private moveCamera(camera: Camera): void {
+    this.camera = camera;
+    this.canvas.draw();
+    clearTimeout(this.telling);
+    // Only when it rests: the state of the view need not follow every step of a drag.
+    this.telling = window.setTimeout(() => this.cameraListeners.forEach((listener) => listener(this.camera)), 120);
+  }
+
+  private placeCamera(): void {
+    if (this.shown) this.canvas.setCamera(this.camera, this.state.parallel, this.reach);
+  }
+
+  private updateSurface(): void {
+    const { surface, motion, values, visible, result } = this.shown!;
+    const corners = surface.cornerNode.length;
+    const points = new Float32Array(3 * corners);
+    const motions = new Float32Array(3 * corners);
+    const pairs = new Float32Array(2 * corners);
+    for (let corner = 0; corner < corners; ++corner) {
+      const node = 3 * surface.cornerNode[corner];
+      for (let axis = 0; axis < 3; ++axis) {
+        points[3 * corner + axis] = result.coordinates[node + axis];
+        motions[3 * corner + axis] = motion[node + axis];
+      }
+      const { positive, negative } = values;
+      pairs[2 * corner] = Number.isFinite(positive[corner]) ? positive[corner] : NO_VALUE;
+      pairs[2 * corner + 1] = Number.isFinite(negative[corner]) ? negative[corner] : NO_VALUE;
+    }
+    const polys = new Uint32Array((4 * surface.triangles.length) / 3);
+    let length = 0;
+    for (let triangle = 0; triangle < surface.triangles.length / 3; ++triangle) {
+      if (!visible[surface.elementOfTriangle(triangle)]) continue;
+      polys[length++] = 3;
+      for (let i = 0; i < 3; ++i) polys[length++] = surface.triangles[3 * triangle + i];
+    }
+    this.faces.setGeometry({ points, motion: motions, values: pairs, polys: polys.subarray(0, length) });
+  }
+
+  private updateEdges(): void {
+    const { surface, visible } = this.shown!;
+    const { edges } = this.state;
+    const theme = THEMES[this.state.dark ? 'dark' : 'light'];
+    this.edges.setColour([...(edges === 'mesh' ? theme.mesh : theme.feature)]);
+    this.edges.setVisible(edges !== 'none');
+    if (edges !== 'none') this.setLines(this.edges, shownEdges(surface, visible, edges));
+  }
+
+  private updateOutline(): void {
+    const { surface } = this.shown!;
+    const drawn = this.state.undeformedOutline && this.state.deformed;
+    this.outline.setVisible(drawn);
+    if (!drawn) return;
+    const structure = new Uint8Array(surface.elementCount).fill(1);
+    this.setLines(this.outline, shownEdges(surface, structure, 'feature'));
+  }
+
+  private setLines(actor: LineActor, ends: Uint32Array): void {
+    const lines = new Uint32Array((3 * ends.length) / 2);
+    for (let from = 0, out = 0; from < ends.length; from += 2) {
+      lines[out++] = 2;
+      lines[out++] = ends[from];
+      lines[out++] = ends[from + 1];
+    }
+    actor.setGeometry({ points: this.shown!.result.coordinates, motion: this.shown!.motion, lines });
+  }
+
+  private markUp(found: { nodes: number[]; rings: number[][] }): void {
+    const { result, motion } = this.shown!;
+    const lines = found.rings.flatMap((ring) => [ring.length + 1, ...ring, ring[0]]);
+    const geometry = { points: result.coordinates, motion };
+    this.markRings.setGeometry({ ...geometry, lines: Uint32Array.from(lines) });
+    this.markRings.setVisible(lines.length > 0);
+    const discs = found.rings.length === 0 ? found.nodes.flatMap((node) => [1, node]) : [];
+    this.mark.setGeometry({ ...geometry, verts: Uint32Array.from(discs) });
+    this.mark.setVisible(discs.length > 0);
+  }
+
+  private updateClip(): void {
+    this.shown!.updateClip(this.state);
+    for (const actor of this.moving) actor.setClip(this.shown!.clip);
+  }
+
+  private updateScale(): void {
+    const { result, size } = this.shown!;
+    const scale = this.scale();
+    const swing = union(bounds(result, scale), bounds(result, this.state.animated ? -scale : 0));
+    // Arrows stand out of the structure.
+    this.reach = widened(swing, 0.1 * size);
+    this.setScale(scale);
+    this.animate();
+  }
+
+  private setScale(scale: number): void {
+    this.shown!.setScale(scale);
+    for (const actor of this.moving) actor.scale = scale;
+  }
+
+  /** Starts or ends the animation, as the state and the page have it. */
+  private animate(): void {
+    cancelAnimationFrame(this.animation);
+    if (!this.shown || !this.state.animated || !this.state.deformed || document.hidden) return;
+    const begin = performance.now();
+    const step = (now: number) => {
+      this.setScale(this.scale() * Math.sin((2 * Math.PI * (now - begin)) / 1000 / PERIOD));
+      this.canvas.drawNow();
+      this.animation = requestAnimationFrame(step);
+    };
+    this.animation = requestAnimationFrame(step);
+  }
+
+  private updateLook(): void {
+    this.faces.look = look(this.state, this.range());
+  }
+
+  private applyTheme(): void {
+    const theme = THEMES[this.state.dark ? 'dark' : 'light'];
+    this.axes.dark = this.state.dark;
+    this.canvas.setBackground(...(theme.background as unknown as Vec3));
+    this.outline.setColour([...theme.outline]);
+    this.mark.setColour([...theme.mark]);
+    this.markRings.setColour([...theme.mark]);
+  }
+}
