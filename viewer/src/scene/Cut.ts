@@ -1,5 +1,5 @@
 // The line in which a plane cuts the surface, and the values along it.
-import type { CornerValues } from './CornerValues';
+import type { FacePair } from '../model/Fields';
 import type { Ray } from './Projection';
 import type { Surface } from './Surface';
 import { add, at, cross, dot, minus, norm, scaled, unit, type Vec3 } from './Vectors';
@@ -32,7 +32,7 @@ interface Segment {
  */
 export function cutSurface(
   surface: Surface,
-  values: CornerValues,
+  values: FacePair,
   shown: Uint8Array,
   places: Float32Array,
   rays: [Ray, Ray],
@@ -77,7 +77,7 @@ const longestFirst = (a: CutLine, b: CutLine) => b.length[b.length.length - 1] -
 
 function cutTriangle(
   surface: Surface,
-  values: CornerValues,
+  values: FacePair,
   places: Float32Array,
   triangle: number,
   height: Float64Array,

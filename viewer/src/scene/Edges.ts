@@ -1,59 +1,61 @@
-// stand-in: edges of the shown elements
-import type { Surface } from './Surface';
+// The edges that are drawn.
+import type { Result } from '../model/Result';
+import { edgeLines, FEATURE_EDGE, FREE_EDGE, type MeshEdges } from '../model/Topology';
+import type { EdgeKind } from '../state/ViewState';
+import { at, cross, dot, minus, norm } from './Vectors';
 
-export function shownEdges(surface: Surface, shown: Uint8Array, kind: 'mesh' | 'feature' | 'free'): Uint32Array {
-  const x = surface.result.coordinates;
-  const nodeCount = x.length / 3;
-  const head = new Int32Array(nodeCount).fill(-1);
-  const sides = surface.cornerNode.length;
-  const next = new Int32Array(sides);
-  const other = new Uint32Array(sides);
-  const first = new Uint32Array(sides);
-  const count = new Uint8Array(sides);
-  const fold = new Uint8Array(sides);
-  const low = new Uint32Array(sides);
-  let edges = 0;
-  const normal = (e: number): [number, number, number] => {
-    const b = surface.cornerBegin(e);
-    const n = surface.cornerNode;
-    const q = surface.cornerCount(e) === 4;
-    const [i, j, k, l] = q ? [n[b], n[b + 2], n[b + 1], n[b + 3]] : [n[b], n[b + 1], n[b], n[b + 2]];
-    const u = [0, 1, 2].map((a) => x[3 * j + a] - x[3 * i + a]);
-    const v = [0, 1, 2].map((a) => x[3 * l + a] - x[3 * k + a]);
-    const c: [number, number, number] = [u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]];
-    const m = Math.hypot(...c) || 1;
-    return [c[0] / m, c[1] / m, c[2] / m];
-  };
-  for (let e = 0; e < surface.elementCount; ++e) {
-    if (!shown[e]) continue;
-    const b = surface.cornerBegin(e);
-    const c = surface.cornerCount(e);
-    for (let i = 0; i < c; ++i) {
-      const p = surface.cornerNode[b + i];
-      const q = surface.cornerNode[b + ((i + 1) % c)];
-      if (p === q) continue;
-      const a = Math.min(p, q);
-      const z = Math.max(p, q);
-      let edge = head[a];
-      while (edge >= 0 && other[edge] !== z) edge = next[edge];
-      if (edge < 0) {
-        edge = edges++;
-        next[edge] = head[a];
-        head[a] = edge;
-        low[edge] = a;
-        other[edge] = z;
-        first[edge] = e;
-      } else if (kind === 'feature') {
-        const m = normal(first[edge]);
-        const n = normal(e);
-        if (Math.abs(m[0] * n[0] + m[1] * n[1] + m[2] * n[2]) < 0.9) fold[edge] = 1;
-      }
-      if (count[edge] < 255) ++count[edge];
-    }
+const KINDS: Record<Exclude<EdgeKind, 'none'>, number> = { mesh: 0, feature: FEATURE_EDGE, free: FREE_EDGE };
+
+/** Below this part of its length a beam's own coordinates, of six digits, do not tell a place from its axis. */
+const ON_AXIS = 1e-3;
+/** Cosine to the axis of what runs along a beam. */
+const ALONG = 0.9;
+
+/**
+ * 2 nodes per line, of elements that are shown. The section walls of beams are no mesh of the model: they have no free
+ * edges to be looked for; features are their lines along the beam, but for those on its axis, which mostly lies
+ * within a plate and would shine through it; the mesh has no part of them that is not also a feature.
+ */
+export function shownEdges(
+  result: Result,
+  edges: MeshEdges,
+  kind: Exclude<EdgeKind, 'none'>,
+  shown: Uint8Array,
+): Uint32Array {
+  const ofShells = nodesOf(result, edgeLines(result, edges, KINDS[kind], shown)).filter(isShell(result));
+  if (kind === 'free' || result.beams.count === 0) return ofShells;
+  const ofWalls = wallLines(result, nodesOf(result, edgeLines(result, edges, FEATURE_EDGE, shown)));
+  const lines = new Uint32Array(ofShells.length + ofWalls.length);
+  lines.set(ofShells);
+  lines.set(ofWalls, ofShells.length);
+  return lines;
+}
+
+const nodesOf = (result: Result, lines: Uint32Array) => lines.map((vertex) => result.vertexNodes[vertex]);
+
+/** Both nodes of a line belong to the structure, or both to a beam. */
+const isShell = (result: Result) => (node: number) => node < result.structureNodes;
+
+function wallLines(result: Result, lines: Uint32Array): Uint32Array {
+  const { beams, coordinates } = result;
+  const beamOf = new Uint32Array(coordinates.length / 3 - result.structureNodes);
+  for (let beam = 0; beam < beams.count; ++beam) {
+    const begin = beams.nodeBegin[beam] - result.structureNodes;
+    beamOf.fill(beam, begin, beams.nodeBegin[beam + 1] - result.structureNodes);
   }
-  const out: number[] = [];
-  for (let edge = 0; edge < edges; ++edge) {
-    if (kind === 'mesh' || count[edge] === 1 || (kind === 'feature' && (count[edge] > 2 || fold[edge]))) out.push(low[edge], other[edge]);
+  let length = 0;
+  for (let i = 0; i < lines.length; i += 2) {
+    if (lines[i] < result.structureNodes) continue;
+    const beam = beamOf[lines[i] - result.structureNodes];
+    const start = at(beams.ends, 2 * beam);
+    const axis = minus(at(beams.ends, 2 * beam + 1), start);
+    const from = minus(at(coordinates, lines[i]), start);
+    const step = minus(at(coordinates, lines[i + 1]), at(coordinates, lines[i]));
+    const isAlong = Math.abs(dot(step, axis)) > ALONG * norm(step) * norm(axis);
+    const isOnAxis = norm(cross(from, axis)) < ON_AXIS * dot(axis, axis);
+    if (!isAlong || isOnAxis) continue;
+    lines[length++] = lines[i];
+    lines[length++] = lines[i + 1];
   }
-  return Uint32Array.from(out);
+  return lines.subarray(0, length);
 }

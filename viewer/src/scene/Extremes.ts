@@ -1,5 +1,5 @@
 // Least and largest value of what is shown.
-import type { CornerValues } from './CornerValues';
+import type { FacePair } from '../model/Fields';
 import type { Extreme } from './SceneView';
 import type { Surface } from './Surface';
 import { at } from './Vectors';
@@ -8,7 +8,7 @@ import { isKept, type ClipPlane } from './Visibility';
 /** Values that are no numbers count for nothing; undefined where no value is left. places: 3 per node. */
 export function extremes(
   surface: Surface,
-  values: CornerValues,
+  values: FacePair,
   shown: Uint8Array,
   places: Float32Array,
   plane: ClipPlane | undefined,

@@ -46,6 +46,8 @@ export abstract class MotionActor {
   private wanted = true;
 
   constructor(replacements: ShaderReplacement[], attributes: string[]) {
+    // Picking does not go through the library: it need not note which cell each point is of.
+    this.mapper.setPopulateSelectionSettings(false);
     this.mapper.setCustomShaderAttributes(['motion', ...attributes]);
     const properties = this.mapper.getViewSpecificProperties() as Record<string, unknown>;
     properties.OpenGL = {

@@ -266,21 +266,21 @@ export class Scene implements SceneView {
   }
 
   private updateEdges(): void {
-    const { surface, visible } = this.shown!;
+    const { result, visible } = this.shown!;
     const { edges } = this.state;
     const theme = THEMES[this.state.dark ? 'dark' : 'light'];
     this.edges.setColour([...(edges === 'mesh' ? theme.mesh : theme.feature)]);
     this.edges.setVisible(edges !== 'none');
-    if (edges !== 'none') this.setLines(this.edges, shownEdges(surface, visible, edges));
+    if (edges !== 'none') this.setLines(this.edges, shownEdges(result, this.shown!.edges(), edges, visible));
   }
 
   private updateOutline(): void {
-    const { surface } = this.shown!;
+    const { surface, result } = this.shown!;
     const drawn = this.state.undeformedOutline && this.state.deformed;
     this.outline.setVisible(drawn);
     if (!drawn) return;
     const structure = new Uint8Array(surface.elementCount).fill(1);
-    this.setLines(this.outline, shownEdges(surface, structure, 'feature'));
+    this.setLines(this.outline, shownEdges(result, this.shown!.edges(), 'feature', structure));
   }
 
   private setLines(actor: LineActor, ends: Uint32Array): void {

@@ -1,8 +1,10 @@
 // A result as it is shown at present, without the picture of it: what is visible, which values and places its corners
 // have, and what can be asked about them. Whatever is dear is made when it is first asked for.
+import type { FacePair } from '../model/Fields';
 import type { Result } from '../model/Result';
+import { meshEdges, type MeshEdges } from '../model/Topology';
 import type { ViewState } from '../state/ViewState';
-import { cornerValues, type CornerValues } from './CornerValues';
+import { shownValues } from './ShownValues';
 import { cutSurface, type CutLine } from './Cut';
 import { extremes } from './Extremes';
 import { bounds, defaultScale, diagonal, place, translations, type Bounds } from './Motion';
@@ -22,13 +24,15 @@ export class ShownResult {
   readonly size: number;
   /** 1 for each element that is shown. */
   visible: Uint8Array;
-  values: CornerValues;
+  /** At corners; nothing but 'not a number' where the field has none. */
+  values: FacePair;
   clip?: ClipPlane;
 
   private scale = 0;
   private placed?: Float32Array;
   private tree?: RayTree;
   private treePlaces?: Float32Array;
+  private meshed?: MeshEdges;
   private found?: { min: Extreme; max: Extreme };
 
   constructor(
@@ -40,7 +44,7 @@ export class ShownResult {
     this.defaultScale = defaultScale(result);
     this.size = diagonal(bounds(result, 0)) || 1;
     this.visible = shownElements(this.surface, state);
-    this.values = cornerValues(this.surface, state.field, state.face, state.average);
+    this.values = shownValues(this.surface, state);
     this.clip = clipPlane(state.clip, result.coordinates);
   }
 
@@ -50,7 +54,7 @@ export class ShownResult {
   }
 
   updateValues(state: ViewState): void {
-    this.values = cornerValues(this.surface, state.field, state.face, state.average);
+    this.values = shownValues(this.surface, state);
     this.found = undefined;
   }
 
@@ -73,6 +77,11 @@ export class ShownResult {
       place(this.result.coordinates, this.motion, this.scale, this.placed);
     }
     return this.placed;
+  }
+
+  edges(): MeshEdges {
+    this.meshed ??= meshEdges(this.result);
+    return this.meshed;
   }
 
   /** Of what is shown; of the whole structure if that is nothing. */

@@ -42,6 +42,11 @@ export class Surface {
     return element < this.quadCount ? 4 : 3;
   }
 
+  elementOfCorner(corner: number): number {
+    const quadCorners = 4 * this.quadCount;
+    return corner < quadCorners ? corner >>> 2 : this.quadCount + Math.floor((corner - quadCorners) / 3);
+  }
+
   elementOfTriangle(triangle: number): number {
     return triangle < 2 * this.quadCount ? triangle >> 1 : triangle - this.quadCount;
   }

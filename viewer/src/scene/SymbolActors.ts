@@ -1,21 +1,22 @@
 // Arrows for loads and inertia loads, cones for supports.
 //   force: arrow with one head, moment: with two; lengths in proportion within each kind, small ones not below a least
 //   length. Support: a cone along each held displacement, a second one behind it along each held rotation.
-import { DOFS, type ModelFacts, type Result } from '../model/Result';
+import { appliedLoads, inertiaLoads, supports, type Arrows, type Supports } from '../model/Loads';
+import type { Result } from '../model/Result';
 import type { ViewState } from '../state/ViewState';
 import { LineActor } from './LineActor';
 import type { MotionActor } from './MotionActor';
 import { SurfaceActor } from './SurfaceActor';
 import { SymbolBuilder } from './Symbols';
-import { norm, type Vec3 } from './Vectors';
+import { at, norm, type Vec3 } from './Vectors';
 
 /** Parts of the diagonal of the model. */
 const LONGEST = 0.08;
 const SHORTEST = 0.012;
 const HEAD = 0.016;
 const CONE = 0.014;
-/** More arrows of a kind than this would hide the structure: of more, every second, third, ... node shows its own. */
-const MOST_ARROWS = 3000;
+/** More symbols of a kind than this would hide the structure: of more, those of every second, third, ... are drawn. */
+const MOST_SYMBOLS = 3000;
 /** Components below this part of the largest are round-off and not drawn. */
 const LEAST_PART = 1e-9;
 
@@ -66,59 +67,35 @@ export class SymbolActors {
 
   /** motion: 3 per node; size: diagonal of the model. */
   show(result: Result, motion: Float32Array, size: number): void {
-    const { model } = result;
     const builder = () => new SymbolBuilder(result.coordinates, motion);
-    const [forces, moments, inertia, supports] = [builder(), builder(), builder(), builder()];
-    if (model) {
-      const inertiaNodes = Uint32Array.from({ length: model.inertiaForces.length / DOFS }, (_, node) => node);
-      arrows(forces, model.forceNodes, model.forces, 0, size, 1);
-      arrows(moments, model.forceNodes, model.forces, 3, size, 2);
-      arrows(inertia, inertiaNodes, model.inertiaForces, 0, size, 1);
-      cones(supports, model, size);
-    }
-    this.forces.set(forces);
-    this.moments.set(moments);
-    this.inertia.set(inertia);
-    this.supports.set(supports);
+    const applied = appliedLoads(result);
+    this.forces.set(arrows(builder(), applied.forces, size, 1));
+    this.moments.set(arrows(builder(), applied.moments, size, 2));
+    this.inertia.set(arrows(builder(), inertiaLoads(result).forces, size, 1));
+    this.supports.set(cones(builder(), supports(result), size));
   }
 }
 
-/** first: of the three components among DOFS. */
-function arrows(
-  builder: SymbolBuilder,
-  nodes: Uint32Array,
-  components: Float32Array,
-  first: number,
-  size: number,
-  heads: number,
-): void {
-  const vector = (i: number): Vec3 => [
-    components[DOFS * i + first],
-    components[DOFS * i + first + 1],
-    components[DOFS * i + first + 2],
-  ];
-  let largest = 0;
-  for (let i = 0; i < nodes.length; ++i) largest = Math.max(largest, norm(vector(i)));
-  const drawn: number[] = [];
-  for (let i = 0; i < nodes.length; ++i) if (norm(vector(i)) > LEAST_PART * largest) drawn.push(i);
-  const step = Math.ceil(drawn.length / MOST_ARROWS) || 1;
-  for (let i = 0; i < drawn.length; i += step) {
-    const force = vector(drawn[i]);
-    const length = Math.max(SHORTEST, (LONGEST * norm(force)) / largest) * size;
-    builder.arrow(nodes[drawn[i]], force, length, HEAD * size, heads);
+function arrows(builder: SymbolBuilder, { nodes, vectors, longest }: Arrows, size: number, heads: number): SymbolBuilder {
+  const step = Math.ceil(nodes.length / MOST_SYMBOLS) || 1;
+  for (let i = 0; i < nodes.length; i += step) {
+    const vector = at(vectors, i);
+    if (norm(vector) < LEAST_PART * longest) continue;
+    const length = Math.max(SHORTEST, (LONGEST * norm(vector)) / longest) * size;
+    builder.arrow(nodes[i], vector, length, HEAD * size, heads);
   }
+  return builder;
 }
 
-function cones(builder: SymbolBuilder, model: ModelFacts, size: number): void {
+function cones(builder: SymbolBuilder, { nodes, bits }: Supports, size: number): SymbolBuilder {
   const length = CONE * size;
-  const step = Math.ceil(model.supportNodes.length / MOST_ARROWS) || 1;
-  for (let i = 0; i < model.supportNodes.length; i += step) {
+  const step = Math.ceil(nodes.length / MOST_SYMBOLS) || 1;
+  for (let i = 0; i < nodes.length; i += step) {
     for (let axis = 0; axis < 3; ++axis) {
       const direction: Vec3 = [axis === 0 ? 1 : 0, axis === 1 ? 1 : 0, axis === 2 ? 1 : 0];
-      const bits = model.supportBits[i];
-      const node = model.supportNodes[i];
-      if (bits & (1 << axis)) builder.cone(node, direction, length, 0.35 * length);
-      if (bits & (8 << axis)) builder.cone(node, direction, 0.5 * length, 0.35 * length, length);
+      if (bits[i] & (1 << axis)) builder.cone(nodes[i], direction, length, 0.35 * length);
+      if (bits[i] & (8 << axis)) builder.cone(nodes[i], direction, 0.5 * length, 0.35 * length, length);
     }
   }
+  return builder;
 }
