@@ -1,11 +1,12 @@
 // What is looked at, and how: all of it fits into the address of the page, so that a colleague sees the same view.
 
+import type { ColourMap } from '../model/ColourScale';
 import type { Face, Field } from '../model/FieldNames';
 
 export * from '../model/FieldNames';
+export type { ColourMap };
 
 export type EdgeKind = 'none' | 'mesh' | 'feature' | 'free';
-export type ColourMap = 'viridis' | 'cividis' | 'turbo' | 'coolwarm' | 'grey';
 export type Language = 'en' | 'zh';
 export type StandardView = 'iso' | 'front' | 'back' | 'left' | 'right' | 'top' | 'bottom';
 
