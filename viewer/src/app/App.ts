@@ -1,9 +1,8 @@
 // The page: brings together state, picture, panel, tools and texts. What each does stands in its own file.
 import type { Result } from '../model/Result';
 import type { Probe } from '../scene/SceneView';
-import { fitted, panned, turned, zoomed } from '../scene/Views';
 import type { Store } from '../state/Store';
-import type { Camera, Face, Language, ViewState } from '../state/ViewState';
+import type { Face, Language, StandardView, ViewState } from '../state/ViewState';
 import { CutPlot } from '../ui/CutPlot';
 import { CutTool } from '../ui/CutTool';
 import { copyText, make, save } from '../ui/Dom';
@@ -23,13 +22,9 @@ import { hasScale } from '../ui/panel/ColourSection';
 import { Panel, PanelFrame } from '../ui/panel/Panel';
 import { STANDARD_VIEWS } from '../ui/panel/ViewSection';
 import { composePicture, type PictureSize } from './Compose';
-import { fitBeside } from './FitBeside';
 import { categoryColour, fieldSubtitle, legendContent, overlayContent, type OverlaySource } from './OverlayContent';
 import type { PictureScene } from './PictureScene';
 
-const KEY_TURN = Math.PI / 24;
-const KEY_SHIFT = 0.1;
-const KEY_ZOOM = 1.2;
 const FACES: Face[] = ['larger', 'positive', 'negative', 'viewed'];
 const EDGES: ViewState['edges'][] = ['none', 'mesh', 'feature', 'free'];
 
@@ -115,11 +110,8 @@ export class App {
 
     fit(): void {
         if (!this.scene) return;
-        const at = this.scene.camera();
-        const { width, height } = this.area.size;
-        const box = this.scene.box();
-        const camera = fitted(at, box, width / height, this.store.state.parallel);
-        this.moveTo(fitBeside(camera, box, this.store.state.parallel, this.area.size, this.area.legendWidth));
+        this.leavePlace();
+        this.scene.fit();
     }
 
     private newScene(): PictureScene {
@@ -174,7 +166,7 @@ export class App {
 
     private newPanel(scene: PictureScene, result: Result): Panel {
         const swatch = (field: 'thickness' | 'section') => (number: number) =>
-            categoryColour(this.store.state, result, field, number);
+            categoryColour(this.store.state, field, number);
         return new Panel(
             {
                 store: this.store,
@@ -183,10 +175,7 @@ export class App {
                 scale: () => scene.scale(),
                 range: () => scene.range(),
                 fit: () => this.fit(),
-                setStandardView: (view) => {
-                    scene.setStandardView(view);
-                    this.fit();
-                },
+                setStandardView: (view) => this.standardView(view),
                 savePicture: (width, height) => void this.savePicture(width, height),
                 copyLink: () => void copyText(this.linkToView()).then(() => this.area.say(this.texts.copied)),
             },
@@ -322,44 +311,28 @@ export class App {
         });
     }
 
-    private moveTo(camera: Camera): void {
-        this.store.set({ camera });
-    }
-
     private key(event: KeyboardEvent): void {
         if (event.defaultPrevented || this.help.root.open) return;
         const action = actionOf(event);
         if (!action || (!this.scene && action !== 'help')) return;
         event.preventDefault();
-        this.act(action);
+        this.act(action, event);
     }
 
-    private act(action: Action): void {
-        const { store, scene } = this;
+    private act(action: Action, event: KeyboardEvent): void {
+        const { store } = this;
         const { state } = store;
-        const move = (change: (camera: Camera) => Camera): void => {
-            if (scene) this.moveTo(change(scene.camera()));
-        };
         const next = <T>(list: T[], value: T): T => list[(list.indexOf(value) + 1) % list.length];
         const acts: Record<Action, () => void> = {
-            left: () => move((camera) => turned(camera, -KEY_TURN, 0)),
-            right: () => move((camera) => turned(camera, KEY_TURN, 0)),
-            up: () => move((camera) => turned(camera, 0, -KEY_TURN)),
-            down: () => move((camera) => turned(camera, 0, KEY_TURN)),
-            panLeft: () => move((camera) => panned(camera, -KEY_SHIFT, 0)),
-            panRight: () => move((camera) => panned(camera, KEY_SHIFT, 0)),
-            panUp: () => move((camera) => panned(camera, 0, -KEY_SHIFT)),
-            panDown: () => move((camera) => panned(camera, 0, KEY_SHIFT)),
-            nearer: () => move((camera) => zoomed(camera, KEY_ZOOM)),
-            farther: () => move((camera) => zoomed(camera, 1 / KEY_ZOOM)),
+            camera: () => this.area.host.dispatchEvent(new KeyboardEvent('keydown', { key: event.key, shiftKey: event.shiftKey })),
             fit: () => this.fit(),
-            view1: () => this.standardView(0),
-            view2: () => this.standardView(1),
-            view3: () => this.standardView(2),
-            view4: () => this.standardView(3),
-            view5: () => this.standardView(4),
-            view6: () => this.standardView(5),
-            view7: () => this.standardView(6),
+            view1: () => this.standardView(STANDARD_VIEWS[0]),
+            view2: () => this.standardView(STANDARD_VIEWS[1]),
+            view3: () => this.standardView(STANDARD_VIEWS[2]),
+            view4: () => this.standardView(STANDARD_VIEWS[3]),
+            view5: () => this.standardView(STANDARD_VIEWS[4]),
+            view6: () => this.standardView(STANDARD_VIEWS[5]),
+            view7: () => this.standardView(STANDARD_VIEWS[6]),
             face: () => store.set({ face: next(FACES, state.face) }),
             deformed: () => store.set({ deformed: !state.deformed }),
             edges: () => store.set({ edges: next(EDGES, state.edges) }),
@@ -376,9 +349,14 @@ export class App {
         acts[action]();
     }
 
-    private standardView(index: number): void {
-        this.scene?.setStandardView(STANDARD_VIEWS[index]);
-        this.fit();
+    private standardView(view: StandardView): void {
+        this.leavePlace();
+        this.scene?.setStandardView(view);
+    }
+
+    /** The structure stands beside the legend, not behind it. */
+    private leavePlace(): void {
+        if (this.scene) this.scene.rightInset = this.area.legendWidth();
     }
 
     private escape(): void {

@@ -8,5 +8,6 @@ export interface PictureScene extends SceneView {
     onDraw(listener: () => void): void;
     /** Takes away the mark of goTo. */
     unmark(): void;
-    dispose(): void;
+    /** CSS pixels at the right of the picture that the structure is fitted beside. */
+    rightInset: number;
 }

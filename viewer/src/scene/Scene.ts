@@ -15,7 +15,7 @@ import { ShownResult } from './ShownResult';
 import { NO_VALUE, SurfaceActor } from './SurfaceActor';
 import { SymbolActors } from './SymbolActors';
 import { at, type Vec3 } from './Vectors';
-import { centred, fitted, standardView } from './Views';
+import { centred, fitted, panned, standardView } from './Views';
 import { VISIBILITY_KEYS } from './Visibility';
 
 /** Seconds of a full swing. */
@@ -41,6 +41,8 @@ const THEMES = {
 } as const;
 
 export class Scene implements SceneView {
+  /** CSS pixels at the right of the picture that the structure is fitted beside: there stands the legend. */
+  rightInset = 0;
   private readonly canvas: Canvas;
   private readonly control: CameraControl;
   private readonly axes: Axes;
@@ -131,12 +133,12 @@ export class Scene implements SceneView {
 
   fit(): void {
     if (!this.shown) return;
-    this.moveCamera(fitted(this.camera, this.shown.box(), this.aspect(), this.state.parallel));
+    this.moveCamera(this.beside(fitted(this.camera, this.shown.box(), this.aspect(), this.state.parallel)));
   }
 
   setStandardView(view: StandardView): void {
     if (!this.shown) return;
-    this.moveCamera(standardView(view, this.shown.box(), this.aspect(), this.state.parallel));
+    this.moveCamera(this.beside(standardView(view, this.shown.box(), this.aspect(), this.state.parallel)));
   }
 
   goTo(kind: 'node' | ElementKind | 'beam', number: number): boolean {
@@ -220,7 +222,12 @@ export class Scene implements SceneView {
 
   private aspect(): number {
     const [width, height] = this.canvas.size;
-    return width / height;
+    return Math.max(0.5 * width, width - this.rightInset) / height;
+  }
+
+  private beside(camera: Camera): Camera {
+    const [width, height] = this.canvas.size;
+    return panned(camera, -Math.min(0.5 * width, this.rightInset) / height, 0);
   }
 
   private projection(): Projection {

@@ -1,16 +1,8 @@
 // The keyboard map. Keys that a control under the focus needs stay with it.
 
 export type Action =
-    | 'left'
-    | 'right'
-    | 'up'
-    | 'down'
-    | 'panLeft'
-    | 'panRight'
-    | 'panUp'
-    | 'panDown'
-    | 'nearer'
-    | 'farther'
+    /** Turning, moving, zooming: the picture knows these keys itself. */
+    | 'camera'
     | 'fit'
     | 'view1'
     | 'view2'
@@ -33,13 +25,13 @@ export type Action =
     | 'escape';
 
 const KEYS: Record<string, Action> = {
-    ArrowLeft: 'left',
-    ArrowRight: 'right',
-    ArrowUp: 'up',
-    ArrowDown: 'down',
-    '+': 'nearer',
-    '=': 'nearer',
-    '-': 'farther',
+    ArrowLeft: 'camera',
+    ArrowRight: 'camera',
+    ArrowUp: 'camera',
+    ArrowDown: 'camera',
+    '+': 'camera',
+    '=': 'camera',
+    '-': 'camera',
     f: 'fit',
     '1': 'view1',
     '2': 'view2',
@@ -62,13 +54,6 @@ const KEYS: Record<string, Action> = {
     Escape: 'escape',
 };
 
-const SHIFTED: Record<string, Action> = {
-    ArrowLeft: 'panLeft',
-    ArrowRight: 'panRight',
-    ArrowUp: 'panUp',
-    ArrowDown: 'panDown',
-};
-
 /** What a key does, or undefined where the control that has the focus uses it itself. */
 export function actionOf(event: KeyboardEvent): Action | undefined {
     if (event.ctrlKey || event.metaKey || event.altKey || event.isComposing) return undefined;
@@ -81,7 +66,6 @@ export function actionOf(event: KeyboardEvent): Action | undefined {
     }
     // Where a table scrolls, the arrow keys scroll it.
     if (event.key.startsWith('Arrow') && target.classList.contains('scroll')) return undefined;
-    if (event.shiftKey && SHIFTED[event.key]) return SHIFTED[event.key];
     return KEYS[event.key] ?? KEYS[event.key.toLowerCase()];
 }
 

@@ -20,27 +20,35 @@ export interface OverlayContent {
     line?: [Point, Point];
 }
 
+/** Where things stand that were drawn. */
+export interface OverlayPlaces {
+    /** By flag; undefined: it found no place. */
+    flags: (Rectangle | undefined)[];
+    legend?: Rectangle;
+}
+
 const LINE = 15;
 const PAD = 5;
 
-/** size: logical pixels; the context is scaled to them. Gives back where flags stand, by flag. */
+/** size: logical pixels; the context is scaled to them. */
 export function drawOverlay(
     context: CanvasRenderingContext2D,
     size: { width: number; height: number },
     content: OverlayContent,
     colours: CanvasColours,
-): (Rectangle | undefined)[] {
+): OverlayPlaces {
     const taken: Rectangle[] = [];
     if (content.line) drawLine(context, content.line, colours);
     for (const marker of content.markers) taken.push(drawMarker(context, marker.at, marker.text, colours));
-    if (content.legend) taken.push(drawLegend(context, size, content.legend, colours));
+    const legend = content.legend && drawLegend(context, size, content.legend, colours);
+    if (legend) taken.push(legend);
 
     const anchors = content.flags.map((flag) => anchorOf(context, flag, colours));
     const labels = placeFlags(anchors, size, taken);
     // Leader lines first, so that none crosses a label.
     labels.forEach((label, i) => label && drawLeader(context, label, content.flags[i].at, colours));
     labels.forEach((label, i) => label && drawLabel(context, label, content.flags[i], colours));
-    return labels;
+    return { flags: labels, legend };
 }
 
 function anchorOf(context: CanvasRenderingContext2D, flag: Flag, colours: CanvasColours): Anchor {

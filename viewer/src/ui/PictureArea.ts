@@ -28,6 +28,7 @@ export class PictureArea {
   onClick: (at: Point) => void = () => undefined;
   /** Where the flags stand at present. */
   flagPlaces: (Rectangle | undefined)[] = [];
+  private legend?: Rectangle;
 
   constructor() {
     this.root.append(this.host, this.canvas, this.tooltip, this.hintBox, this.toast);
@@ -87,6 +88,12 @@ export class PictureArea {
     this.tooltip.hidden = true;
   }
 
+  /** CSS pixels that the legend covers from the right border on. */
+  legendWidth(): number {
+    this.draw();
+    return this.legend ? this.size.width - this.legend.x : 0;
+  }
+
   private draw(): void {
     const { width, height } = this.size;
     const ratio = window.devicePixelRatio || 1;
@@ -98,7 +105,9 @@ export class PictureArea {
     const context = this.canvas.getContext('2d')!;
     context.setTransform(ratio, 0, 0, ratio, 0, 0);
     context.clearRect(0, 0, width, height);
-    this.flagPlaces = drawOverlay(context, { width, height }, this.content(), canvasColours());
+    const places = drawOverlay(context, { width, height }, this.content(), canvasColours());
+    this.flagPlaces = places.flags;
+    this.legend = places.legend;
   }
 
   private pointOf(event: PointerEvent): Point {

@@ -107,7 +107,7 @@ export interface Texts {
         wallNode: (node: number, beam: number) => string;
         element: string;
         value: string;
-        here: string;
+        atNode: string;
         positive: string;
         negative: string;
         copy: string;
@@ -271,7 +271,7 @@ const english: Texts = {
         loads: 'Loads',
         inertia: 'Inertia loads',
         supports: 'Supports',
-        noModel: 'needs the model file (tarnvexo view, or open the report of --json)',
+        noModel: 'needs the model file: show the run with tarnvexo view',
         noInertia: 'these results hold no inertia loads',
         noneInModel: 'the model has none',
         visible: 'Visible',
@@ -328,7 +328,7 @@ const english: Texts = {
         wallNode: (node, beam) => `${node} of beam ${beam}`,
         element: 'element',
         value: 'value',
-        here: 'here',
+        atNode: 'at the node',
         positive: '+',
         negative: '−',
         copy: 'Copy',
@@ -491,7 +491,7 @@ const chinese: Texts = {
         loads: '载荷',
         inertia: '惯性载荷',
         supports: '约束',
-        noModel: '需要模型文件(tarnvexo view,或打开 --json 的报告)',
+        noModel: '需要模型文件:请用 tarnvexo view 显示该次计算',
         noInertia: '该结果不含惯性载荷',
         noneInModel: '模型中没有',
         visible: '可见部分',
@@ -548,7 +548,7 @@ const chinese: Texts = {
         wallNode: (node, beam) => `梁 ${beam} 的 ${node}`,
         element: '单元',
         value: '数值',
-        here: '此处',
+        atNode: '节点处',
         positive: '+',
         negative: '−',
         copy: '复制',
