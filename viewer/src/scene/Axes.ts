@@ -51,6 +51,9 @@ export class Axes {
       context.lineTo(SIZE / 2 + ARM * x, SIZE / 2 + ARM * y);
       context.stroke();
       const away = ARM + 9 / Math.max(0.4, Math.hypot(x, y));
+      context.lineWidth = 3;
+      context.strokeStyle = this.dark ? '#0008' : '#fff8';
+      context.strokeText(NAMES[axis], SIZE / 2 + away * x, SIZE / 2 + away * y);
       context.fillText(NAMES[axis], SIZE / 2 + away * x, SIZE / 2 + away * y);
     }
     context.restore();

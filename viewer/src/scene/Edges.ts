@@ -22,13 +22,34 @@ export function shownEdges(
   kind: Exclude<EdgeKind, 'none'>,
   shown: Uint8Array,
 ): Uint32Array {
-  const ofShells = nodesOf(result, edgeLines(result, edges, KINDS[kind], shown)).filter(isShell(result));
+  const ofShells = shellEdges(result, edges, kind, shown);
   if (kind === 'free' || result.beams.count === 0) return ofShells;
   const ofWalls = wallLines(result, nodesOf(result, edgeLines(result, edges, FEATURE_EDGE, shown)));
   const lines = new Uint32Array(ofShells.length + ofWalls.length);
   lines.set(ofShells);
   lines.set(ofWalls, ofShells.length);
   return lines;
+}
+
+/** 2 nodes per line: what one needs to see of the undeformed structure; beams by their axes where there is no shell. */
+export function outline(result: Result, edges: MeshEdges): Uint32Array {
+  if (result.shellQuads > 0 || result.tris.length > 0) return shellEdges(result, edges, 'feature');
+  const ends = new Uint32Array(2 * result.beams.count);
+  for (let beam = 0; beam < result.beams.count; ++beam) {
+    // The first and last node of a section model are the ends of its beam.
+    ends[2 * beam] = result.beams.nodeBegin[beam];
+    ends[2 * beam + 1] = result.beams.nodeBegin[beam + 1] - 1;
+  }
+  return ends;
+}
+
+function shellEdges(
+  result: Result,
+  edges: MeshEdges,
+  kind: Exclude<EdgeKind, 'none'>,
+  shown?: Uint8Array,
+): Uint32Array {
+  return nodesOf(result, edgeLines(result, edges, KINDS[kind], shown)).filter(isShell(result));
 }
 
 const nodesOf = (result: Result, lines: Uint32Array) => lines.map((vertex) => result.vertexNodes[vertex]);

@@ -4,7 +4,7 @@ import { MotionActor, type ShaderReplacement } from './MotionActor';
 export class LineActor extends MotionActor {
   /** onTop: also in front of what hides it. */
   constructor(width: number, options: { onTop?: boolean; discs?: boolean } = {}) {
-    super([...(options.onTop ? ON_TOP : []), ...(options.discs ? DISCS : [])], []);
+    super([options.onTop ? ON_TOP : NEARER, ...(options.discs ? DISCS : [])], []);
     const property = this.actor.getProperty();
     property.setLighting(false);
     property.setInterpolationToFlat();
@@ -26,14 +26,22 @@ export class LineActor extends MotionActor {
   }
 }
 
-const ON_TOP: ShaderReplacement[] = [
-  {
+const ON_TOP = depth('-0.999 * gl_Position.w + 0.001 * gl_Position.z');
+
+/**
+ * By so little that nothing shines through, but enough for edges of plates where the walls of a stiffener, which bend
+ * within the element, come out of the plate by a hair.
+ */
+const NEARER = depth('gl_Position.z - 0.0005 * gl_Position.w');
+
+function depth(expression: string): ShaderReplacement {
+  return {
     shaderType: 'Vertex',
     replaceFirst: false,
     originalValue: '//VTK::Light::Impl',
-    replacementValue: 'gl_Position.z = -0.999 * gl_Position.w + 0.001 * gl_Position.z;',
-  },
-];
+    replacementValue: `gl_Position.z = ${expression};`,
+  };
+}
 
 const DISCS: ShaderReplacement[] = [
   {

@@ -47,7 +47,7 @@ export abstract class MotionActor {
 
   constructor(replacements: ShaderReplacement[], attributes: string[]) {
     // Picking does not go through the library: it need not note which cell each point is of.
-    this.mapper.setPopulateSelectionSettings(false);
+    (this.mapper as unknown as { setPopulateSelectionSettings(on: boolean): void }).setPopulateSelectionSettings(false);
     this.mapper.setCustomShaderAttributes(['motion', ...attributes]);
     const properties = this.mapper.getViewSpecificProperties() as Record<string, unknown>;
     properties.OpenGL = {

@@ -1,11 +1,13 @@
 // The three-dimensional picture of a result: brings together what is shown, its actors and the camera.
+import { isMotionField, isPropertyField, isStressField } from '../model/Fields';
 import type { Result } from '../model/Result';
 import type { Camera, StandardView, ViewState } from '../state/ViewState';
-import { look } from './Appearance';
+import { surfaceLook, themeOf } from './Appearance';
 import { Axes } from './Axes';
 import { CameraControl } from './CameraControl';
 import { Canvas } from './Canvas';
-import { shownEdges } from './Edges';
+import { categories } from './Categories';
+import { outline, shownEdges } from './Edges';
 import { LineActor } from './LineActor';
 import { bounds, diagonal, union, widened, type Bounds } from './Motion';
 import type { MotionActor } from './MotionActor';
@@ -23,22 +25,18 @@ const PERIOD = 2;
 /** What is found is shown in a picture that is at least this part of the model high. */
 const FOUND_PART = 0.08;
 
-const THEMES = {
-  light: {
-    background: [1, 1, 1],
-    mesh: [0, 0, 0, 0.28],
-    feature: [0, 0, 0, 0.75],
-    outline: [0.55, 0.55, 0.55, 1],
-    mark: [0.85, 0, 0.45, 1],
-  },
-  dark: {
-    background: [0.098, 0.106, 0.118],
-    mesh: [0, 0, 0, 0.4],
-    feature: [0.93, 0.93, 0.93, 0.7],
-    outline: [0.6, 0.6, 0.6, 1],
-    mark: [1, 0.35, 0.75, 1],
-  },
-} as const;
+/** Parts of the state, besides those of values and visibility, that change colours or their limits. */
+const LOOK_KEYS = [
+  'limits',
+  'bands',
+  'bandCount',
+  'colourMap',
+  'logarithmic',
+  'dark',
+  'clip',
+  'deformed',
+  'scale',
+] as const satisfies readonly (keyof ViewState)[];
 
 export class Scene implements SceneView {
   /** CSS pixels at the right of the picture that the structure is fitted beside: there stands the legend. */
@@ -125,7 +123,7 @@ export class Scene implements SceneView {
       if (any('undeformedOutline', 'deformed')) this.updateOutline();
       if (changed.has('clip')) this.updateClip();
       if (any('deformed', 'scale', 'animated')) this.updateScale();
-      this.updateLook();
+      if (visibility || values || any(...LOOK_KEYS)) this.updateLook();
       if (changed.has('camera') && state.camera) this.moveCamera(state.camera);
     }
     this.canvas.draw();
@@ -169,9 +167,7 @@ export class Scene implements SceneView {
 
   range(): [number, number] | undefined {
     if (!this.hasRange()) return undefined;
-    if (this.state.limits) return this.state.limits;
-    const found = this.shown?.extremes();
-    return found && [found.min.value, found.max.value];
+    return this.state.limits ?? this.shown?.range(this.state);
   }
 
   scale(): number {
@@ -217,7 +213,7 @@ export class Scene implements SceneView {
   }
 
   private hasRange(): boolean {
-    return this.state.field !== 'none';
+    return isStressField(this.state.field) || isMotionField(this.state.field);
   }
 
   private aspect(): number {
@@ -247,7 +243,9 @@ export class Scene implements SceneView {
   }
 
   private updateSurface(): void {
-    const { surface, motion, values, visible, result } = this.shown!;
+    const { surface, motion, visible, result } = this.shown!;
+    const { positive, negative } = this.shown!.values;
+    const colouring = this.colouring();
     const corners = surface.cornerNode.length;
     const points = new Float32Array(3 * corners);
     const motions = new Float32Array(3 * corners);
@@ -258,9 +256,8 @@ export class Scene implements SceneView {
         points[3 * corner + axis] = result.coordinates[node + axis];
         motions[3 * corner + axis] = motion[node + axis];
       }
-      const { positive, negative } = values;
-      pairs[2 * corner] = Number.isFinite(positive[corner]) ? positive[corner] : NO_VALUE;
-      pairs[2 * corner + 1] = Number.isFinite(negative[corner]) ? negative[corner] : NO_VALUE;
+      pairs[2 * corner] = colouring(positive[corner]);
+      pairs[2 * corner + 1] = colouring(negative[corner]);
     }
     const polys = new Uint32Array((4 * surface.triangles.length) / 3);
     let length = 0;
@@ -272,22 +269,29 @@ export class Scene implements SceneView {
     this.faces.setGeometry({ points, motion: motions, values: pairs, polys: polys.subarray(0, length) });
   }
 
+  /** What the shader shall get for a value. */
+  private colouring(): (value: number) => number {
+    if (!isPropertyField(this.state.field)) return (value) => (Number.isFinite(value) ? value : NO_VALUE);
+    const numbers = new Map(categories(this.shown!.result, this.state.field).map(({ value }, i) => [value, i]));
+    return (value) => numbers.get(value) ?? NO_VALUE;
+  }
+
   private updateEdges(): void {
     const { result, visible } = this.shown!;
     const { edges } = this.state;
-    const theme = THEMES[this.state.dark ? 'dark' : 'light'];
-    this.edges.setColour([...(edges === 'mesh' ? theme.mesh : theme.feature)]);
+    const theme = themeOf(this.state);
+    this.edges.setColour(edges === 'mesh' ? theme.mesh : theme.feature);
+    this.edges.setWidth(edges === 'free' ? 2 : 1);
     this.edges.setVisible(edges !== 'none');
     if (edges !== 'none') this.setLines(this.edges, shownEdges(result, this.shown!.edges(), edges, visible));
   }
 
   private updateOutline(): void {
-    const { surface, result } = this.shown!;
+    const { result } = this.shown!;
     const drawn = this.state.undeformedOutline && this.state.deformed;
     this.outline.setVisible(drawn);
     if (!drawn) return;
-    const structure = new Uint8Array(surface.elementCount).fill(1);
-    this.setLines(this.outline, shownEdges(result, this.shown!.edges(), 'feature', structure));
+    this.setLines(this.outline, outline(result, this.shown!.edges()));
   }
 
   private setLines(actor: LineActor, ends: Uint32Array): void {
@@ -345,15 +349,15 @@ export class Scene implements SceneView {
   }
 
   private updateLook(): void {
-    this.faces.look = look(this.state, this.range());
+    this.faces.look = surfaceLook(this.state, this.range());
   }
 
   private applyTheme(): void {
-    const theme = THEMES[this.state.dark ? 'dark' : 'light'];
+    const theme = themeOf(this.state);
     this.axes.dark = this.state.dark;
-    this.canvas.setBackground(...(theme.background as unknown as Vec3));
-    this.outline.setColour([...theme.outline]);
-    this.mark.setColour([...theme.mark]);
-    this.markRings.setColour([...theme.mark]);
+    this.canvas.setBackground(...theme.background);
+    this.outline.setColour(theme.outline);
+    this.mark.setColour(theme.mark);
+    this.markRings.setColour(theme.mark);
   }
 }

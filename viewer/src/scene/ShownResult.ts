@@ -1,5 +1,6 @@
 // A result as it is shown at present, without the picture of it: what is visible, which values and places its corners
 // have, and what can be asked about them. Whatever is dear is made when it is first asked for.
+import { logarithmicLimits, niceLimits } from '../model/ColourScale';
 import type { FacePair } from '../model/Fields';
 import type { Result } from '../model/Result';
 import { meshEdges, type MeshEdges } from '../model/Topology';
@@ -108,6 +109,18 @@ export class ShownResult {
     return this.found;
   }
 
+  /** Limits of the colours: round numbers around the values shown; undefined where there are none. */
+  range(state: Pick<ViewState, 'logarithmic' | 'bandCount'>): [number, number] | undefined {
+    const found = this.extremes();
+    if (!found) return undefined;
+    if (!state.logarithmic) return niceLimits(found.min.value, found.max.value, state.bandCount);
+    const { positive, negative } = this.values;
+    const shown = this.shownCorners();
+    const limits = [positive, negative].map((values) => logarithmicLimits(values, shown).limits);
+    if (limits[0] && limits[1]) return [Math.min(limits[0][0], limits[1][0]), Math.max(limits[0][1], limits[1][1])];
+    return limits[0] ?? limits[1];
+  }
+
   cut(rays: [Ray, Ray]): CutLine[] {
     return cutSurface(this.surface, this.values, this.visible, this.places(), rays, this.clip);
   }
@@ -147,6 +160,14 @@ export class ShownResult {
     if (begin + number >= end) return undefined;
     const ring = elementRing(begin + number);
     return { nodes: ring, rings: [ring] };
+  }
+
+  /** 1 for each corner that is neither hidden nor cut away. */
+  private shownCorners(): Uint8Array {
+    const { surface, visible, clip } = this;
+    return Uint8Array.from(surface.cornerNode, (node, corner) =>
+      visible[surface.elementOfCorner(corner)] && isKept(clip, at(this.places(), node)) ? 1 : 0,
+    );
   }
 
   private probeAt(hit: Hit, point: Vec3, direction: Vec3): Probe {

@@ -4,6 +4,7 @@
 import { appliedLoads, inertiaLoads, supports, type Arrows, type Supports } from '../model/Loads';
 import type { Result } from '../model/Result';
 import type { ViewState } from '../state/ViewState';
+import { themeOf, type Rgb } from './Appearance';
 import { LineActor } from './LineActor';
 import type { MotionActor } from './MotionActor';
 import { SurfaceActor } from './SurfaceActor';
@@ -20,27 +21,16 @@ const MOST_SYMBOLS = 3000;
 /** Components below this part of the largest are round-off and not drawn. */
 const LEAST_PART = 1e-9;
 
-type Rgb = [number, number, number];
-const COLOURS: Record<'force' | 'moment' | 'inertia' | 'support', { light: Rgb; dark: Rgb }> = {
-  force: { light: [0.75, 0.1, 0.1], dark: [1, 0.45, 0.4] },
-  moment: { light: [0.55, 0.1, 0.55], dark: [0.9, 0.5, 0.9] },
-  inertia: { light: [0.1, 0.35, 0.75], dark: [0.45, 0.7, 1] },
-  support: { light: [0.15, 0.45, 0.2], dark: [0.5, 0.85, 0.5] },
-};
-
 class Symbols {
   readonly faces = new SurfaceActor();
   readonly lines = new LineActor(2);
-
-  constructor(private readonly colour: { light: Rgb; dark: Rgb }) {}
 
   set(builder: SymbolBuilder): void {
     this.faces.setGeometry(builder.faceGeometry());
     this.lines.setGeometry(builder.lineGeometry());
   }
 
-  show(visible: boolean, dark: boolean): void {
-    const colour = dark ? this.colour.dark : this.colour.light;
+  show(visible: boolean, colour: Rgb): void {
     this.faces.look = { ...this.faces.look, mode: 'plain', colours: Float32Array.from(colour) };
     this.lines.setColour([...colour, 1]);
     this.faces.setVisible(visible);
@@ -49,20 +39,21 @@ class Symbols {
 }
 
 export class SymbolActors {
-  private readonly forces = new Symbols(COLOURS.force);
-  private readonly moments = new Symbols(COLOURS.moment);
-  private readonly inertia = new Symbols(COLOURS.inertia);
-  private readonly supports = new Symbols(COLOURS.support);
+  private readonly forces = new Symbols();
+  private readonly moments = new Symbols();
+  private readonly inertia = new Symbols();
+  private readonly supports = new Symbols();
 
   get actors(): MotionActor[] {
     return [this.forces, this.moments, this.inertia, this.supports].flatMap((each) => [each.lines, each.faces]);
   }
 
   apply(state: ViewState): void {
-    this.forces.show(state.showLoads, state.dark);
-    this.moments.show(state.showLoads, state.dark);
-    this.inertia.show(state.showInertia, state.dark);
-    this.supports.show(state.showSupports, state.dark);
+    const theme = themeOf(state);
+    this.forces.show(state.showLoads, theme.force);
+    this.moments.show(state.showLoads, theme.moment);
+    this.inertia.show(state.showInertia, theme.inertia);
+    this.supports.show(state.showSupports, theme.support);
   }
 
   /** motion: 3 per node; size: diagonal of the model. */

@@ -3,7 +3,7 @@
 import type { Camera, StandardView } from '../state/ViewState';
 import type { Bounds } from './Motion';
 import { HALF_ANGLE_TANGENT, Projection } from './Projection';
-import { add, minus, rotated, scaled, unit, type Vec3 } from './Vectors';
+import { add, dot, minus, rotated, scaled, unit, type Vec3 } from './Vectors';
 
 /** Where the eye stands, and what is up: z, and from above and below y. */
 const STANDARD: Record<StandardView, { from: Vec3; up: Vec3 }> = {
@@ -23,12 +23,14 @@ const MARGIN = 1.08;
 export function fitted(camera: Camera, box: Bounds, aspect: number, parallel: boolean): Camera {
   const { right, up, forward } = new Projection(camera, true, 1, 1);
   const centre: Vec3 = [(box[0] + box[1]) / 2, (box[2] + box[3]) / 2, (box[4] + box[5]) / 2];
-  const size: Vec3 = [box[1] - box[0], box[3] - box[2], box[5] - box[4]];
-  const extent = (axis: Vec3) => axis.reduce((sum, part, i) => sum + Math.abs(part) * size[i], 0);
-  // What is nearer than the middle of the box is larger in perspective.
-  const nearer = parallel ? 0 : HALF_ANGLE_TANGENT * extent(forward);
-  const half = (MARGIN * (Math.max(extent(up), extent(right) / aspect) + nearer)) / 2 || 1;
-  return centred(camera, centre, half);
+  let half = 0;
+  for (let corner = 0; corner < 8; ++corner) {
+    const from = minus([box[corner & 1], box[2 + ((corner >> 1) & 1)], box[4 + (corner >> 2)]], centre);
+    const height = MARGIN * Math.max(Math.abs(dot(from, up)), Math.abs(dot(from, right)) / aspect);
+    // What is nearer than the middle of the box is larger in perspective.
+    half = Math.max(half, height - (parallel ? 0 : HALF_ANGLE_TANGENT * dot(from, forward)));
+  }
+  return centred(camera, centre, half || 1);
 }
 
 export function standardView(view: StandardView, box: Bounds, aspect: number, parallel: boolean): Camera {
