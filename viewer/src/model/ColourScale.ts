@@ -67,8 +67,8 @@ export function valueAt(position: number, [low, high]: readonly [number, number]
 
 /**
  * Limits around [min, max] such that all borders of so many bands are round numbers: multiples of a step of 1, 1.2, 1.5,
- * 2, 2.5, 3, 4, 5, 6 or 8 times a power of ten, the least that will do. Zero is a limit where all values are on one side
- * of it and reach nearly to it.
+ * 2, 2.5, 3, 4, 5, 6 or 8 times a power of ten, the least that will do. Zero is a limit where the values nearest to it
+ * are less than a band away.
  */
 export function niceLimits(min: number, max: number, bands: number): [number, number] {
     const largest = Math.max(Math.abs(min), Math.abs(max));
