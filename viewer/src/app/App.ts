@@ -22,7 +22,7 @@ import { hasScale } from '../ui/panel/ColourSection';
 import { Panel, PanelFrame } from '../ui/panel/Panel';
 import { STANDARD_VIEWS } from '../ui/panel/ViewSection';
 import { composePicture, type PictureSize } from './Compose';
-import { categoryColour, fieldSubtitle, legendContent, overlayContent, type OverlaySource } from './OverlayContent';
+import { fieldSubtitle, legendContent, overlayContent, type OverlaySource } from './OverlayContent';
 import type { PictureScene } from './PictureScene';
 
 const FACES: Face[] = ['larger', 'positive', 'negative', 'viewed'];
@@ -165,8 +165,6 @@ export class App {
     }
 
     private newPanel(scene: PictureScene, result: Result): Panel {
-        const swatch = (field: 'thickness' | 'section') => (number: number) =>
-            categoryColour(this.store.state, field, number);
         return new Panel(
             {
                 store: this.store,
@@ -179,7 +177,6 @@ export class App {
                 savePicture: (width, height) => void this.savePicture(width, height),
                 copyLink: () => void copyText(this.linkToView()).then(() => this.area.say(this.texts.copied)),
             },
-            { thickness: swatch('thickness'), section: swatch('section') },
         );
     }
 

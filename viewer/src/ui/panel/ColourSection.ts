@@ -1,11 +1,11 @@
+import { isPropertyField } from '../../model/Fields';
 import type { ColourMap, ViewState } from '../../state/ViewState';
 import { check, choice, numberBox, section, select } from '../Controls';
-import { PROPERTY_FIELDS, type Field } from '../../state/ViewState';
 import type { PanelContext, PanelSection } from './PanelContext';
 
 /** Whether the field has values on a scale, so that limits, bands and flags mean something. */
 export function hasScale(state: Readonly<ViewState>): boolean {
-    return state.field !== 'none' && !(PROPERTY_FIELDS as readonly Field[]).includes(state.field);
+    return state.field !== 'none' && !isPropertyField(state.field);
 }
 
 /** How values become colours. */

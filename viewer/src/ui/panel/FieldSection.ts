@@ -6,14 +6,11 @@ import {
     type Field,
     type ViewState,
 } from '../../state/ViewState';
+import { isStressField } from '../../model/Fields';
 import { choice, section, select } from '../Controls';
 import type { PanelContext, PanelSection } from './PanelContext';
 
 const PRINCIPAL: readonly Field[] = ['S1', 'S2', 'S3'];
-
-export function isStress(state: Readonly<ViewState>): boolean {
-    return (STRESS_FIELDS as readonly Field[]).includes(state.field);
-}
 
 /** What is shown: the field, on which face, how averaged. */
 export function fieldSection({ store, result, texts }: PanelContext): PanelSection {
@@ -21,7 +18,7 @@ export function fieldSection({ store, result, texts }: PanelContext): PanelSecti
     const named = (fields: readonly Field[]): [Field, string][] => fields.map((field) => [field, texts.fields[field]]);
     // Without the model file only the side is known of the properties.
     const properties = PROPERTY_FIELDS.filter((field) => field === 'side' || result.model !== undefined);
-    const notStress = (state: Readonly<ViewState>): string | undefined => (isStress(state) ? undefined : t.notStress);
+    const notStress = (state: Readonly<ViewState>): string | undefined => (isStressField(state.field) ? undefined : t.notStress);
 
     const controls = [
         select<Field>(

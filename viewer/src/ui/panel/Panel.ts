@@ -15,13 +15,13 @@ export class Panel {
     readonly root: HTMLElement;
     private controls: Control[] = [];
 
-    constructor(context: PanelContext, swatches: Parameters<typeof visibleSection>[1]) {
+    constructor(context: PanelContext) {
         const sections = [
             fieldSection(context),
             colourSection(context),
             deformationSection(context),
             symbolSection(context),
-            visibleSection(context, swatches),
+            visibleSection(context),
             clipSection(context),
             viewSection(context),
         ];

@@ -1,3 +1,4 @@
+import { categories } from '../../scene/Categories';
 import type { ViewState } from '../../state/ViewState';
 import { button, make } from '../Dom';
 import { check, section, type Control } from '../Controls';
@@ -22,7 +23,6 @@ type HiddenKey = 'hiddenThicknesses' | 'hiddenSections';
 /** Which elements are shown: by kind, thickness and section. */
 export function visibleSection(
     { store, result, texts }: PanelContext,
-    swatches: { thickness: (number: number) => string; section: (number: number) => string },
 ): PanelSection {
     const t = texts.panel;
     const counted = (name: string, count: number): Node =>
@@ -88,7 +88,11 @@ export function visibleSection(
         roots.push(head, box);
     };
 
-    const model = result.model;
+    const colours = (field: 'thickness' | 'section'): Map<number, string> =>
+    new Map(categories(result, field).map(({ value, colour }) => [value, colour]));
+  const ofThickness = colours('thickness');
+  const ofSection = colours('section');
+  const model = result.model;
     if (model) {
         const shells = countByNumber(model.thicknesses.length, model.quadThickness, model.triThickness);
         const beams = countByNumber(model.sections.length, model.beamSection);
@@ -98,13 +102,13 @@ export function visibleSection(
             model.thicknesses.map((thickness, number) => ({
                 text: numberText(thickness),
                 count: shells[number],
-                colour: swatches.thickness(number),
+                colour: ofThickness.get(Math.fround(thickness)) ?? '',
             })),
         );
         list(
             t.sections,
             'hiddenSections',
-            model.sections.map((text, number) => ({ text, count: beams[number], colour: swatches.section(number) })),
+            model.sections.map((text, number) => ({ text, count: beams[number], colour: ofSection.get(number) ?? '' })),
         );
     }
     return { root: section(t.visible, model !== undefined, ...roots), controls };
