@@ -19,8 +19,8 @@ export class PacketFault extends Error {
 
 export interface Packet {
     result: Result;
-    /** State of the view to begin with, as the address of the page has it. */
-    view?: unknown;
+    /** State of the view to begin with, as the address of the page has it: text. */
+    view?: string;
 }
 
 interface Head {
@@ -32,7 +32,7 @@ interface Head {
     thicknesses?: number[];
     sections?: string[];
     materials?: ModelFacts['materials'];
-    view?: unknown;
+    view?: string;
 }
 
 interface ArrayPlace {
@@ -179,9 +179,9 @@ class PacketReader {
                 nodeBegin: this.begins('beamNodeBegin', structureNodes, nodes),
             },
         };
-        const tris3 = tris.length / 3;
-        if (this.has('ownQuadPositive')) result.own = this.readOwn(shellQuads, tris3);
-        if (this.has('quadThickness')) result.model = this.readModel(result, tris3);
+        const triCount = tris.length / 3;
+        if (this.has('ownQuadPositive')) result.own = this.readOwn(shellQuads, triCount);
+        if (this.has('quadThickness')) result.model = this.readModel(result, triCount);
         return { result, view: this.head.view };
     }
 
@@ -211,6 +211,7 @@ class PacketReader {
         for (const name of ['structureNodes', 'shellQuads', 'beamCount']) {
             if (!isCount(head[name])) fault(`its head has no "${name}"`, 'a count from 0');
         }
+        if (head.view !== undefined && typeof head.view !== 'string') fault('its "view" is no text', 'a text, or none');
         this.head = head as unknown as Head;
     }
 

@@ -87,6 +87,7 @@ describe('a damaged packet', () => {
         ['its head has no "beamCount"', (head) => (head.beamCount = -1)],
         ['"structureNodes" is more than there are nodes', (head) => (head.structureNodes = 9)],
         ['"shellQuads" is more than there are quads', (head) => (head.shellQuads = 3)],
+        ['its "view" is no text', (head) => (head.view = {})],
         ['its head has no "thicknesses"', (head) => delete head.thicknesses],
         ['its head has no "materials"', (head) => (head.materials = [{ E: 1 }])],
         ['there is no array "positiveFace"', (head) => delete head.arrays.positiveFace],
