@@ -165,27 +165,28 @@ export class App {
     }
 
     private newPanel(scene: PictureScene, result: Result): Panel {
-        return new Panel(
-            {
-                store: this.store,
-                result,
-                texts: this.texts,
-                scale: () => scene.scale(),
-                range: () => scene.range(),
-                fit: () => this.fit(),
-                setStandardView: (view) => this.standardView(view),
-                savePicture: (width, height) => void this.savePicture(width, height),
-                copyLink: () => void copyText(this.linkToView()).then(() => this.area.say(this.texts.copied)),
-            },
-        );
+        return new Panel({
+            store: this.store,
+            result,
+            texts: this.texts,
+            scale: () => scene.scale(),
+            range: () => scene.range(),
+            fit: () => this.fit(),
+            setStandardView: (view) => this.standardView(view),
+            savePicture: (width, height) => void this.savePicture(width, height),
+            copyLink: () => void copyText(this.linkToView()).then(() => this.area.say(this.texts.copied)),
+        });
     }
 
     /** The legend in words, for those who do not see it. */
     private describe(): void {
         const source = this.source();
         const legend = source && legendContent(source);
-        const range = legend?.key?.kind === 'scale' ? legend.key.range.map((value) => numberText(value)).join(' … ') : '';
-        const words = legend ? [legend.title, legend.subtitle, range, ...legend.notes].filter((text) => text !== '') : [];
+        const range =
+            legend?.key?.kind === 'scale' ? legend.key.range.map((value) => numberText(value)).join(' … ') : '';
+        const words = legend
+            ? [legend.title, legend.subtitle, range, ...legend.notes].filter((text) => text !== '')
+            : [];
         this.area.describe(this.texts.pictureLabel, words.join(', '));
     }
 
@@ -321,7 +322,10 @@ export class App {
         const { state } = store;
         const next = <T>(list: T[], value: T): T => list[(list.indexOf(value) + 1) % list.length];
         const acts: Record<Action, () => void> = {
-            camera: () => this.area.host.dispatchEvent(new KeyboardEvent('keydown', { key: event.key, shiftKey: event.shiftKey })),
+            camera: () =>
+                this.area.host.dispatchEvent(
+                    new KeyboardEvent('keydown', { key: event.key, shiftKey: event.shiftKey }),
+                ),
             fit: () => this.fit(),
             view1: () => this.standardView(STANDARD_VIEWS[0]),
             view2: () => this.standardView(STANDARD_VIEWS[1]),

@@ -18,7 +18,8 @@ export function fieldSection({ store, result, texts }: PanelContext): PanelSecti
     const named = (fields: readonly Field[]): [Field, string][] => fields.map((field) => [field, texts.fields[field]]);
     // Without the model file only the side is known of the properties.
     const properties = PROPERTY_FIELDS.filter((field) => field === 'side' || result.model !== undefined);
-    const notStress = (state: Readonly<ViewState>): string | undefined => (isStressField(state.field) ? undefined : t.notStress);
+    const notStress = (state: Readonly<ViewState>): string | undefined =>
+        isStressField(state.field) ? undefined : t.notStress;
 
     const controls = [
         select<Field>(

@@ -21,9 +21,7 @@ interface Entry {
 type HiddenKey = 'hiddenThicknesses' | 'hiddenSections';
 
 /** Which elements are shown: by kind, thickness and section. */
-export function visibleSection(
-    { store, result, texts }: PanelContext,
-): PanelSection {
+export function visibleSection({ store, result, texts }: PanelContext): PanelSection {
     const t = texts.panel;
     const counted = (name: string, count: number): Node =>
         make('span', { class: 'counted' }, name, make('span', { class: 'count' }, String(count)));
@@ -89,10 +87,10 @@ export function visibleSection(
     };
 
     const colours = (field: 'thickness' | 'section'): Map<number, string> =>
-    new Map(categories(result, field).map(({ value, colour }) => [value, colour]));
-  const ofThickness = colours('thickness');
-  const ofSection = colours('section');
-  const model = result.model;
+        new Map(categories(result, field).map(({ value, colour }) => [value, colour]));
+    const ofThickness = colours('thickness');
+    const ofSection = colours('section');
+    const model = result.model;
     if (model) {
         const shells = countByNumber(model.thicknesses.length, model.quadThickness, model.triThickness);
         const beams = countByNumber(model.sections.length, model.beamSection);
