@@ -36,7 +36,6 @@ export class CameraControl {
   }
 
   private begin(event: PointerEvent): void {
-    this.element.focus({ preventScroll: true });
     this.element.setPointerCapture(event.pointerId);
     this.drag = { pointer: event.pointerId, x: event.clientX, y: event.clientY, shifts: event.button !== 0 || event.shiftKey };
   }

@@ -18,12 +18,16 @@ export class Canvas {
   /** Called after the picture was drawn. */
   afterDrawing: () => void = () => {};
 
+  /** Milliseconds until the last picture was through, which goes on after drawNow. */
+  drawingTime = 0;
+
   private readonly renderer = vtkRenderer.newInstance();
   private readonly window = vtkRenderWindow.newInstance();
   private readonly view = vtkOpenGLRenderWindow.newInstance();
   private readonly observer: ResizeObserver;
   private requested = 0;
   private pixelRatio = 1;
+  private lastBegin = 0;
 
   constructor(readonly container: HTMLElement) {
     this.window.addRenderer(this.renderer);
@@ -87,10 +91,17 @@ export class Canvas {
   drawNow(): void {
     cancelAnimationFrame(this.requested);
     this.requested = 0;
+    const begin = performance.now();
     this.beforeDrawing();
-    this.pushSurfacesBack();
     this.window.render();
     this.afterDrawing();
+    // The browser asks for no further picture before the last but one is through.
+    requestAnimationFrame(() =>
+      requestAnimationFrame(() => {
+        if (begin === this.lastBegin) this.drawingTime = performance.now() - begin;
+      }),
+    );
+    this.lastBegin = begin;
   }
 
   /** A copy of the picture in another size, in pixels; rejected where the graphics card cannot draw so large a one. */
@@ -119,15 +130,8 @@ export class Canvas {
     this.element.style.height = `${height}px`;
   }
 
-  /** There is none before the first drawing. The library has it, but does not declare it. */
+  /** The library has it, but does not declare it. There is none before the first drawing. */
   private graphics(): WebGL2RenderingContext | null {
     return (this.view as unknown as { getContext(): WebGL2RenderingContext | null }).getContext();
-  }
-
-  /** In depth, by the slope of the surface, so that lines on it are not covered by it. */
-  private pushSurfacesBack(): void {
-    const gl = this.graphics();
-    gl?.enable(gl.POLYGON_OFFSET_FILL);
-    gl?.polygonOffset(1.5, 2);
   }
 }

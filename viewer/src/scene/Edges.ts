@@ -2,19 +2,19 @@
 import type { Result } from '../model/Result';
 import { edgeLines, FEATURE_EDGE, FREE_EDGE, type MeshEdges } from '../model/Topology';
 import type { EdgeKind } from '../state/ViewState';
-import { at, cross, dot, minus, norm } from './Vectors';
+import { at, cross, dot, minus, norm, unit } from './Vectors';
 
 const KINDS: Record<Exclude<EdgeKind, 'none'>, number> = { mesh: 0, feature: FEATURE_EDGE, free: FREE_EDGE };
 
-/** Below this part of its length a beam's own coordinates, of six digits, do not tell a place from its axis. */
-const ON_AXIS = 1e-3;
+/** A part of the height of a section: so near to the axis it is joined to a plate there, or its axis runs within it. */
+const ON_AXIS = 0.1;
 /** Cosine to the axis of what runs along a beam. */
 const ALONG = 0.9;
 
 /**
  * 2 nodes per line, of elements that are shown. The section walls of beams are no mesh of the model: they have no free
- * edges to be looked for; features are their lines along the beam, but for those on its axis, which mostly lies
- * within a plate and would shine through it; the mesh has no part of them that is not also a feature.
+ * edges to be looked for; features are their lines along the beam, but for those next to its axis, which mostly lies
+ * within a plate: they would shine through it; the mesh has no part of them that is not also a feature.
  */
 export function shownEdges(
   result: Result,
@@ -64,17 +64,19 @@ function wallLines(result: Result, lines: Uint32Array): Uint32Array {
     const begin = beams.nodeBegin[beam] - result.structureNodes;
     beamOf.fill(beam, begin, beams.nodeBegin[beam + 1] - result.structureNodes);
   }
+  const axisOf = (beam: number) => minus(at(beams.ends, 2 * beam + 1), at(beams.ends, 2 * beam));
+  const height = (node: number, beam: number) =>
+    norm(cross(minus(at(coordinates, node), at(beams.ends, 2 * beam)), unit(axisOf(beam))));
+  const highest = new Float32Array(beams.count);
+  beamOf.forEach((beam, i) => (highest[beam] = Math.max(highest[beam], height(result.structureNodes + i, beam))));
   let length = 0;
   for (let i = 0; i < lines.length; i += 2) {
     if (lines[i] < result.structureNodes) continue;
     const beam = beamOf[lines[i] - result.structureNodes];
-    const start = at(beams.ends, 2 * beam);
-    const axis = minus(at(beams.ends, 2 * beam + 1), start);
-    const from = minus(at(coordinates, lines[i]), start);
+    const axis = axisOf(beam);
     const step = minus(at(coordinates, lines[i + 1]), at(coordinates, lines[i]));
     const isAlong = Math.abs(dot(step, axis)) > ALONG * norm(step) * norm(axis);
-    const isOnAxis = norm(cross(from, axis)) < ON_AXIS * dot(axis, axis);
-    if (!isAlong || isOnAxis) continue;
+    if (!isAlong || height(lines[i], beam) < ON_AXIS * highest[beam]) continue;
     lines[length++] = lines[i];
     lines[length++] = lines[i + 1];
   }

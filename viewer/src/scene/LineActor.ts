@@ -1,5 +1,5 @@
 // Draws lines, or single points as discs, in one colour.
-import { MotionActor, type ShaderReplacement } from './MotionActor';
+import { MotionActor, type Program, type ShaderReplacement } from './MotionActor';
 
 export class LineActor extends MotionActor {
   /** onTop: also in front of what hides it. */
@@ -12,6 +12,11 @@ export class LineActor extends MotionActor {
     property.setDiffuse(0);
     property.setLineWidth(width);
     property.setPointSize(width);
+  }
+
+  protected beforeDrawing(_program: Program, gl: WebGL2RenderingContext): void {
+    // Not all drivers leave lines where they are.
+    gl.disable(gl.POLYGON_OFFSET_FILL);
   }
 
   setColour([red, green, blue, opacity]: [number, number, number, number]): void {

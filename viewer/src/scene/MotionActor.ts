@@ -7,7 +7,16 @@ import vtkActor from '@kitware/vtk.js/Rendering/Core/Actor';
 import vtkMapper from '@kitware/vtk.js/Rendering/Core/Mapper';
 import type { ClipPlane } from './Visibility';
 
-interface Program {
+/** What the library hands over before it draws. */
+interface Drawn {
+  getProgram(): Program;
+  getCABO(): {
+    getCoordScale(): [number, number, number] | null;
+    getOpenGLRenderWindow(): { getContext(): WebGL2RenderingContext };
+  };
+}
+
+export interface Program {
   isUniformUsed(name: string): boolean;
   setUniformf(name: string, value: number): void;
   setUniformi(name: string, value: number): void;
@@ -56,11 +65,12 @@ export abstract class MotionActor {
     };
     properties.ShadersCallbacks = [
       {
-        callback: (_: unknown, buffers: { getProgram(): Program; getCABO(): { getCoordScale(): number[] | null } }) => {
-          const program = buffers.getProgram();
-          const stretch = buffers.getCABO().getCoordScale() ?? [1, 1, 1];
-          program.setUniform3f('motionScale', ...(stretch.map((each) => this.scale * each) as [number, number, number]));
-          this.setUniforms(program);
+        callback: (_: unknown, drawn: Drawn) => {
+          const program = drawn.getProgram();
+          // The library brings points of large or far models nearer to 1.
+          const [x, y, z] = drawn.getCABO().getCoordScale() ?? [1, 1, 1];
+          program.setUniform3f('motionScale', this.scale * x, this.scale * y, this.scale * z);
+          this.beforeDrawing(program, drawn.getCABO().getOpenGLRenderWindow().getContext());
         },
       },
     ];
@@ -99,10 +109,8 @@ export abstract class MotionActor {
     if (this.mapper.getNumberOfClippingPlanes() === 0) this.mapper.addClippingPlane(this.plane);
   }
 
-  protected setUniforms(_program: Program): void {}
+  protected abstract beforeDrawing(program: Program, gl: WebGL2RenderingContext): void;
 }
-
-export type { Program };
 
 const MOTION: ShaderReplacement[] = [
   {

@@ -22,6 +22,9 @@ import { VISIBILITY_KEYS } from './Visibility';
 
 /** Seconds of a full swing. */
 const PERIOD = 2;
+/** Milliseconds of a drawing beyond which it is made simpler while the camera moves, and after which it rests. */
+const SLOW = 150;
+const REST = 250;
 /** What is found is shown in a picture that is at least this part of the model high. */
 const FOUND_PART = 0.08;
 
@@ -44,7 +47,8 @@ export class Scene implements SceneView {
   private readonly canvas: Canvas;
   private readonly control: CameraControl;
   private readonly axes: Axes;
-  private readonly faces = new SurfaceActor();
+  private readonly shells = new SurfaceActor();
+  private readonly walls = new SurfaceActor();
   private readonly edges = new LineActor(1);
   private readonly outline = new LineActor(1);
   private readonly mark = new LineActor(11, { onTop: true, discs: true });
@@ -61,17 +65,18 @@ export class Scene implements SceneView {
   private reach: Bounds = [0, 1, 0, 1, 0, 1];
   private animation = 0;
   private telling = 0;
+  private resting = 0;
 
   constructor(
     container: HTMLElement,
     private state: ViewState,
   ) {
     this.canvas = new Canvas(container);
-    this.moving = [this.faces, this.edges, ...this.symbols.actors, this.markRings, this.mark];
+    this.moving = [this.shells, this.walls, this.edges, ...this.symbols.actors, this.markRings, this.mark];
     for (const actor of [...this.moving, this.outline]) this.canvas.add(actor);
     this.axes = new Axes(container);
     if (!container.hasAttribute('tabindex')) container.tabIndex = 0;
-    this.control = new CameraControl(container, (change) => this.moveCamera(change(this.camera)));
+    this.control = new CameraControl(container, (change) => this.dragCamera(change(this.camera)));
     this.canvas.beforeDrawing = () => this.placeCamera();
     this.canvas.afterDrawing = () => {
       this.axes.draw(this.projection());
@@ -85,6 +90,7 @@ export class Scene implements SceneView {
     this.ending.abort();
     cancelAnimationFrame(this.animation);
     clearTimeout(this.telling);
+    clearTimeout(this.resting);
     this.control.dispose();
     this.axes.dispose();
     this.canvas.dispose();
@@ -235,7 +241,26 @@ export class Scene implements SceneView {
     this.canvas.draw();
     clearTimeout(this.telling);
     // Only when it rests: the state of the view need not follow every step of a drag.
-    this.telling = window.setTimeout(() => this.cameraListeners.forEach((listener) => listener(this.camera)), 120);
+    this.telling = window.setTimeout(() => this.cameraListeners.forEach((listener) => listener(this.camera)), REST);
+  }
+
+  /** While it moves, a picture that takes long is drawn without lines, and without walls where there are shells. */
+  private dragCamera(camera: Camera): void {
+    const { visible, surface } = this.shown ?? {};
+    if (visible && surface && this.canvas.drawingTime > SLOW) {
+      this.edges.setVisible(false);
+      const { shellQuads } = surface.result;
+      this.walls.setVisible(!visible.subarray(0, shellQuads).includes(1) && !visible.subarray(surface.quadCount).includes(1));
+    }
+    clearTimeout(this.resting);
+    this.resting = window.setTimeout(() => this.rest(), REST);
+    this.moveCamera(camera);
+  }
+
+  private rest(): void {
+    this.edges.setVisible(this.state.edges !== 'none');
+    this.walls.setVisible(true);
+    this.canvas.draw();
   }
 
   private placeCamera(): void {
@@ -259,14 +284,9 @@ export class Scene implements SceneView {
       pairs[2 * corner] = colouring(positive[corner]);
       pairs[2 * corner + 1] = colouring(negative[corner]);
     }
-    const polys = new Uint32Array((4 * surface.triangles.length) / 3);
-    let length = 0;
-    for (let triangle = 0; triangle < surface.triangles.length / 3; ++triangle) {
-      if (!visible[surface.elementOfTriangle(triangle)]) continue;
-      polys[length++] = 3;
-      for (let i = 0; i < 3; ++i) polys[length++] = surface.triangles[3 * triangle + i];
-    }
-    this.faces.setGeometry({ points, motion: motions, values: pairs, polys: polys.subarray(0, length) });
+    const geometry = { points, motion: motions, values: pairs };
+    this.shells.setGeometry({ ...geometry, polys: surface.cells(visible, (kind) => kind !== 'wall') });
+    this.walls.setGeometry({ ...geometry, polys: surface.cells(visible, (kind) => kind === 'wall') });
   }
 
   /** What the shader shall get for a value. */
@@ -349,7 +369,7 @@ export class Scene implements SceneView {
   }
 
   private updateLook(): void {
-    this.faces.look = surfaceLook(this.state, this.range());
+    this.shells.look = this.walls.look = surfaceLook(this.state, this.range());
   }
 
   private applyTheme(): void {

@@ -63,6 +63,19 @@ export class Surface {
     return element - this.result.beams.wallBegin[this.wallBeam[element - this.result.shellQuads]];
   }
 
+  /** Count and corners of each triangle of the elements shown, of some kinds. */
+  cells(shown: Uint8Array, takes: (kind: ElementKind) => boolean): Uint32Array {
+    const cells = new Uint32Array((4 * this.triangles.length) / 3);
+    let length = 0;
+    for (let triangle = 0; triangle < this.triangles.length / 3; ++triangle) {
+      const element = this.elementOfTriangle(triangle);
+      if (!shown[element] || !takes(this.kind(element))) continue;
+      cells[length++] = 3;
+      for (let i = 0; i < 3; ++i) cells[length++] = this.triangles[3 * triangle + i];
+    }
+    return cells.slice(0, length);
+  }
+
   /** Along the shorter diagonal, which bends a warped quadrilateral least. */
   private split(): Uint32Array {
     const x = this.result.coordinates;

@@ -33,7 +33,10 @@ export class SurfaceActor extends MotionActor {
     super(FIELD, ['value']);
   }
 
-  protected override setUniforms(program: Program): void {
+  protected beforeDrawing(program: Program, gl: WebGL2RenderingContext): void {
+    // Back in depth, by its slope, so that lines on a surface are not covered by it.
+    gl.enable(gl.POLYGON_OFFSET_FILL);
+    gl.polygonOffset(1.5, 4);
     const { limits, logarithmic, mode, colours, none } = this.look;
     this.palette.set(colours.subarray(0, this.palette.length));
     const [low, high] = logarithmic ? [Math.log(limits[0]), Math.log(limits[1])] : limits;
