@@ -44,6 +44,8 @@ export class App {
     private panel?: Panel;
     private scene?: PictureScene;
     private result?: Result;
+    private cutLines: Float32Array[] = [];
+    private cutPoint?: [number, number, number];
 
     /** Files that the user chose or dropped. */
     onFiles: (files: File[]) => void = () => undefined;
@@ -90,7 +92,7 @@ export class App {
         this.scene ??= this.newScene();
         this.result = result;
         this.table.clear();
-        this.drawer.remove(this.plot.root);
+        this.closeCut();
         // What this result cannot show gives way to what every result has.
         const needsModel = ['thickness', 'section', 'material'].includes(state.field) && !result.model;
         if (needsModel) this.store.set({ field: 'SE' });
@@ -124,11 +126,21 @@ export class App {
     private source(): OverlaySource | undefined {
         if (!this.scene || !this.result) return undefined;
         const { scene, result, texts } = this;
-        return { scene, result, texts, state: this.store.state, probes: this.table.points };
+        return {
+            scene,
+            result,
+            texts,
+            state: this.store.state,
+            probes: this.table.points,
+            cutLines: this.cutLines,
+            cutPoint: this.cutPoint,
+        };
     }
 
     private follow(changed: ReadonlySet<keyof ViewState>): void {
         this.scene?.apply(this.store.state, changed);
+        // The lines of a cut stay where the structure was when it was cut.
+        if (changed.has('deformed') || changed.has('scale') || changed.has('animated')) this.forgetCutLines();
         if (changed.has('dark')) document.documentElement.dataset.theme = this.store.state.dark ? 'dark' : 'light';
         if (changed.has('language')) this.followLanguage();
         else if (!(changed.size === 1 && changed.has('camera'))) this.panel?.sync(this.store);
@@ -193,7 +205,7 @@ export class App {
     private wirePicture(): void {
         this.area.content = () => {
             const source = this.source();
-            const content = source ? overlayContent(source, (point) => point) : { flags: [], markers: [] };
+            const content = source ? overlayContent(source, (point) => point) : { flags: [], markers: [], curves: [] };
             return { ...content, line: this.cut.line };
         };
         this.area.onHover = (at) => this.hover(at);
@@ -253,10 +265,27 @@ export class App {
         const { state } = this.store;
         const subtitle = fieldSubtitle(state, this.texts);
         const title = this.texts.fields[state.field] + (subtitle ? `, ${subtitle}` : '');
-        this.plot.show(this.scene?.cut(from, to) ?? [], title, this.texts);
-        this.drawer.open(this.plot.root, this.texts.cut.title, this.texts.cut.close, () =>
-            this.drawer.remove(this.plot.root),
-        );
+        const lines = this.scene?.cut(from, to) ?? [];
+        this.cutLines = lines.map((line) => line.points);
+        this.plot.show(lines, title, this.texts);
+        this.plot.onRead = (at) => {
+            const points = at && lines[at.piece].points.subarray(3 * at.point, 3 * at.point + 3);
+            this.cutPoint = points && [points[0], points[1], points[2]];
+            this.area.redraw();
+        };
+        this.drawer.open(this.plot.root, this.texts.cut.title, this.texts.cut.close, () => this.closeCut());
+    }
+
+    private closeCut(): void {
+        this.forgetCutLines();
+        this.drawer.remove(this.plot.root);
+    }
+
+    private forgetCutLines(): void {
+        this.cutLines = [];
+        this.cutPoint = undefined;
+        this.plot.onRead = () => undefined;
+        this.area.redraw();
     }
 
     private async savePicture(width: number, height: number): Promise<void> {

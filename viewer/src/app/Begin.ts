@@ -63,6 +63,8 @@ async function deliver(app: App, store: Store, order: PictureOrder): Promise<voi
         const packet = await pagePacket(app);
         if (!packet) throw new Error('the page has no result to draw');
         showPacket(app, store, packet, location.hash);
+        // The first drawing sets up what copies are made with.
+        await new Promise<void>((resolve) => app.picture!.onDraw(resolve));
         await postPicture(await app.compose(order));
     } catch (error) {
         await postError(messageOf(error, app.texts));

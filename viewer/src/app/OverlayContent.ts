@@ -21,6 +21,10 @@ export interface OverlaySource {
     state: Readonly<ViewState>;
     texts: Texts;
     probes: readonly Probe[];
+    /** Lines of a section cut: 3 coordinates per point, as deformed when it was made. */
+    cutLines: readonly Float32Array[];
+    /** The point of them that the graph is read at. */
+    cutPoint?: [number, number, number];
 }
 
 /** "larger face, nodal average" where the field has faces. */
@@ -63,8 +67,9 @@ function categoryLegend(field: PropertyField, result: Result, texts: Texts): Cat
     return { kind: 'categories', entries };
 }
 
-function extremeText(name: string, extreme: Extreme, { result, texts }: OverlaySource): string {
-    return `${name} ${numberText(extreme.value)}  ${texts.legend.node(nodeName(result, extreme.node, texts))}`;
+/** Value and node on lines of their own: the legend stays narrow. */
+function extremeNotes(name: string, extreme: Extreme, { result, texts }: OverlaySource): string[] {
+    return [`${name} ${numberText(extreme.value)}`, texts.legend.node(nodeName(result, extreme.node, texts))];
 }
 
 export function legendContent(source: OverlaySource): LegendContent | undefined {
@@ -80,8 +85,8 @@ export function legendContent(source: OverlaySource): LegendContent | undefined 
         const found = scene.extremes();
         if (range) content.key = scaleLegend(state, range);
         if (found) {
-            notes.push(extremeText(texts.legend.max, found.max, source));
-            notes.push(extremeText(texts.legend.min, found.min, source));
+            notes.push(...extremeNotes(texts.legend.max, found.max, source));
+            notes.push(...extremeNotes(texts.legend.min, found.min, source));
         } else notes.push(texts.legend.noValues);
     } else if (isPropertyField(state.field)) content.key = categoryLegend(state.field, result, texts);
     if (state.deformed) notes.push(texts.legend.deformation(numberText(scene.scale(), 4)));
@@ -91,7 +96,10 @@ export function legendContent(source: OverlaySource): LegendContent | undefined 
 /** map: from the picture on the page to the one that is drawn. */
 export function overlayContent(source: OverlaySource, map: (point: Point) => Point): OverlayContent {
     const { scene, state, result, texts, probes } = source;
-    const content: OverlayContent = { legend: legendContent(source), flags: [], markers: [] };
+    const content: OverlayContent = { legend: legendContent(source), flags: [], markers: [], curves: [] };
+    for (const points of source.cutLines) content.curves.push(...projected(scene, points, map));
+    const spot = source.cutPoint && scene.project(source.cutPoint);
+    if (spot) content.spot = map(spot);
     const found = state.flags && hasScale(state) ? scene.extremes() : undefined;
     if (found) {
         const flag = (name: string, extreme: Extreme): void => {
@@ -115,4 +123,15 @@ export function overlayContent(source: OverlaySource, map: (point: Point) => Poi
         if (at) content.markers.push({ at: map(at), text: String(i + 1) });
     });
     return content;
+}
+
+/** The parts of a line that are within the picture. */
+function projected(scene: PictureScene, points: Float32Array, map: (point: Point) => Point): Point[][] {
+    const curves: Point[][] = [[]];
+    for (let i = 0; i < points.length; i += 3) {
+        const at = scene.project([points[i], points[i + 1], points[i + 2]]);
+        if (at) curves[curves.length - 1].push(map(at));
+        else if (curves[curves.length - 1].length > 0) curves.push([]);
+    }
+    return curves.filter((curve) => curve.length > 1);
 }

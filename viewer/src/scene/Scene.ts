@@ -10,6 +10,7 @@ import { categories } from './Categories';
 import { outline, shownEdges } from './Edges';
 import { LineActor } from './LineActor';
 import { bounds, diagonal, union, widened, type Bounds } from './Motion';
+import type { CutLine } from './Cut';
 import type { MotionActor } from './MotionActor';
 import { Projection } from './Projection';
 import type { ElementKind, Extreme, Probe, SceneView } from './SceneView';
@@ -180,7 +181,7 @@ export class Scene implements SceneView {
     return this.state.deformed ? (this.state.scale ?? this.shown?.defaultScale ?? 1) : 0;
   }
 
-  cut(from: [number, number], to: [number, number]): { length: Float32Array; value: Float32Array }[] {
+  cut(from: [number, number], to: [number, number]): CutLine[] {
     if (!this.shown || !this.hasRange()) return [];
     const projection = this.projection();
     return this.shown.cut([projection.ray(...from), projection.ray(...to)]);

@@ -25,6 +25,8 @@ function draw(tag: string, attributes: Record<string, string | number>, text = '
 export class CutPlot {
     readonly root = make('div', { class: 'cut-plot' });
     private pieces: CutPiece[] = [];
+    /** The point that is read: number of its piece, and within it. */
+    onRead: (at: { piece: number; point: number } | undefined) => void = () => undefined;
     private title = '';
     private texts?: Texts;
     private readonly observer = new ResizeObserver(() => this.draw());
@@ -36,7 +38,7 @@ export class CutPlot {
     }
 
     show(pieces: CutPiece[], title: string, texts: Texts): void {
-        this.pieces = pieces.filter((piece) => piece.length.length > 0);
+        this.pieces = pieces;
         this.title = title;
         this.texts = texts;
         if (this.pieces.length === 0) {
@@ -109,10 +111,14 @@ export class CutPlot {
             const box = svg.getBoundingClientRect();
             const nearest = nearestPoint(this.pieces, event.clientX - box.left, event.clientY - box.top, px, py);
             if (!nearest) return;
-            cross.setAttribute('cx', String(px(nearest[0])));
-            cross.setAttribute('cy', String(py(nearest[1])));
-            this.readout.textContent = `${this.texts!.cut.length} ${numberText(nearest[0])}: ${numberText(nearest[1])}`;
+            const { length, value } = this.pieces[nearest.piece];
+            const [x, y] = [length[nearest.point], value[nearest.point]];
+            cross.setAttribute('cx', String(px(x)));
+            cross.setAttribute('cy', String(py(y)));
+            this.readout.textContent = `${this.texts!.cut.length} ${numberText(x)}: ${numberText(y)}`;
+            this.onRead(nearest);
         });
+        svg.addEventListener('pointerleave', () => this.onRead(undefined));
         this.chart.replaceChildren(svg);
     }
 }
@@ -129,25 +135,25 @@ function extent(arrays: Float32Array[]): [number, number] {
     return low <= high ? [low, high] : [0, 1];
 }
 
-/** Of the point of the curves nearest to (x, y): arc length and value. */
+/** The point of the curves nearest to (x, y). */
 function nearestPoint(
     pieces: CutPiece[],
     x: number,
     y: number,
     px: (length: number) => number,
     py: (value: number) => number,
-): [number, number] | undefined {
-    let best: [number, number] | undefined;
+): { piece: number; point: number } | undefined {
+    let best: { piece: number; point: number } | undefined;
     let least = Infinity;
-    for (const { length, value } of pieces) {
-        for (let i = 0; i < length.length; ++i) {
+    pieces.forEach(({ length, value }, piece) => {
+        for (let point = 0; point < length.length; ++point) {
             // Nearness along the axis counts more, so that the readout runs along with the pointer.
-            const distance = 9 * (px(length[i]) - x) ** 2 + (py(value[i]) - y) ** 2;
+            const distance = 9 * (px(length[point]) - x) ** 2 + (py(value[point]) - y) ** 2;
             if (distance < least) {
                 least = distance;
-                best = [length[i], value[i]];
+                best = { piece, point };
             }
         }
-    }
+    });
     return best;
 }

@@ -16,8 +16,12 @@ export interface OverlayContent {
     legend?: LegendContent;
     flags: Flag[];
     markers: { at: Point; text: string }[];
-    /** Line of a section cut. */
+    /** The line with which a section cut is being made. */
     line?: [Point, Point];
+    /** Where the last one met the structure. */
+    curves: Point[][];
+    /** The point of it that its graph is read at. */
+    spot?: Point;
 }
 
 /** Where things stand that were drawn. */
@@ -38,7 +42,9 @@ export function drawOverlay(
     colours: CanvasColours,
 ): OverlayPlaces {
     const taken: Rectangle[] = [];
-    if (content.line) drawLine(context, content.line, colours);
+    for (const curve of content.curves) drawCurve(context, curve, colours);
+    if (content.line) drawCurve(context, content.line, colours);
+    if (content.spot) drawSpot(context, content.spot, colours);
     for (const marker of content.markers) taken.push(drawMarker(context, marker.at, marker.text, colours));
     const legend = content.legend && drawLegend(context, size, content.legend, colours);
     if (legend) taken.push(legend);
@@ -125,7 +131,7 @@ function drawMarker(context: CanvasRenderingContext2D, at: Point, text: string, 
     return { x: at[0] - 8, y: at[1] - 8, width: 16, height: 16 };
 }
 
-function drawLine(context: CanvasRenderingContext2D, [from, to]: [Point, Point], colours: CanvasColours): void {
+function drawCurve(context: CanvasRenderingContext2D, points: Point[], colours: CanvasColours): void {
     for (const [style, width] of [
         [colours.paper, 4],
         [colours.accent, 2],
@@ -133,8 +139,17 @@ function drawLine(context: CanvasRenderingContext2D, [from, to]: [Point, Point],
         context.strokeStyle = style;
         context.lineWidth = width;
         context.beginPath();
-        context.moveTo(from[0], from[1]);
-        context.lineTo(to[0], to[1]);
+        points.forEach(([x, y], i) => (i === 0 ? context.moveTo(x, y) : context.lineTo(x, y)));
         context.stroke();
     }
+}
+
+function drawSpot(context: CanvasRenderingContext2D, [x, y]: Point, colours: CanvasColours): void {
+    context.beginPath();
+    context.arc(x, y, 6, 0, 2 * Math.PI);
+    context.fillStyle = colours.accent;
+    context.fill();
+    context.strokeStyle = colours.paper;
+    context.lineWidth = 2;
+    context.stroke();
 }

@@ -23,7 +23,7 @@ export class PictureArea {
     private hoverAt?: Point;
 
     /** What lies above the picture; asked for before each drawing. */
-    content: () => OverlayContent = () => ({ flags: [], markers: [] });
+    content: () => OverlayContent = () => ({ flags: [], markers: [], curves: [] });
     onHover: (at: Point | undefined) => void = () => undefined;
     onClick: (at: Point) => void = () => undefined;
     /** Where the flags stand at present. */

@@ -400,8 +400,8 @@ const english: Texts = {
         },
         mouseKeys: [
             ['Left button', 'rotate'],
-            ['Shift and left, or middle button', 'move'],
-            ['Wheel, or right button', 'zoom'],
+            ['Shift and left, or right button', 'move'],
+            ['Wheel', 'zoom'],
             ['Click', 'keep the values of a point'],
         ],
     },
@@ -620,8 +620,8 @@ const chinese: Texts = {
         },
         mouseKeys: [
             ['左键', '旋转'],
-            ['Shift 加左键,或中键', '平移'],
-            ['滚轮,或右键', '缩放'],
+            ['Shift 加左键,或右键', '平移'],
+            ['滚轮', '缩放'],
             ['单击', '保留该点数值'],
         ],
     },

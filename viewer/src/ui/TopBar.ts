@@ -44,6 +44,7 @@ export class TopBar {
         }
         language.addEventListener('change', () => actions.setLanguage(language.value as Language));
 
+        const focused = this.focusables().indexOf(document.activeElement as HTMLElement);
         this.root.replaceChildren(
             make('span', { class: 'title', title: state.title }, state.title),
             button(t.open, actions.open),
@@ -54,6 +55,11 @@ export class TopBar {
             language,
             button('?', actions.help, { 'aria-label': t.help, title: t.help }),
         );
+        if (focused >= 0) this.focusables()[focused]?.focus();
+    }
+
+    private focusables(): HTMLElement[] {
+        return [...this.root.querySelectorAll<HTMLElement>('button, select, input')];
     }
 
     private searchForm(texts: Texts, loaded: boolean, actions: TopBarActions): HTMLElement {

@@ -1,4 +1,5 @@
 import type { EdgeKind } from '../../state/ViewState';
+import { make } from '../Dom';
 import { check, choice, section } from '../Controls';
 import type { PanelContext, PanelSection } from './PanelContext';
 
@@ -36,5 +37,7 @@ export function symbolSection({ store, result, texts }: PanelContext): PanelSect
             reason(model?.supportNodes.length, t.noneInModel),
         ),
     ];
-    return { root: section(t.symbols, true, ...controls.map((control) => control.root)), controls };
+    const roots: Node[] = controls.map((control) => control.root);
+    if (model === undefined) roots.push(make('p', { class: 'note' }, t.noModel));
+    return { root: section(t.symbols, true, ...roots), controls };
 }
