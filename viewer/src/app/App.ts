@@ -1,5 +1,6 @@
 // The page: brings together state, picture, panel, tools and texts. What each does stands in its own file.
 import type { Result } from '../model/Result';
+import type { RunReport } from '../model/RunReport';
 import type { Probe } from '../scene/SceneView';
 import type { Store } from '../state/Store';
 import type { Face, Language, StandardView, ViewState } from '../state/ViewState';
@@ -13,6 +14,7 @@ import { elementName, nodeName } from '../ui/Names';
 import { numberText } from '../ui/Numbers';
 import { PictureArea } from '../ui/PictureArea';
 import { ProbeTable } from '../ui/ProbeTable';
+import { ReportSheet } from '../ui/ReportSheet';
 import { StartPanel } from '../ui/StartPanel';
 import { LANGUAGE_TAGS, texts, type Texts } from '../ui/Texts';
 import { isDark, storeTheme, type ThemeMode } from '../ui/Theme';
@@ -38,12 +40,14 @@ export class App {
     private readonly drawer = new Drawer();
     private readonly table = new ProbeTable();
     private readonly plot = new CutPlot();
+    private readonly reportSheet = new ReportSheet();
     private readonly help = new HelpDialog();
     private readonly cut = new CutTool();
-    private readonly picker = make('input', { type: 'file', multiple: true, hidden: true, accept: '.txt' });
+    private readonly picker = make('input', { type: 'file', multiple: true, hidden: true, accept: '.txt,.json' });
     private panel?: Panel;
     private scene?: PictureScene;
     private result?: Result;
+    private report?: RunReport;
     private cutLines: Float32Array[] = [];
     private cutPoint?: [number, number, number];
 
@@ -93,6 +97,7 @@ export class App {
         this.result = result;
         this.table.clear();
         this.closeCut();
+        this.closeReport();
         // What this result cannot show gives way to what every result has.
         const needsModel = ['thickness', 'section', 'material'].includes(state.field) && !result.model;
         if (needsModel) this.store.set({ field: 'SE' });
@@ -102,6 +107,18 @@ export class App {
         document.title = `${result.title} – tarnvexo`;
         this.followLanguage();
         if (!isFirst || !state.camera) this.fit();
+    }
+
+    showReport(report: RunReport): void {
+        this.report = report;
+        const { title, close } = this.texts.report;
+        this.reportSheet.render(report, this.texts, (kind, number) => this.scene?.goTo(kind, number));
+        this.drawer.open(this.reportSheet.root, title, close, () => this.closeReport());
+    }
+
+    private closeReport(): void {
+        this.report = undefined;
+        this.drawer.remove(this.reportSheet.root);
     }
 
     /** A picture as it is shown, of another size in pixels. */
@@ -171,6 +188,7 @@ export class App {
             this.frame.fill(this.panel, { label, hide, show });
         }
         if (this.table.points.length > 0) this.showTable();
+        if (this.report) this.showReport(this.report);
         this.showCutState();
         this.describe();
         this.area.redraw();

@@ -1,5 +1,4 @@
 // What happens when the page opens: the view from the address, then the result from wherever the page has it.
-import type { Result } from '../model/Result';
 import { Scene } from '../scene/Scene';
 import { Store } from '../state/Store';
 import { stateOfAddress } from '../state/ViewAddress';
@@ -106,10 +105,13 @@ class Files {
             requireWebGL(app);
             const beginFile = (name: string) =>
                 app.start.showProgress(texts.start.reading(name), texts, () => ending.abort());
-            const result: Result = await readFiles(list, app.shown, texts, beginFile, ending.signal);
+            const opened = await readFiles(list, app.shown, texts, beginFile, ending.signal);
             app.start.showProgress(texts.start.drawing, texts)(undefined);
             await painted();
-            app.show(result);
+            // A report alone says something about what is shown already.
+            if (opened.result === app.shown) app.start.hide();
+            else app.show(opened.result);
+            if (opened.report) app.showReport(opened.report);
         } catch (error) {
             // Another lot has taken its place.
             if (this.reading !== ending) return;

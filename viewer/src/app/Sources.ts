@@ -2,6 +2,7 @@
 import type { Result } from '../model/Result';
 import { loadContour, loadOwnStresses } from '../model/ContourLoading';
 import { decodePacket, decodePacketText, type Packet } from '../model/Packet';
+import { parseRunReport, type RunReport } from '../model/RunReport';
 import { faultText } from '../ui/ErrorPanel';
 import type { Texts } from '../ui/Texts';
 
@@ -77,6 +78,7 @@ async function bodyOf(response: Response, progress: Progress): Promise<Uint8Arra
 export interface OpenedFiles {
     contour?: File;
     own?: File;
+    report?: File;
     names: string;
 }
 
@@ -85,19 +87,25 @@ export function sortFiles(files: readonly File[]): OpenedFiles {
     const texts = files.filter((file) => file !== own && /\.txt$/i.test(file.name));
     // A file under another name may still be a contour file: then its reader says what is wrong with it.
     const contour = texts.find((file) => /AverageStrs/i.test(file.name)) ?? texts[0];
-    return { contour, own, names: files.map((file) => file.name).join(', ') };
+    const report = files.find((file) => /\.json$/i.test(file.name));
+    return { contour, own, report, names: files.map((file) => file.name).join(', ') };
 }
 
-/** Own stresses alone belong to the result that is shown. Rejects with the message for the user. */
+export interface Opened {
+    result: Result;
+    report?: RunReport;
+}
+
+/** Without a contour file the others belong to the result that is shown. Rejects with the message for the user. */
 export async function readFiles(
     files: readonly File[],
     shown: Result | undefined,
     texts: Texts,
     begin: (name: string) => Progress,
     signal: AbortSignal,
-): Promise<Result> {
-    const { contour, own, names } = sortFiles(files);
-    if (!contour && !(own && shown)) {
+): Promise<Opened> {
+    const { contour, own, report, names } = sortFiles(files);
+    if (!contour && !((own || report) && shown)) {
         const { noContourFile, noContourExpected, noContourToDo } = texts.errors;
         throw new Error(faultText(noContourFile(names), noContourExpected, noContourToDo));
     }
@@ -111,5 +119,5 @@ export async function readFiles(
         progress(undefined);
         result = { ...result!, own: await loadOwnStresses(own, own.name, result!, signal) };
     }
-    return result!;
+    return { result: result!, report: report && parseRunReport(await report.text(), report.name) };
 }

@@ -73,7 +73,7 @@ export class CutPlot {
         let [y0, y1] = extent(this.pieces.map((piece) => piece.value));
         if (y0 === y1) [y0, y1] = [y0 - (Math.abs(y0) || 1) / 2, y1 + (Math.abs(y1) || 1) / 2];
         const xTicks = roundNumbers(x0, x1, Math.floor((width - LEFT - RIGHT) / 90));
-        const yTicks = roundNumbers(y0, y1, Math.floor((height - TOP - BOTTOM) / 28));
+        const yTicks = roundNumbers(y0, y1, Math.max(4, Math.floor((height - TOP - BOTTOM) / 28)));
         const px = (x: number): number => LEFT + ((x - x0) / (x1 - x0 || 1)) * (width - LEFT - RIGHT);
         const py = (y: number): number => height - BOTTOM - ((y - y0) / (y1 - y0)) * (height - TOP - BOTTOM);
 
@@ -100,10 +100,12 @@ export class CutPlot {
                 this.texts.cut.length,
             ),
         );
-        for (const { length, value } of this.pieces) {
+        // The longest piece comes first and stands out; it is drawn last.
+        for (let piece = this.pieces.length - 1; piece >= 0; --piece) {
+            const { length, value } = this.pieces[piece];
             let points = '';
             for (let i = 0; i < length.length; ++i) points += `${px(length[i]).toFixed(1)},${py(value[i]).toFixed(1)} `;
-            svg.append(draw('polyline', { class: 'curve', points }));
+            svg.append(draw('polyline', { class: piece === 0 ? 'curve' : 'curve minor', points }));
         }
         const cross = draw('circle', { class: 'cross', r: 4, cx: -10, cy: -10 });
         svg.append(cross);

@@ -127,6 +127,14 @@ export interface Texts {
         pieces: (pieces: number) => string;
     };
 
+    report: {
+        title: string;
+        nothing: string;
+        close: string;
+        verdicts: { pass: string; warn: string; fail: string };
+        severities: { error: string; warning: string; note: string };
+    };
+
     start: {
         title: string;
         drop: string;
@@ -345,6 +353,13 @@ const english: Texts = {
         saveCsv: 'Save CSV',
         close: 'Close',
         pieces: (pieces) => (pieces === 1 ? '1 piece' : `${pieces} pieces`),
+    },
+    report: {
+        title: 'Report',
+        nothing: 'The report has neither checks nor findings.',
+        close: 'Close the report',
+        verdicts: { pass: 'pass', warn: 'warn', fail: 'fail' },
+        severities: { error: 'error', warning: 'warning', note: 'note' },
     },
     start: {
         title: 'Open results',
@@ -565,6 +580,13 @@ const chinese: Texts = {
         saveCsv: '保存 CSV',
         close: '关闭',
         pieces: (pieces) => `${pieces} 段`,
+    },
+    report: {
+        title: '报告',
+        nothing: '报告中没有检查项或发现。',
+        close: '关闭报告',
+        verdicts: { pass: '通过', warn: '警告', fail: '不通过' },
+        severities: { error: '错误', warning: '警告', note: '提示' },
     },
     start: {
         title: '打开结果',
