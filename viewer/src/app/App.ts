@@ -1,7 +1,7 @@
 // The page: brings together state, picture, panel, tools and texts. What each does stands in its own file.
 import type { Result } from '../model/Result';
 import type { RunReport } from '../model/RunReport';
-import type { Probe } from '../scene/SceneView';
+import type { Probe, SceneView } from '../scene/SceneView';
 import type { Store } from '../state/Store';
 import type { Face, Language, StandardView, ViewState } from '../state/ViewState';
 import { CutPlot } from '../ui/CutPlot';
@@ -25,7 +25,6 @@ import { Panel, PanelFrame } from '../ui/panel/Panel';
 import { STANDARD_VIEWS } from '../ui/panel/ViewSection';
 import { composePicture, type PictureSize } from './Compose';
 import { fieldSubtitle, legendContent, overlayContent, type OverlaySource } from './OverlayContent';
-import type { PictureScene } from './PictureScene';
 
 const FACES: Face[] = ['larger', 'positive', 'negative', 'viewed'];
 const EDGES: ViewState['edges'][] = ['none', 'mesh', 'feature', 'free'];
@@ -45,7 +44,7 @@ export class App {
     private readonly cut = new CutTool();
     private readonly picker = make('input', { type: 'file', multiple: true, hidden: true, accept: '.txt,.json' });
     private panel?: Panel;
-    private scene?: PictureScene;
+    private scene?: SceneView;
     private result?: Result;
     private report?: RunReport;
     private cutLines: Float32Array[] = [];
@@ -60,7 +59,7 @@ export class App {
     constructor(
         private readonly root: HTMLElement,
         private readonly store: Store,
-        private readonly createScene: (host: HTMLElement, state: ViewState) => PictureScene,
+        private readonly createScene: (host: HTMLElement, state: ViewState) => SceneView,
         private theme: ThemeMode,
     ) {
         this.start = new StartPanel(() => this.picker.click());
@@ -85,7 +84,7 @@ export class App {
     }
 
     /** The scene of what is shown. */
-    get picture(): PictureScene | undefined {
+    get picture(): SceneView | undefined {
         return this.scene;
     }
 
@@ -133,7 +132,7 @@ export class App {
         this.scene.fit();
     }
 
-    private newScene(): PictureScene {
+    private newScene(): SceneView {
         const scene = this.createScene(this.area.host, this.store.state);
         scene.onDraw(() => this.area.redraw());
         scene.onCamera((camera) => this.store.set({ camera }));
@@ -194,7 +193,7 @@ export class App {
         this.area.redraw();
     }
 
-    private newPanel(scene: PictureScene, result: Result): Panel {
+    private newPanel(scene: SceneView, result: Result): Panel {
         return new Panel({
             store: this.store,
             result,

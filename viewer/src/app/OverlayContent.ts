@@ -3,7 +3,7 @@ import { cssColour } from '../model/ColourScale';
 import { isPropertyField, isStressField } from '../model/Fields';
 import type { Result } from '../model/Result';
 import { categories } from '../scene/Categories';
-import type { Extreme, Probe } from '../scene/SceneView';
+import type { Extreme, Probe, SceneView } from '../scene/SceneView';
 import type { PropertyField, ViewState } from '../state/ViewState';
 import type { CategoryLegend, LegendContent, ScaleLegend } from '../ui/Legend';
 import { nodeName } from '../ui/Names';
@@ -11,12 +11,11 @@ import { numberText } from '../ui/Numbers';
 import type { Flag, OverlayContent } from '../ui/Overlay';
 import { hasScale } from '../ui/panel/ColourSection';
 import type { Texts } from '../ui/Texts';
-import type { PictureScene } from './PictureScene';
 
 type Point = [number, number];
 
 export interface OverlaySource {
-    scene: PictureScene;
+    scene: SceneView;
     result: Result;
     state: Readonly<ViewState>;
     texts: Texts;
@@ -126,7 +125,7 @@ export function overlayContent(source: OverlaySource, map: (point: Point) => Poi
 }
 
 /** The parts of a line that are within the picture. */
-function projected(scene: PictureScene, points: Float32Array, map: (point: Point) => Point): Point[][] {
+function projected(scene: SceneView, points: Float32Array, map: (point: Point) => Point): Point[][] {
     const curves: Point[][] = [[]];
     for (let i = 0; i < points.length; i += 3) {
         const at = scene.project([points[i], points[i + 1], points[i + 2]]);

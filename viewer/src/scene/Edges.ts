@@ -17,39 +17,39 @@ const ALONG = 0.9;
  * within a plate: they would shine through it; the mesh has no part of them that is not also a feature.
  */
 export function shownEdges(
-  result: Result,
-  edges: MeshEdges,
-  kind: Exclude<EdgeKind, 'none'>,
-  shown: Uint8Array,
+    result: Result,
+    edges: MeshEdges,
+    kind: Exclude<EdgeKind, 'none'>,
+    shown: Uint8Array,
 ): Uint32Array {
-  const ofShells = shellEdges(result, edges, kind, shown);
-  if (kind === 'free' || result.beams.count === 0) return ofShells;
-  const ofWalls = wallLines(result, nodesOf(result, edgeLines(result, edges, FEATURE_EDGE, shown)));
-  const lines = new Uint32Array(ofShells.length + ofWalls.length);
-  lines.set(ofShells);
-  lines.set(ofWalls, ofShells.length);
-  return lines;
+    const ofShells = shellEdges(result, edges, kind, shown);
+    if (kind === 'free' || result.beams.count === 0) return ofShells;
+    const ofWalls = wallLines(result, nodesOf(result, edgeLines(result, edges, FEATURE_EDGE, shown)));
+    const lines = new Uint32Array(ofShells.length + ofWalls.length);
+    lines.set(ofShells);
+    lines.set(ofWalls, ofShells.length);
+    return lines;
 }
 
 /** 2 nodes per line: what one needs to see of the undeformed structure; beams by their axes where there is no shell. */
 export function outline(result: Result, edges: MeshEdges): Uint32Array {
-  if (result.shellQuads > 0 || result.tris.length > 0) return shellEdges(result, edges, 'feature');
-  const ends = new Uint32Array(2 * result.beams.count);
-  for (let beam = 0; beam < result.beams.count; ++beam) {
-    // The first and last node of a section model are the ends of its beam.
-    ends[2 * beam] = result.beams.nodeBegin[beam];
-    ends[2 * beam + 1] = result.beams.nodeBegin[beam + 1] - 1;
-  }
-  return ends;
+    if (result.shellQuads > 0 || result.tris.length > 0) return shellEdges(result, edges, 'feature');
+    const ends = new Uint32Array(2 * result.beams.count);
+    for (let beam = 0; beam < result.beams.count; ++beam) {
+        // The first and last node of a section model are the ends of its beam.
+        ends[2 * beam] = result.beams.nodeBegin[beam];
+        ends[2 * beam + 1] = result.beams.nodeBegin[beam + 1] - 1;
+    }
+    return ends;
 }
 
 function shellEdges(
-  result: Result,
-  edges: MeshEdges,
-  kind: Exclude<EdgeKind, 'none'>,
-  shown?: Uint8Array,
+    result: Result,
+    edges: MeshEdges,
+    kind: Exclude<EdgeKind, 'none'>,
+    shown?: Uint8Array,
 ): Uint32Array {
-  return nodesOf(result, edgeLines(result, edges, KINDS[kind], shown)).filter(isShell(result));
+    return nodesOf(result, edgeLines(result, edges, KINDS[kind], shown)).filter(isShell(result));
 }
 
 const nodesOf = (result: Result, lines: Uint32Array) => lines.map((vertex) => result.vertexNodes[vertex]);
@@ -58,27 +58,27 @@ const nodesOf = (result: Result, lines: Uint32Array) => lines.map((vertex) => re
 const isShell = (result: Result) => (node: number) => node < result.structureNodes;
 
 function wallLines(result: Result, lines: Uint32Array): Uint32Array {
-  const { beams, coordinates } = result;
-  const beamOf = new Uint32Array(coordinates.length / 3 - result.structureNodes);
-  for (let beam = 0; beam < beams.count; ++beam) {
-    const begin = beams.nodeBegin[beam] - result.structureNodes;
-    beamOf.fill(beam, begin, beams.nodeBegin[beam + 1] - result.structureNodes);
-  }
-  const axisOf = (beam: number) => minus(at(beams.ends, 2 * beam + 1), at(beams.ends, 2 * beam));
-  const height = (node: number, beam: number) =>
-    norm(cross(minus(at(coordinates, node), at(beams.ends, 2 * beam)), unit(axisOf(beam))));
-  const highest = new Float32Array(beams.count);
-  beamOf.forEach((beam, i) => (highest[beam] = Math.max(highest[beam], height(result.structureNodes + i, beam))));
-  let length = 0;
-  for (let i = 0; i < lines.length; i += 2) {
-    if (lines[i] < result.structureNodes) continue;
-    const beam = beamOf[lines[i] - result.structureNodes];
-    const axis = axisOf(beam);
-    const step = minus(at(coordinates, lines[i + 1]), at(coordinates, lines[i]));
-    const isAlong = Math.abs(dot(step, axis)) > ALONG * norm(step) * norm(axis);
-    if (!isAlong || height(lines[i], beam) < ON_AXIS * highest[beam]) continue;
-    lines[length++] = lines[i];
-    lines[length++] = lines[i + 1];
-  }
-  return lines.subarray(0, length);
+    const { beams, coordinates } = result;
+    const beamOf = new Uint32Array(coordinates.length / 3 - result.structureNodes);
+    for (let beam = 0; beam < beams.count; ++beam) {
+        const begin = beams.nodeBegin[beam] - result.structureNodes;
+        beamOf.fill(beam, begin, beams.nodeBegin[beam + 1] - result.structureNodes);
+    }
+    const axisOf = (beam: number) => minus(at(beams.ends, 2 * beam + 1), at(beams.ends, 2 * beam));
+    const height = (node: number, beam: number) =>
+        norm(cross(minus(at(coordinates, node), at(beams.ends, 2 * beam)), unit(axisOf(beam))));
+    const highest = new Float32Array(beams.count);
+    beamOf.forEach((beam, i) => (highest[beam] = Math.max(highest[beam], height(result.structureNodes + i, beam))));
+    let length = 0;
+    for (let i = 0; i < lines.length; i += 2) {
+        if (lines[i] < result.structureNodes) continue;
+        const beam = beamOf[lines[i] - result.structureNodes];
+        const axis = axisOf(beam);
+        const step = minus(at(coordinates, lines[i + 1]), at(coordinates, lines[i]));
+        const isAlong = Math.abs(dot(step, axis)) > ALONG * norm(step) * norm(axis);
+        if (!isAlong || height(lines[i], beam) < ON_AXIS * highest[beam]) continue;
+        lines[length++] = lines[i];
+        lines[length++] = lines[i + 1];
+    }
+    return lines.subarray(0, length);
 }

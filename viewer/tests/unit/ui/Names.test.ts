@@ -1,7 +1,7 @@
 import { expect, test } from 'vitest';
 import { nodeName } from '../../../src/ui/Names';
 import { texts } from '../../../src/ui/Texts';
-import { stiffenedPlate } from '../models';
+import { stiffenedPlate } from '../scene/models';
 
 test('nodes of section walls are named by their beam and number within it', () => {
     const result = stiffenedPlate(4, 2, 3, 2);
