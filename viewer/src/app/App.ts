@@ -180,6 +180,7 @@ export class App {
                 help: () => this.help.flip(this.texts),
             },
         );
+        this.start.speak(this.texts);
         this.frame.root.hidden = this.result === undefined;
         if (this.scene && this.result) {
             this.panel = this.newPanel(this.scene, this.result);

@@ -116,6 +116,8 @@ export interface NumberLimits {
     max?: number;
     whole?: boolean;
     step?: number;
+    /** Why a number cannot be taken, to be told beside the box. */
+    refuse?: (value: number) => string | undefined;
 }
 
 /** A number is taken over with Enter or when the box is left; what is no number goes back to what it was. */
@@ -125,13 +127,14 @@ export function numberBox(
     set: (value: number) => void,
     limits: NumberLimits = {},
     reason?: Reason,
-): Control & { input: HTMLInputElement } {
+): Control {
     const id = newId();
     // A text field, since a numeric one rejects "1,5e6" without a word and hides what was typed.
     const input = make('input', { type: 'text', id, inputmode: 'decimal', class: 'number', autocomplete: 'off' });
     let shown: number | undefined;
     const show = (): void => {
         input.value = shown === undefined ? '' : numberText(shown);
+        input.setCustomValidity('');
         input.removeAttribute('aria-invalid');
     };
     const take = (): void => {
@@ -145,10 +148,18 @@ export function numberBox(
             show();
             return;
         }
+        const refusal = limits.refuse?.(value);
+        if (refusal !== undefined) {
+            input.setAttribute('aria-invalid', 'true');
+            input.setCustomValidity(refusal);
+            input.reportValidity();
+            return;
+        }
         if (value !== shown) set(value);
     };
     input.addEventListener('change', take);
     input.addEventListener('input', () => {
+        input.setCustomValidity('');
         if (parseNumber(input.value) === undefined) input.setAttribute('aria-invalid', 'true');
         else input.removeAttribute('aria-invalid');
     });
@@ -161,7 +172,6 @@ export function numberBox(
     const root = row(label, id, input);
     return {
         root,
-        input,
         sync(state) {
             shown = get(state);
             if (document.activeElement !== input || input.getAttribute('aria-invalid') === null) show();

@@ -188,11 +188,10 @@ function drawBar(
 ): void {
     const steps = scale.bands ?? height;
     for (let step = 0; step < steps; ++step) {
-        // Edges on whole pixels, so that no background shines through between bands.
-        const from = Math.round(y + height - ((step + 1) / steps) * height);
-        const to = Math.round(y + height - (step / steps) * height);
+        // Each up to the top, the next ones over it: where an edge falls between pixels no background shines through.
+        const bottom = y + height - (step / steps) * height;
         context.fillStyle = scale.colourAt((step + 0.5) / steps);
-        context.fillRect(x, from, BAR, to - from);
+        context.fillRect(x, y, BAR, bottom - y);
     }
     context.strokeStyle = colours.ink;
     context.lineWidth = 1;

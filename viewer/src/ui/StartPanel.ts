@@ -5,6 +5,8 @@ import type { Texts } from './Texts';
 /** In front of the picture while there is none: where files are dropped, how far reading is, why it failed. */
 export class StartPanel {
     readonly root = make('div', { class: 'start' });
+    /** What stands there, in another language. */
+    private again?: (texts: Texts) => void;
 
     constructor(private readonly openFiles: () => void) {}
 
@@ -21,6 +23,7 @@ export class StartPanel {
                 make('p', { class: 'note', role: 'status' }, note),
             ),
         );
+        this.again = (next) => this.showDrop(next, note);
         open.focus();
     }
 
@@ -46,15 +49,23 @@ export class StartPanel {
     showError(message: string, texts: Texts, close?: () => void): void {
         const panel = errorPanel(message, texts, close);
         this.replace(panel);
+        this.again = (next) => this.showError(message, next, close);
         panel.focus();
     }
 
+    /** What goes on at the moment keeps its language until it is done. */
+    speak(texts: Texts): void {
+        this.again?.(texts);
+    }
+
     hide(): void {
+        this.again = undefined;
         this.root.replaceChildren();
         this.root.hidden = true;
     }
 
     private replace(content: HTMLElement): void {
+        this.again = undefined;
         this.root.replaceChildren(content);
         this.root.hidden = false;
     }

@@ -13,34 +13,21 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
     const t = texts.panel;
     const current = (): [number, number] => store.state.limits ?? range() ?? [0, 1];
     const noOwnLimits = (state: Readonly<ViewState>): string | undefined => (state.limits ? undefined : t.ownLimits);
-    const setLimits = (lowest: number, highest: number): void => {
-        if (highest > lowest) store.set({ limits: [lowest, highest] });
-        else refused();
-    };
-
+    const ordered = (low: number, high: number): string | undefined => (low < high ? undefined : t.limitsOrder);
     const lowest = numberBox(
         t.lowest,
         () => current()[0],
-        (value) => setLimits(value, current()[1]),
-        {},
+        (value) => store.set({ limits: [value, current()[1]] }),
+        { refuse: (value) => ordered(value, current()[1]) },
         noOwnLimits,
     );
     const highest = numberBox(
         t.highest,
         () => current()[1],
-        (value) => setLimits(current()[0], value),
-        {},
+        (value) => store.set({ limits: [current()[0], value] }),
+        { refuse: (value) => ordered(current()[0], value) },
         noOwnLimits,
     );
-    const refused = (): void => {
-        for (const box of [lowest, highest]) {
-            box.input.setCustomValidity(t.limitsOrder);
-            box.input.reportValidity();
-            box.input.setCustomValidity('');
-            box.input.setAttribute('aria-invalid', 'true');
-            break;
-        }
-    };
 
     const controls = [
         choice<'bands' | 'smooth'>(
