@@ -17,8 +17,6 @@ interface Drawn {
 }
 
 export interface Program {
-    isUniformUsed(name: string): boolean;
-    setUniformf(name: string, value: number): void;
     setUniformi(name: string, value: number): void;
     setUniform2f(name: string, a: number, b: number): void;
     setUniform3f(name: string, a: number, b: number, c: number): void;

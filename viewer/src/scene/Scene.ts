@@ -208,6 +208,7 @@ export class Scene implements SceneView {
     }
 
     async picture(width: number, height: number): Promise<Blob> {
+        this.rest();
         const copy = await this.canvas.copy(width, height);
         const factor = Math.max(1, height / this.canvas.size[1]);
         const context = copy.getContext('2d')!;
@@ -262,6 +263,7 @@ export class Scene implements SceneView {
     }
 
     private rest(): void {
+        clearTimeout(this.resting);
         this.edges.setVisible(this.state.edges !== 'none');
         this.walls.setVisible(true);
         this.canvas.draw();
