@@ -5,6 +5,11 @@ import type { ViewState } from '../state/ViewState';
 /** The address follows when the view has rested so long, in milliseconds: browsers limit how often it may change. */
 const REST = 300;
 
+/** What a state does not have is undone when it is taken over. */
+export function complete(state: ViewState): ViewState {
+    return { limits: undefined, scale: undefined, clip: undefined, box: undefined, camera: undefined, ...state };
+}
+
 /** Keeps the view in the address of the page, and follows an address that the user types. */
 export class Address {
     private timer = 0;
@@ -17,7 +22,7 @@ export class Address {
             clearTimeout(this.timer);
             this.timer = window.setTimeout(() => this.write(), REST);
         });
-        window.addEventListener('hashchange', () => store.set(stateOfAddress(location.hash, initial)));
+        window.addEventListener('hashchange', () => store.set(complete(stateOfAddress(location.hash, initial))));
     }
 
     link(): string {

@@ -88,7 +88,8 @@ export class App {
         return this.scene;
     }
 
-    show(result: Result): void {
+    /** view: from where it is seen at first, where the state has no camera. */
+    show(result: Result, view?: StandardView): void {
         this.cut.end();
         const { state } = this.store;
         const isFirst = this.scene === undefined;
@@ -105,7 +106,8 @@ export class App {
         this.start.hide();
         document.title = `${result.title} – tarnvexo`;
         this.followLanguage();
-        if (!isFirst || !state.camera) this.fit();
+        if (view) this.standardView(view);
+        else if (!isFirst || !state.camera) this.fit();
     }
 
     showReport(report: RunReport): void {

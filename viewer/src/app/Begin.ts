@@ -1,4 +1,6 @@
 // What happens when the page opens: the view from the address, then the result from wherever the page has it.
+import type { Packet } from '../model/Packet';
+import type { Result } from '../model/Result';
 import { Scene } from '../scene/Scene';
 import { Store } from '../state/Store';
 import { stateOfAddress } from '../state/ViewAddress';
@@ -6,11 +8,11 @@ import { DEFAULT_STATE, type ViewState } from '../state/ViewState';
 import { faultText } from '../ui/ErrorPanel';
 import type { Texts } from '../ui/Texts';
 import { isDark, storedTheme, type ThemeMode } from '../ui/Theme';
-import { Address } from './Address';
+import { Address, complete } from './Address';
+import { standardViewOf, stateOfWords } from './AddressWords';
 import { App } from './App';
 import { makePlace, pictureOrder, postError, postPicture, type PictureOrder } from './PictureMode';
 import { embeddedPacket, fetchPacket, packetAddress, readEmbedded, readFiles } from './Sources';
-import type { Packet } from '../model/Packet';
 
 export async function begin(root: HTMLElement): Promise<void> {
     const { hash } = location;
@@ -38,7 +40,10 @@ export async function begin(root: HTMLElement): Promise<void> {
 
     const address = new Address(store, initial);
     app.linkToView = () => address.link();
-    const files = new Files(app);
+    const files = new Files(app, (result) => {
+        if (app.shown) app.show(result);
+        else showFirst(app, store, result, hash);
+    });
     app.onFiles = (list) => void files.open(list);
     try {
         requireWebGL(app);
@@ -85,15 +90,22 @@ async function pagePacket(app: App): Promise<Packet | undefined> {
 
 /** The packet says how its makers want it seen; the address has the last word. */
 function showPacket(app: App, store: Store, { result, view }: Packet, hash: string): void {
-    if (typeof view === 'string') store.set(stateOfAddress(hash, stateOfAddress(view, store.state)));
-    app.show(result);
+    showFirst(app, store, result, `${view ?? ''}&${hash.replace(/^#/, '')}`);
+}
+
+function showFirst(app: App, store: Store, result: Result, address: string): void {
+    store.set(complete(stateOfWords(address, store.state, result)));
+    app.show(result, standardViewOf(address));
 }
 
 /** Files that the user opens, one lot at a time. */
 class Files {
     private reading?: AbortController;
 
-    constructor(private readonly app: App) {}
+    constructor(
+        private readonly app: App,
+        private readonly show: (result: Result) => void,
+    ) {}
 
     async open(list: File[]): Promise<void> {
         const { app } = this;
@@ -110,7 +122,7 @@ class Files {
             await painted();
             // A report alone says something about what is shown already.
             if (opened.result === app.shown) app.start.hide();
-            else app.show(opened.result);
+            else this.show(opened.result);
             if (opened.report) app.showReport(opened.report);
         } catch (error) {
             // Another lot has taken its place.
