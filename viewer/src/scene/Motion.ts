@@ -4,7 +4,7 @@ import { DOFS, type Result } from '../model/Result';
 export type Bounds = [number, number, number, number, number, number];
 
 /** The largest displacement is shown as this part of the diagonal of the model. */
-const DEFAULT_PART = 0.05;
+export const DEFAULT_PART = 0.05;
 
 /** x from, x to, y from ... of all nodes at coordinates + scale · displacements; all zero if there are none. */
 export function bounds(result: Result, scale: number): Bounds {

@@ -10,6 +10,7 @@ import { categories } from './Categories';
 import { outline, shownEdges } from './Edges';
 import { LineActor } from './LineActor';
 import { bounds, diagonal, union, widened, type Bounds } from './Motion';
+import type { CutLine } from './Cut';
 import type { MotionActor } from './MotionActor';
 import { Projection } from './Projection';
 import type { ElementKind, Extreme, Probe, SceneView } from './SceneView';
@@ -17,7 +18,7 @@ import { ShownResult } from './ShownResult';
 import { NO_VALUE, SurfaceActor } from './SurfaceActor';
 import { SymbolActors } from './SymbolActors';
 import { at, type Vec3 } from './Vectors';
-import { centred, fitted, standardView } from './Views';
+import { centred, fitted, panned, standardView } from './Views';
 import { VISIBILITY_KEYS } from './Visibility';
 
 /** Seconds of a full swing. */
@@ -42,6 +43,7 @@ const LOOK_KEYS = [
 ] as const satisfies readonly (keyof ViewState)[];
 
 export class Scene implements SceneView {
+    rightInset = 0;
     private readonly canvas: Canvas;
     private readonly control: CameraControl;
     private readonly axes: Axes;
@@ -137,12 +139,12 @@ export class Scene implements SceneView {
 
     fit(): void {
         if (!this.shown) return;
-        this.moveCamera(fitted(this.camera, this.shown.box(), this.aspect(), this.state.parallel));
+        this.moveCamera(this.beside(fitted(this.camera, this.shown.box(), this.aspect(), this.state.parallel)));
     }
 
     setStandardView(view: StandardView): void {
         if (!this.shown) return;
-        this.moveCamera(standardView(view, this.shown.box(), this.aspect(), this.state.parallel));
+        this.moveCamera(this.beside(standardView(view, this.shown.box(), this.aspect(), this.state.parallel)));
     }
 
     goTo(kind: 'node' | ElementKind | 'beam', number: number): boolean {
@@ -179,7 +181,7 @@ export class Scene implements SceneView {
         return this.state.deformed ? (this.state.scale ?? this.shown?.defaultScale ?? 1) : 0;
     }
 
-    cut(from: [number, number], to: [number, number]): { length: Float32Array; value: Float32Array }[] {
+    cut(from: [number, number], to: [number, number]): CutLine[] {
         if (!this.shown || !this.hasRange()) return [];
         const projection = this.projection();
         return this.shown.cut([projection.ray(...from), projection.ray(...to)]);
@@ -225,7 +227,12 @@ export class Scene implements SceneView {
 
     private aspect(): number {
         const [width, height] = this.canvas.size;
-        return width / height;
+        return Math.max(0.5 * width, width - this.rightInset) / height;
+    }
+
+    private beside(camera: Camera): Camera {
+        const [width, height] = this.canvas.size;
+        return panned(camera, -Math.min(0.5 * width, this.rightInset) / height, 0);
     }
 
     private projection(): Projection {

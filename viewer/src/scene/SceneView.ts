@@ -1,5 +1,6 @@
 // What the rest of the page may ask of the three-dimensional picture.
 import type { Result } from '../model/Result';
+import type { CutLine } from './Cut';
 import type { StandardView, ViewState } from '../state/ViewState';
 
 export type ElementKind = 'quad' | 'tri' | 'wall';
@@ -59,5 +60,7 @@ export interface SceneView {
     /** When the camera has come to rest. */
     onCamera(listener: (camera: NonNullable<ViewState['camera']>) => void): void;
     /** Values of the shown field along the cut of the surface with a plane through two picture points. */
-    cut(from: [number, number], to: [number, number]): { length: Float32Array; value: Float32Array }[];
+    cut(from: [number, number], to: [number, number]): CutLine[];
+    /** CSS pixels at the right of the picture that the structure is fitted beside: there stands the legend. */
+    rightInset: number;
 }
