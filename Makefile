@@ -1,12 +1,15 @@
 # tarnvexo: set up, build, run, test and measure, on a fresh Debian 12 machine too.
 #     make build      then    build/tarnvexo in a directory that holds fem_solving.txt
-# The viewer inside the program needs Node.js and npm (packages nodejs, npm); without them it is left out.
 # Every target first installs what is missing (apt, through sudo unless root); a second call changes nothing.
 
 JOBS ?= 2
 
 PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev \
     libsuitesparse-dev libmetis-dev libopenblas-pthread-dev libcpp-httplib-dev zlib1g-dev python3
+# The viewer is built by npm; one from elsewhere does not go together with Debian's.
+ifeq ($(shell command -v npm),)
+PACKAGES += nodejs npm
+endif
 BENCH_PACKAGES := calculix-ccx
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
@@ -51,7 +54,7 @@ build-sanitize/build.ninja: | deps
 	    -DTARNVEXO_SANITIZE=address,undefined -DTARNVEXO_BENCH=OFF
 
 build: build/build.ninja
-	cmake --build build -j $(JOBS) --target tarnvexo $(TOOLS)
+	cmake --build build -j $(JOBS) --target tarnvexo tarnvexo_contour $(TOOLS)
 
 run: build
 	@build/tarnvexo solve examples/midship -o run/midship
