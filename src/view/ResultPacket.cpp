@@ -53,7 +53,7 @@ public:
     {
         // A title that is not UTF-8 shows marks in place of its bytes.
         std::string text = head.dump(-1, ' ', false, Json::error_handler_t::replace);
-        constexpr std::string_view magic = "TXVRES1\n";
+        constexpr std::string_view magic = "TVXRES1\n";
         constexpr std::size_t fixed = magic.size() + sizeof(std::uint32_t);
         text.append((Alignment - (fixed + text.size()) % Alignment) % Alignment, ' ');
         const std::uint32_t length = Number(text.size());

@@ -20,7 +20,7 @@ struct Decoded {
     explicit Decoded(const std::string& packet)
     {
         std::uint32_t length = 0;
-        EXPECT_EQ(packet.substr(0, 8), "TXVRES1\n");
+        EXPECT_EQ(packet.substr(0, 8), "TVXRES1\n");
         std::memcpy(&length, packet.data() + 8, sizeof length);
         EXPECT_EQ((12 + length) % 8, 0u);
         head = nlohmann::json::parse(packet.substr(12, length));
