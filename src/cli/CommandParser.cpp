@@ -151,7 +151,7 @@ void ParseSize(const std::string& text, PictureCommand& command)
     }
 }
 
-// "5%", "true", "20", "off": returned as they are given.
+// "5%", "true", "20", "off": as an address has them, where "%" and "+" mean something else.
 std::string ParsedDeformation(const std::string& text)
 {
     double value = 0.0;
@@ -163,7 +163,15 @@ std::string ParsedDeformation(const std::string& text)
         throw UsageFault{"--deformed cannot be \"" + text + "\"",
                          "5% or another share of the model's size, true, a factor such as 20, or off", ""};
     }
-    return text;
+    std::string inAddress;
+    for (const char c : text) { inAddress += c == '%' ? "%25" : c == '+' ? "%2B" : std::string(1, c); }
+    return inAddress;
+}
+
+// What stands behind "#" in an address; with it or without.
+std::string ParsedState(const std::string& text)
+{
+    return text.starts_with('#') ? text.substr(1) : text;
 }
 
 // ---- options
@@ -540,7 +548,7 @@ Command ViewOf(const OptionTexts& texts)
     command.result = texts.result;
     command.modelFile = texts.modelFile;
     command.outputFile = texts.page;
-    command.view = texts.view;
+    command.view = ParsedState(texts.view);
     command.open = !texts.noOpen;
     command.quiet = texts.quiet;
     return command;
@@ -554,14 +562,11 @@ Command PictureOf(const OptionTexts& texts)
     command.modelFile = texts.modelFile;
     command.outputFile = texts.page;
     ParseSize(texts.size, command);
-    std::string deformed = ParsedDeformation(texts.deformed);
-    if (deformed.ends_with('%')) {
-        deformed += "25"; // "%" in an address
-    }
-    command.state =
-        "field=" + ParsedName("--field", texts.field, Fields) + "&face=" + ParsedName("--face", texts.face, Faces) +
-        "&view=" + ParsedName("--view", texts.view.empty() ? "iso" : texts.view, StandardViews) +
-        "&deformed=" + deformed + (texts.dark ? "&dark=1" : "") + (texts.state.empty() ? "" : "&" + texts.state);
+    command.state = "field=" + ParsedName("--field", texts.field, Fields) +
+                    "&face=" + ParsedName("--face", texts.face, Faces) +
+                    "&view=" + ParsedName("--view", texts.view.empty() ? "iso" : texts.view, StandardViews) +
+                    "&deformed=" + ParsedDeformation(texts.deformed) + (texts.dark ? "&dark=1" : "") +
+                    (texts.state.empty() ? "" : "&" + ParsedState(texts.state));
     command.quiet = texts.quiet;
     return command;
 }

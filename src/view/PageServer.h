@@ -1,7 +1,8 @@
 // view/PageServer.h
 // Serves one page and its packet to a browser of this machine. Only the loopback device is listened to, at a port that
-// the system chooses; the address holds a random word that other users and other pages do not know. A request must name
-// this host (a page of another one cannot reach this server under a name of its own) and one of these:
+// the system chooses; the address holds a random word that other pages do not know, nor other users where the system
+// hides the browser's command line from them. A request must name this host (a page of another one cannot reach this
+// server under a name of its own) and one of these:
 //
 //     GET  /WORD/          the page
 //     GET  /WORD/packet    the packet

@@ -214,11 +214,14 @@ TEST(PictureArguments, BecomeTheStateInThePagesAddress)
     EXPECT_EQ(usual.width, 1600);
     EXPECT_EQ(usual.height, 1000);
     const auto other = std::get<PictureCommand>(Parse(
-        {"picture", "run",     "--out",      "a.png", "--field", "txy",     "--face",     "viewed",  "--view", "TOP",
-         "--size",  "640x480", "--deformed", "true",  "--dark",  "--state", "edges=mesh", "--model", "wing",   "-q"}));
+        {"picture", "run",     "--out",      "a.png", "--field", "txy",     "--face",      "viewed",  "--view", "TOP",
+         "--size",  "640x480", "--deformed", "true",  "--dark",  "--state", "#edges=mesh", "--model", "wing",   "-q"}));
     EXPECT_EQ(other.result, "run");
     EXPECT_EQ(other.modelFile, "wing");
     EXPECT_EQ(other.state, "field=TXY&face=viewed&view=top&deformed=true&dark=1&edges=mesh");
+    EXPECT_NE(std::get<PictureCommand>(Parse({"picture", "--out", "a.png", "--deformed", "1e+3"}))
+                  .state.find("&deformed=1e%2B3"),
+              std::string::npos);
     EXPECT_EQ(other.width, 640);
     EXPECT_EQ(other.height, 480);
     EXPECT_TRUE(other.quiet);

@@ -112,23 +112,22 @@ SolveReport SampleSolveReport()
     report.largestShellStress = {1.23457e8, 12, 31, "quad", {0.5, 1.5, 2.25}};
     report.largestBeamStress = {8.1e7, 118, 0, "beam", {3, 3, 1}};
     const double never = std::numeric_limits<double>::infinity();
-    report.resultChecks = {
-        {"residual", Verdict::Pass, 1.7e-16, 1e-12, 1e-8, "K·u = f within round-off", {}},
-        {"balance", Verdict::Pass, 4.09e-15, 1e-10, 1e-6, "inertia leaves no force and no moment", {}},
-        {"reactions",
-         Verdict::Pass,
-         2.5e-14,
-         1e-3,
-         never,
-         "supports and holds carry next to nothing of the balanced loads",
-         {}},
-        {"energy",
-         Verdict::Warn,
-         8.1e-6,
-         1e-6,
-         0.01,
-         "round-off is part of the results; the smallest pivot, 3.2e-05 of its stiffness, is at node 57",
-         {}}};
+    report.resultChecks = {{"residual", Verdict::Pass, 1.7e-16, 1e-12, 1e-8, "K·u = f within round-off", {}},
+                     {"balance", Verdict::Pass, 4.09e-15, 1e-10, 1e-6, "inertia leaves no force and no moment", {}},
+                     {"reactions",
+                      Verdict::Pass,
+                      2.5e-14,
+                      1e-3,
+                      never,
+                      "supports and holds carry next to nothing of the balanced loads",
+                      {}},
+                     {"energy",
+                      Verdict::Warn,
+                      8.1e-6,
+                      1e-6,
+                      0.01,
+                      "round-off is part of the results; the smallest pivot, 3.2e-05 of its stiffness, is at node 57",
+                      {}}};
     report.files = {{"run/Node_Dis.txt", 9120}, {"run/Shell element node stress.txt", 1234567}};
     report.stages = {{"read", 0.0123, 0.012}, {"factorise", 0.0325, 0.031}, {"write", 0.214, 0.045}};
     report.seconds = 0.2712;
