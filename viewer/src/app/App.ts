@@ -201,7 +201,6 @@ export class App {
             store: this.store,
             result,
             texts: this.texts,
-            scale: () => scene.scale(),
             range: () => scene.range(),
             fit: () => this.fit(),
             setStandardView: (view) => this.standardView(view),

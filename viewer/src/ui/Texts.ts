@@ -34,6 +34,7 @@ export interface Texts {
         limitsOrder: string;
         logarithmic: string;
         noLogarithm: string;
+        noScale: string;
         flags: string;
         deformation: string;
         deformed: string;
@@ -265,6 +266,7 @@ const english: Texts = {
         highest: 'Highest',
         limitsOrder: 'the highest must be above the lowest',
         logarithmic: 'Logarithmic',
+        noScale: 'this field has no scale of values',
         noLogarithm: 'a logarithmic scale needs values above zero',
         flags: 'Flags at max and min',
         deformation: 'Deformation',
@@ -492,6 +494,7 @@ const chinese: Texts = {
         highest: '上限',
         limitsOrder: '上限必须大于下限',
         logarithmic: '对数刻度',
+        noScale: '该场量没有数值刻度',
         noLogarithm: '对数刻度要求数值大于零',
         flags: '标出最大与最小值',
         deformation: '变形',
