@@ -29,6 +29,16 @@ import { fieldSubtitle, legendContent, overlayContent, type OverlaySource } from
 const FACES: Face[] = ['larger', 'positive', 'negative', 'viewed'];
 const EDGES: ViewState['edges'][] = ['none', 'mesh', 'feature', 'free'];
 
+/** Parts of the state that belong to a structure, as they are before anybody has set them. */
+const FOR_ONE_STRUCTURE: Partial<ViewState> = {
+    limits: undefined,
+    scale: undefined,
+    clip: undefined,
+    box: undefined,
+    hiddenThicknesses: [],
+    hiddenSections: [],
+};
+
 type Point = [number, number];
 
 export class App {
@@ -94,6 +104,8 @@ export class App {
         const { state } = this.store;
         const isFirst = this.scene === undefined;
         this.scene ??= this.newScene();
+        // What was set for another structure would hide or distort this one.
+        if (this.result && this.result.coordinates !== result.coordinates) this.store.set(FOR_ONE_STRUCTURE);
         this.result = result;
         this.table.clear();
         this.closeCut();
@@ -201,7 +213,6 @@ export class App {
             store: this.store,
             result,
             texts: this.texts,
-            scale: () => scene.scale(),
             range: () => scene.range(),
             fit: () => this.fit(),
             setStandardView: (view) => this.standardView(view),

@@ -24,23 +24,16 @@ export interface OverlayContent {
     spot?: Point;
 }
 
-/** Where things stand that were drawn. */
-export interface OverlayPlaces {
-    /** By flag; undefined: it found no place. */
-    flags: (Rectangle | undefined)[];
-    legend?: Rectangle;
-}
-
 const LINE = 15;
 const PAD = 5;
 
-/** size: logical pixels; the context is scaled to them. */
+/** size: logical pixels; the context is scaled to them. Gives back where the legend stands. */
 export function drawOverlay(
     context: CanvasRenderingContext2D,
     size: { width: number; height: number },
     content: OverlayContent,
     colours: CanvasColours,
-): OverlayPlaces {
+): Rectangle | undefined {
     const taken: Rectangle[] = [];
     for (const curve of content.curves) drawCurve(context, curve, colours);
     if (content.line) drawCurve(context, content.line, colours);
@@ -54,7 +47,7 @@ export function drawOverlay(
     // Leader lines first, so that none crosses a label.
     labels.forEach((label, i) => label && drawLeader(context, label, content.flags[i].at, colours));
     labels.forEach((label, i) => label && drawLabel(context, label, content.flags[i], colours));
-    return { flags: labels, legend };
+    return legend;
 }
 
 function anchorOf(context: CanvasRenderingContext2D, flag: Flag, colours: CanvasColours): Anchor {

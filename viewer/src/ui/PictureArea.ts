@@ -26,8 +26,6 @@ export class PictureArea {
     content: () => OverlayContent = () => ({ flags: [], markers: [], curves: [] });
     onHover: (at: Point | undefined) => void = () => undefined;
     onClick: (at: Point) => void = () => undefined;
-    /** Where the flags stand at present. */
-    flagPlaces: (Rectangle | undefined)[] = [];
     private legend?: Rectangle;
 
     constructor() {
@@ -105,9 +103,7 @@ export class PictureArea {
         const context = this.canvas.getContext('2d')!;
         context.setTransform(ratio, 0, 0, ratio, 0, 0);
         context.clearRect(0, 0, width, height);
-        const places = drawOverlay(context, { width, height }, this.content(), canvasColours());
-        this.flagPlaces = places.flags;
-        this.legend = places.legend;
+        this.legend = drawOverlay(context, { width, height }, this.content(), canvasColours());
     }
 
     private pointOf(event: PointerEvent): Point {

@@ -34,6 +34,7 @@ export interface Texts {
         limitsOrder: string;
         logarithmic: string;
         noLogarithm: string;
+        noScale: string;
         flags: string;
         deformation: string;
         deformed: string;
@@ -79,7 +80,6 @@ export interface Texts {
     bar: {
         label: string;
         open: string;
-        probe: string;
         cut: string;
         search: string;
         searchHint: string;
@@ -102,11 +102,9 @@ export interface Texts {
 
     probe: {
         title: string;
-        hint: string;
         node: string;
         wallNode: (node: number, beam: number) => string;
         element: string;
-        value: string;
         atNode: string;
         positive: string;
         negative: string;
@@ -161,14 +159,11 @@ export interface Texts {
         fetch: (address: string, reason: string) => string;
         fetchExpected: string;
         fetchToDo: string;
-        packetToDo: string;
         unforeseen: string;
     };
 
     help: {
         title: string;
-        mouse: string;
-        keyboard: string;
         keys: Record<
             | 'rotate'
             | 'pan'
@@ -265,6 +260,7 @@ const english: Texts = {
         highest: 'Highest',
         limitsOrder: 'the highest must be above the lowest',
         logarithmic: 'Logarithmic',
+        noScale: 'this field has no scale of values',
         noLogarithm: 'a logarithmic scale needs values above zero',
         flags: 'Flags at max and min',
         deformation: 'Deformation',
@@ -310,7 +306,6 @@ const english: Texts = {
     bar: {
         label: 'Tools',
         open: 'Open…',
-        probe: 'Probe',
         cut: 'Cut',
         search: 'Number',
         searchHint: 'Go to the node or element of this number',
@@ -331,11 +326,9 @@ const english: Texts = {
     },
     probe: {
         title: 'Probed points',
-        hint: 'Click the structure to keep a point here.',
         node: 'node',
         wallNode: (node, beam) => `${node} of beam ${beam}`,
         element: 'element',
-        value: 'value',
         atNode: 'at the node',
         positive: '+',
         negative: '−',
@@ -386,13 +379,10 @@ const english: Texts = {
         fetch: (address, reason) => `the results at ${address} could not be loaded: ${reason}`,
         fetchExpected: 'a result packet from the program that serves this page',
         fetchToDo: 'see whether that program still runs, then load the page anew',
-        packetToDo: 'make the page anew with tarnvexo view',
         unforeseen: 'the page met a fault of its own',
     },
     help: {
         title: 'Keyboard and mouse',
-        mouse: 'Mouse',
-        keyboard: 'Keyboard',
         keys: {
             rotate: 'rotate',
             pan: 'move',
@@ -492,6 +482,7 @@ const chinese: Texts = {
         highest: '上限',
         limitsOrder: '上限必须大于下限',
         logarithmic: '对数刻度',
+        noScale: '该场量没有数值刻度',
         noLogarithm: '对数刻度要求数值大于零',
         flags: '标出最大与最小值',
         deformation: '变形',
@@ -537,7 +528,6 @@ const chinese: Texts = {
     bar: {
         label: '工具',
         open: '打开…',
-        probe: '探测',
         cut: '剖线',
         search: '编号',
         searchHint: '转到该编号的节点或单元',
@@ -558,11 +548,9 @@ const chinese: Texts = {
     },
     probe: {
         title: '探测点',
-        hint: '单击结构,数值保留在此。',
         node: '节点',
         wallNode: (node, beam) => `梁 ${beam} 的 ${node}`,
         element: '单元',
-        value: '数值',
         atNode: '节点处',
         positive: '+',
         negative: '−',
@@ -613,13 +601,10 @@ const chinese: Texts = {
         fetch: (address, reason) => `无法加载 ${address} 的结果:${reason}`,
         fetchExpected: '提供本页面的程序所给出的结果包',
         fetchToDo: '请检查该程序是否仍在运行,然后重新加载页面',
-        packetToDo: '请用 tarnvexo view 重新生成页面',
         unforeseen: '页面自身出错',
     },
     help: {
         title: '键盘与鼠标',
-        mouse: '鼠标',
-        keyboard: '键盘',
         keys: {
             rotate: '旋转',
             pan: '平移',

@@ -1,7 +1,7 @@
 import type { Clip, ViewState } from '../../state/ViewState';
 import { button, make } from '../Dom';
 import { check, choice, numberBox, section, slider, type Control } from '../Controls';
-import { bounds } from '../Bounds';
+import { bounds } from '../../scene/Motion';
 import type { PanelContext, PanelSection } from './PanelContext';
 
 type Axis = 'x' | 'y' | 'z' | 'other';
@@ -67,7 +67,8 @@ export function clipSection({ store, result, texts }: PanelContext): PanelSectio
         change({ normal: [-normal[0] || 0, -normal[1] || 0, -normal[2] || 0], offset: 1 - offset });
     });
 
-    const extent = bounds(result);
+    const [x0, x1, y0, y1, z0, z1] = bounds(result, 0);
+    const extent: NonNullable<ViewState['box']> = [x0, y0, z0, x1, y1, z1];
     const box = (state: Readonly<ViewState>): NonNullable<ViewState['box']> => state.box ?? extent;
     const noBox = (state: Readonly<ViewState>): string | undefined => (state.box ? undefined : t.boxOn);
     const boxOn = check(

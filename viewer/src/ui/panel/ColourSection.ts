@@ -12,7 +12,9 @@ export function hasScale(state: Readonly<ViewState>): boolean {
 export function colourSection({ store, texts, range }: PanelContext): PanelSection {
     const t = texts.panel;
     const current = (): [number, number] => store.state.limits ?? range() ?? [0, 1];
-    const noOwnLimits = (state: Readonly<ViewState>): string | undefined => (state.limits ? undefined : t.ownLimits);
+    const noScale = (state: Readonly<ViewState>): string | undefined => (hasScale(state) ? undefined : t.noScale);
+    const noOwnLimits = (state: Readonly<ViewState>): string | undefined =>
+        noScale(state) ?? (state.limits ? undefined : t.ownLimits);
     const ordered = (low: number, high: number): string | undefined => (low < high ? undefined : t.limitsOrder);
     const lowest = numberBox(
         t.lowest,
@@ -38,24 +40,27 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
             ],
             (state) => (state.bands ? 'bands' : 'smooth'),
             (kind) => store.set({ bands: kind === 'bands' }),
+            noScale,
         ),
         numberBox(
             t.bandCount,
             (state) => state.bandCount,
             (bandCount) => store.set({ bandCount }),
             { min: 2, max: 32, whole: true, step: 1 },
-            (state) => (state.bands ? undefined : t.smooth),
+            (state) => noScale(state) ?? (state.bands ? undefined : t.smooth),
         ),
         select<ColourMap>(
             t.map,
             [{ label: '', options: Object.entries(texts.maps) as [ColourMap, string][] }],
             (state) => state.colourMap,
             (colourMap) => store.set({ colourMap }),
+            noScale,
         ),
         check(
             t.ownLimits,
             (state) => state.limits !== undefined,
             (own) => store.set({ limits: own ? (range() ?? [0, 1]) : undefined }),
+            noScale,
         ),
         lowest,
         highest,
@@ -63,12 +68,13 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
             t.logarithmic,
             (state) => state.logarithmic,
             (logarithmic) => store.set({ logarithmic }),
-            (state) => (state.logarithmic || current()[1] > 0 ? undefined : t.noLogarithm),
+            (state) => noScale(state) ?? (state.logarithmic || current()[1] > 0 ? undefined : t.noLogarithm),
         ),
         check(
             t.flags,
             (state) => state.flags,
             (flags) => store.set({ flags }),
+            noScale,
         ),
     ];
     return { root: section(t.colours, true, ...controls.map((control) => control.root)), controls };

@@ -1,16 +1,18 @@
+import { defaultScale } from '../../scene/Motion';
 import { button, make } from '../Dom';
 import { check, numberBox, section, slider } from '../Controls';
 import { numberText } from '../Numbers';
 import type { PanelContext, PanelSection } from './PanelContext';
 
 /** How far displacements are drawn. */
-export function deformationSection({ store, texts, scale }: PanelContext): PanelSection {
+export function deformationSection({ store, result, texts }: PanelContext): PanelSection {
     const t = texts.panel;
     // The slider goes by factors: four decades around the automatic scale, true scale within.
-    const middle = Math.log10(Math.max(scale(), Number.MIN_VALUE));
+    const automatic = defaultScale(result);
+    const middle = Math.log10(automatic);
     const lowest = Math.min(0, middle - 2);
     const highest = Math.max(0, middle + 2);
-    const inUse = (): number => store.state.scale ?? scale();
+    const inUse = (): number => store.state.scale ?? automatic;
 
     const controls = [
         check(

@@ -9,8 +9,6 @@ export interface PanelContext {
     store: Store;
     result: Result;
     texts: Texts;
-    /** Factor on displacements in use. */
-    scale(): number;
     /** Limits of the colours in use. */
     range(): [number, number] | undefined;
     fit(): void;
