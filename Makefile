@@ -5,7 +5,7 @@
 JOBS ?= 2
 
 PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev \
-    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev libcpp-httplib-dev zlib1g-dev python3
+    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev libcpp-httplib-dev libtinygltf-dev zlib1g-dev python3
 # The viewer is built by npm; one from elsewhere does not go together with Debian's.
 ifeq ($(shell command -v npm),)
 PACKAGES += nodejs npm

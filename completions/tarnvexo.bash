@@ -21,6 +21,16 @@ _tarnvexo_rules()
         sed -n 's/^  [a-z][a-z]* *\([a-z][a-z-]*\) .*/\1=/p')" "$1"
 }
 
+# A list with commas: the word behind the last one; "none" stands alone.
+_tarnvexo_formats()
+{
+    if [[ $1 == *,* ]]; then
+        mapfile -t COMPREPLY < <(compgen -P "${1%,*}," -W "text vtu gltf csv json" -- "${1##*,}")
+    else
+        _tarnvexo_words "text vtu gltf csv json none" "$1"
+    fi
+}
+
 _tarnvexo()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
@@ -52,7 +62,7 @@ _tarnvexo()
         --balance) _tarnvexo_words "exact classic" "$current"; return ;;
         --displacements) _tarnvexo_words "mass-orthogonal held" "$current"; return ;;
         --units) _tarnvexo_words "SI mm-t-s" "$current"; return ;;
-        --format) _tarnvexo_words "text none" "$current"; return ;;
+        --format) _tarnvexo_formats "$current"; return ;;
         --threads) _tarnvexo_words "1 2 4 8 16" "$current"; return ;;
         --rule) _tarnvexo_rules "$current"; return ;;
         -k) _tarnvexo_words "2 3 4" "$current"; return ;;

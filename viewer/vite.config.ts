@@ -5,5 +5,6 @@ import { viteSingleFile } from 'vite-plugin-singlefile';
 export default defineConfig({
   plugins: [viteSingleFile()],
   build: { target: 'es2022', chunkSizeWarningLimit: 4096 },
-  worker: { format: 'es' },
+  // Classic workers: browsers refuse module workers to a page that was opened from a file.
+  worker: { format: 'iife' },
 });

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <charconv>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -54,7 +55,9 @@ const Choices<BalanceKind> Balances = {{"exact", BalanceKind::Exact}, {"classic"
 const Choices<DisplacementKind> Displacements = {{"mass-orthogonal", DisplacementKind::MassOrthogonal},
                                                  {"held", DisplacementKind::Held}};
 const Choices<UnitSystem> Units = {{"SI", UnitSystem::SI}, {"mm-t-s", UnitSystem::MillimetreTonneSecond}};
-const Choices<bool> Formats = {{"text", true}, {"none", false}}; // are the six files written?
+const Choices<std::optional<ResultFormat>> Formats = {{"text", ResultFormat::Text}, {"vtu", ResultFormat::Vtu},
+                                                      {"gltf", ResultFormat::Gltf}, {"csv", ResultFormat::Csv},
+                                                      {"json", ResultFormat::Json}, {"none", std::nullopt}};
 
 // Names as the viewer has them (viewer/src/model/Result.ts, viewer/src/state/ViewState.ts).
 using Names = std::vector<std::string>;
@@ -112,21 +115,25 @@ UnitSystem ParsedUnits(const std::string& text)
     return text.empty() ? UnitSystem::Unnamed : ParsedChoice("--units", text, Units);
 }
 
-// Are the six files to be written? Formats may be given several times and with commas between them.
-bool ParsedFormats(const std::vector<std::string>& texts)
+// Formats may be given several times and with commas between them.
+ResultFormats ParsedFormats(const std::vector<std::string>& texts)
 {
-    bool text = texts.empty();
+    ResultFormats formats;
     bool none = false;
     for (const std::string& given : texts) {
-        for (const std::string& format : CLI::detail::split(given, ',')) {
-            (ParsedChoice("--format", format, Formats) ? text : none) = true;
+        for (const std::string& name : CLI::detail::split(given, ',')) {
+            const std::optional<ResultFormat> format = ParsedChoice("--format", name, Formats);
+            none = none || !format;
+            if (format) {
+                formats.insert(*format);
+            }
         }
     }
-    if (text && none) {
+    if (!formats.empty() && none) {
         throw UsageFault{"--format cannot be \"none\" together with another format",
                          "none alone, or the formats that are wanted", ""};
     }
-    return text;
+    return texts.empty() ? ResultFormats{ResultFormat::Text} : formats;
 }
 
 // "1600x1000"
@@ -225,6 +232,8 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
                                    "      solve examples/midship/fem_solving.txt, result files into run/\n"
                                    "  tarnvexo solve wing.txt -o run --units mm-t-s\n"
                                    "      the same with units and accelerations in g in the report\n"
+                                   "  tarnvexo solve wing.txt -o run --format text,vtu && paraview run/results.vtm\n"
+                                   "      the text files, and the results in ParaView\n"
                                    "  tarnvexo solve wing.txt --format none --json - -q | jq .extremes\n"
                                    "      no files, the report as JSON for another program");
     AddModel(command, texts);
@@ -234,8 +243,9 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
     command
         .add_option("--format", texts.formats,
                     "result files to write, several times or with commas between:\n"
-                    "text (the six text and DXF files; the default) or none")
-        ->option_text("text|none")
+                    "text (the six text and DXF files; the default), vtu (ParaView),\n"
+                    "gltf (a picture in space), csv (tables), json (the report), none")
+        ->option_text("LIST")
         ->allow_extra_args(false);
     AddValue(command, "--balance", texts.balance, "exact|classic",
              "inertia relief: exact leaves nothing over, whatever the structure\n"
@@ -502,7 +512,7 @@ Command SolveOf(const OptionTexts& texts)
     command.solve.solver = ParsedChoice("--solver", texts.solver, Solvers);
     command.solve.balance = ParsedChoice("--balance", texts.balance, Balances);
     command.solve.displacements = ParsedChoice("--displacements", texts.displacements, Displacements);
-    command.solve.writeResults = ParsedFormats(texts.formats);
+    command.solve.formats = ParsedFormats(texts.formats);
     command.solve.rules = ParsedRules(texts);
     command.threads = ParsedThreads(texts.threads);
     command.units = ParsedUnits(texts.units);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <new>
 #include <stdexcept>
 #include <zlib.h>
@@ -79,22 +78,6 @@ std::string GzipDecompressed(std::string_view compressed)
         throw std::runtime_error("a compressed text is cut off or damaged");
     }
     return bytes;
-}
-
-std::string Base64(std::string_view bytes)
-{
-    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        const std::string_view group = bytes.substr(i, 3);
-        std::uint32_t bits = 0; // 24, the first byte on top
-        for (std::size_t k = 0; k < 3; ++k) {
-            bits = bits << 8 | (k < group.size() ? static_cast<unsigned char>(group[k]) : 0u);
-        }
-        for (std::size_t k = 0; k < 4; ++k) { text += k <= group.size() ? digits[bits >> (18 - 6 * k) & 63u] : '='; }
-    }
-    return text;
 }
 
 } // namespace tarnvexo

@@ -1,5 +1,5 @@
 // view/Gzip.h
-// gzip (RFC 1952) and Base64 (RFC 4648) of texts in memory.
+// gzip (RFC 1952) of texts in memory.
 #pragma once
 
 #include <string>
@@ -11,8 +11,5 @@ std::string GzipCompressed(std::string_view bytes);
 
 // Errors: throws std::runtime_error for what is no whole gzip text.
 std::string GzipDecompressed(std::string_view compressed);
-
-// One line, padded with "=".
-std::string Base64(std::string_view bytes);
 
 } // namespace tarnvexo

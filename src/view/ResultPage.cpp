@@ -1,5 +1,6 @@
 #include "view/ResultPage.h"
 
+#include "core/Base64.h"
 #include "view/Gzip.h"
 #include "view/ViewerPage.h"
 

@@ -47,7 +47,7 @@ TEST(SolveArguments, HaveTheseDefaults)
     EXPECT_EQ(command.solve.solver, SolverKind::Automatic);
     EXPECT_EQ(command.solve.balance, BalanceKind::Exact);
     EXPECT_EQ(command.solve.displacements, DisplacementKind::MassOrthogonal);
-    EXPECT_TRUE(command.solve.writeResults);
+    EXPECT_EQ(command.solve.formats, (ResultFormats{ResultFormat::Text}));
     EXPECT_EQ(command.threads, 0);
     EXPECT_EQ(command.units, UnitSystem::Unnamed);
     EXPECT_EQ(command.jsonFile, "");
@@ -64,7 +64,7 @@ TEST(SolveArguments, ReachEveryOption)
     EXPECT_EQ(command.solve.solver, SolverKind::Skyline);
     EXPECT_EQ(command.solve.balance, BalanceKind::Classic);
     EXPECT_EQ(command.solve.displacements, DisplacementKind::Held);
-    EXPECT_FALSE(command.solve.writeResults);
+    EXPECT_EQ(command.solve.formats, ResultFormats{});
     EXPECT_EQ(command.threads, 3);
     EXPECT_EQ(command.units, UnitSystem::MillimetreTonneSecond);
     EXPECT_EQ(command.jsonFile, "-");
@@ -84,8 +84,10 @@ TEST(SolveArguments, TakeChoicesInAnyCase)
 
 TEST(SolveArguments, TakeFormatsSeveralTimesOrWithCommas)
 {
-    EXPECT_TRUE(ParseSolve({"solve", "m", "--format", "text,text"}).solve.writeResults);
-    EXPECT_FALSE(ParseSolve({"solve", "--format", "none", "--format", "none", "m"}).solve.writeResults);
+    EXPECT_EQ(ParseSolve({"solve", "m", "--format", "text,text"}).solve.formats, (ResultFormats{ResultFormat::Text}));
+    EXPECT_EQ(ParseSolve({"solve", "m", "--format", "vtu,GLTF", "--format", "csv,json"}).solve.formats,
+              (ResultFormats{ResultFormat::Vtu, ResultFormat::Gltf, ResultFormat::Csv, ResultFormat::Json}));
+    EXPECT_EQ(ParseSolve({"solve", "--format", "none", "--format", "none", "m"}).solve.formats, ResultFormats{});
     EXPECT_EQ(Fault({"solve", "m", "--format", "text", "--format", "none"}),
               "tarnvexo solve: error: --format cannot be \"none\" together with another format\n"
               "  expected: none alone, or the formats that are wanted\n"

@@ -36,15 +36,5 @@ TEST(Gzip, RefusesTextsThatAreCutOffOrDamaged)
 }
 
 // The examples of RFC 4648.
-TEST(Base64, IsThatOfItsDefinition)
-{
-    EXPECT_EQ(Base64(""), "");
-    EXPECT_EQ(Base64("f"), "Zg==");
-    EXPECT_EQ(Base64("fo"), "Zm8=");
-    EXPECT_EQ(Base64("foo"), "Zm9v");
-    EXPECT_EQ(Base64("foobar"), "Zm9vYmFy");
-    EXPECT_EQ(Base64("\xff\xfe\xfb"), "//77");
-}
-
 } // namespace
 } // namespace tarnvexo

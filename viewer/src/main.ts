@@ -1,5 +1,4 @@
-import { DEFAULT_STATE } from './state/ViewState';
-import { Store } from './state/Store';
+import './ui/style.css';
+import { begin } from './app/Begin';
 
-const store = new Store(DEFAULT_STATE);
-document.title = `tarnvexo ${store.state.field}`;
+void begin(document.getElementById('app')!);

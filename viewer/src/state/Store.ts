@@ -4,26 +4,26 @@ export type Listener = (state: ViewState, changed: ReadonlySet<keyof ViewState>)
 
 /** Holds the state of the view and tells whoever listens which parts of it have changed. */
 export class Store {
-  private listeners: Listener[] = [];
+    private listeners: Listener[] = [];
 
-  constructor(private current: ViewState) {}
+    constructor(private current: ViewState) {}
 
-  get state(): Readonly<ViewState> {
-    return this.current;
-  }
-
-  set(part: Partial<ViewState>): void {
-    const next = { ...this.current, ...part };
-    const changed = new Set<keyof ViewState>();
-    for (const key of Object.keys(part) as (keyof ViewState)[]) {
-      if (next[key] !== this.current[key]) changed.add(key);
+    get state(): Readonly<ViewState> {
+        return this.current;
     }
-    if (changed.size === 0) return;
-    this.current = next;
-    for (const listener of this.listeners) listener(next, changed);
-  }
 
-  subscribe(listener: Listener): void {
-    this.listeners.push(listener);
-  }
+    set(part: Partial<ViewState>): void {
+        const next = { ...this.current, ...part };
+        const changed = new Set<keyof ViewState>();
+        for (const key of Object.keys(part) as (keyof ViewState)[]) {
+            if (next[key] !== this.current[key]) changed.add(key);
+        }
+        if (changed.size === 0) return;
+        this.current = next;
+        for (const listener of this.listeners) listener(next, changed);
+    }
+
+    subscribe(listener: Listener): void {
+        this.listeners.push(listener);
+    }
 }

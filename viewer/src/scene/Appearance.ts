@@ -1,0 +1,74 @@
+// Colours of everything in the picture.
+import { colourAt, colourTable } from '../model/ColourScale';
+import { isPropertyField } from '../model/Fields';
+import type { ViewState } from '../state/ViewState';
+import { categoryColours } from './Categories';
+import { MAX_COLOURS, type Look } from './SurfaceActor';
+
+export type Rgb = [number, number, number];
+export type Rgba = [number, number, number, number];
+
+export interface Theme {
+    background: Rgb;
+    /** Of a surface without a field. */
+    plain: Rgb;
+    /** Of elements that have no value. */
+    none: Rgb;
+    mesh: Rgba;
+    feature: Rgba;
+    outline: Rgba;
+    mark: Rgba;
+    force: Rgb;
+    moment: Rgb;
+    inertia: Rgb;
+    support: Rgb;
+}
+
+const LIGHT: Theme = {
+    background: [1, 1, 1],
+    plain: [0.74, 0.77, 0.8],
+    none: [0.62, 0.62, 0.62],
+    mesh: [0, 0, 0, 0.3],
+    feature: [0, 0, 0, 0.75],
+    outline: [0.55, 0.55, 0.55, 1],
+    mark: [0.85, 0, 0.45, 1],
+    force: [0.75, 0.1, 0.1],
+    moment: [0.55, 0.1, 0.55],
+    inertia: [0.1, 0.35, 0.75],
+    support: [0.15, 0.45, 0.2],
+};
+
+const DARK: Theme = {
+    background: [0.098, 0.106, 0.118],
+    plain: [0.55, 0.58, 0.62],
+    none: [0.4, 0.4, 0.4],
+    mesh: [0, 0, 0, 0.4],
+    feature: [0.93, 0.93, 0.93, 0.6],
+    outline: [0.6, 0.6, 0.6, 1],
+    mark: [1, 0.35, 0.75, 1],
+    force: [1, 0.45, 0.4],
+    moment: [0.9, 0.5, 0.9],
+    inertia: [0.45, 0.7, 1],
+    support: [0.5, 0.85, 0.5],
+};
+
+export function themeOf(state: Pick<ViewState, 'dark'>): Theme {
+    return state.dark ? DARK : LIGHT;
+}
+
+/** range: limits of the colours; undefined where the field has no values. */
+export function surfaceLook(state: ViewState, range: [number, number] | undefined): Look {
+    const theme = themeOf(state);
+    const look = { limits: range ?? [0, 1], logarithmic: state.logarithmic, none: theme.none } satisfies Partial<Look>;
+    if (isPropertyField(state.field)) return { ...look, mode: 'categories', colours: categoryColours() };
+    if (!range) return { ...look, mode: 'plain', colours: Float32Array.from(theme.plain) };
+    return state.bands
+        ? { ...look, mode: 'bands', colours: colourTable(state.colourMap, Math.min(MAX_COLOURS, state.bandCount)) }
+        : { ...look, mode: 'smooth', colours: smoothColours(state.colourMap) };
+}
+
+function smoothColours(map: ViewState['colourMap']): Float32Array {
+    const colours = new Float32Array(3 * MAX_COLOURS);
+    for (let i = 0; i < MAX_COLOURS; ++i) colours.set(colourAt(map, i / (MAX_COLOURS - 1)), 3 * i);
+    return colours;
+}

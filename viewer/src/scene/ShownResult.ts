@@ -1,0 +1,226 @@
+// A result as it is shown at present, without the picture of it: what is visible, which values and places its corners
+// have, and what can be asked about them. Whatever is dear is made when it is first asked for.
+import { logarithmicLimits, niceLimits } from '../model/ColourScale';
+import type { FacePair } from '../model/Fields';
+import type { Result } from '../model/Result';
+import { meshEdges, type MeshEdges } from '../model/Topology';
+import type { ViewState } from '../state/ViewState';
+import { shownValues } from './ShownValues';
+import { cutSurface, type CutLine } from './Cut';
+import { extremes } from './Extremes';
+import { bounds, defaultScale, diagonal, place, translations, type Bounds } from './Motion';
+import type { Ray } from './Projection';
+import { RayTree, type Hit } from './RayTree';
+import type { ElementKind, Extreme, Probe } from './SceneView';
+import { Surface } from './Surface';
+import { add, at, cross, dot, minus, norm, scaled, type Vec3 } from './Vectors';
+import { clipPlane, isKept, shownElements, type ClipPlane } from './Visibility';
+
+export class ShownResult {
+    readonly surface: Surface;
+    /** Displacements, 3 per node. */
+    readonly motion: Float32Array;
+    readonly defaultScale: number;
+    /** Diagonal of the undeformed model; never 0. */
+    readonly size: number;
+    /** 1 for each element that is shown. */
+    visible: Uint8Array;
+    /** At corners; nothing but 'not a number' where the field has none. */
+    values: FacePair;
+    clip?: ClipPlane;
+
+    private scale = 0;
+    private placed?: Float32Array;
+    private tree?: RayTree;
+    private treePlaces?: Float32Array;
+    private meshed?: MeshEdges;
+    private found?: { min: Extreme; max: Extreme };
+
+    constructor(
+        readonly result: Result,
+        state: ViewState,
+    ) {
+        this.surface = new Surface(result);
+        this.motion = translations(result);
+        this.defaultScale = defaultScale(result);
+        this.size = diagonal(bounds(result, 0)) || 1;
+        this.visible = shownElements(this.surface, state);
+        this.values = shownValues(this.surface, state);
+        this.clip = clipPlane(state.clip, result.coordinates);
+    }
+
+    updateVisible(state: ViewState): void {
+        this.visible = shownElements(this.surface, state);
+        this.found = undefined;
+    }
+
+    updateValues(state: ViewState): void {
+        this.values = shownValues(this.surface, state);
+        this.found = undefined;
+    }
+
+    updateClip(state: ViewState): void {
+        this.clip = clipPlane(state.clip, this.result.coordinates);
+        this.found = undefined;
+    }
+
+    setScale(scale: number): void {
+        if (scale === this.scale) return;
+        this.scale = scale;
+        this.placed = undefined;
+        if (this.clip) this.found = undefined;
+    }
+
+    /** 3 per node. */
+    places(): Float32Array {
+        if (!this.placed) {
+            this.placed = new Float32Array(this.motion.length);
+            place(this.result.coordinates, this.motion, this.scale, this.placed);
+        }
+        return this.placed;
+    }
+
+    edges(): MeshEdges {
+        this.meshed ??= meshEdges(this.result);
+        return this.meshed;
+    }
+
+    /** Of what is shown; of the whole structure if that is nothing. */
+    box(): Bounds {
+        const box: Bounds = [Infinity, -Infinity, Infinity, -Infinity, Infinity, -Infinity];
+        const { surface, visible } = this;
+        for (let element = 0; element < surface.elementCount; ++element) {
+            if (!visible[element]) continue;
+            const begin = surface.cornerBegin(element);
+            const end = begin + surface.cornerCount(element);
+            for (let corner = begin; corner < end; ++corner) extend(box, this.places(), surface.cornerNode[corner]);
+        }
+        return box[0] <= box[1] ? box : bounds(this.result, this.scale);
+    }
+
+    boxOf(nodes: Iterable<number>): Bounds {
+        const box: Bounds = [Infinity, -Infinity, Infinity, -Infinity, Infinity, -Infinity];
+        for (const node of nodes) extend(box, this.places(), node);
+        return box;
+    }
+
+    extremes(): { min: Extreme; max: Extreme } | undefined {
+        this.found ??= extremes(this.surface, this.values, this.visible, this.places(), this.clip);
+        return this.found;
+    }
+
+    /** Limits of the colours: round numbers around the values shown; undefined where there are none. */
+    range(state: Pick<ViewState, 'logarithmic' | 'bandCount'>): [number, number] | undefined {
+        const found = this.extremes();
+        if (!found) return undefined;
+        if (!state.logarithmic) return niceLimits(found.min.value, found.max.value, state.bandCount);
+        const { positive, negative } = this.values;
+        const shown = this.shownCorners();
+        const limits = [positive, negative].map((values) => logarithmicLimits(values, shown).limits);
+        if (limits[0] && limits[1]) return [Math.min(limits[0][0], limits[1][0]), Math.max(limits[0][1], limits[1][1])];
+        return limits[0] ?? limits[1];
+    }
+
+    cut(rays: [Ray, Ray]): CutLine[] {
+        return cutSurface(this.surface, this.values, this.visible, this.places(), rays, this.clip);
+    }
+
+    /** parallel: the ray has no beginning. */
+    probe(ray: Ray, parallel: boolean): Probe | undefined {
+        const { surface, visible, clip } = this;
+        const pointAt = (hit: Hit) => add(ray.origin, scaled(ray.direction, hit.distance));
+        const hit = this.rayTree().cast(
+            ray,
+            (each) =>
+                visible[surface.elementOfTriangle(each.triangle)] === 1 &&
+                (parallel || each.distance > 0) &&
+                isKept(clip, pointAt(each)),
+        );
+        return hit && this.probeAt(hit, pointAt(hit), ray.direction);
+    }
+
+    /** Its nodes, and closed rings of nodes to mark; undefined: there is none of this number. */
+    find(kind: 'node' | ElementKind | 'beam', number: number): { nodes: number[]; rings: number[][] } | undefined {
+        const { result, surface } = this;
+        const elementRing = (element: number) => {
+            const begin = surface.cornerBegin(element);
+            return Array.from(surface.cornerNode.subarray(begin, begin + surface.cornerCount(element)));
+        };
+        if (!Number.isInteger(number) || number < 0) return undefined;
+        if (kind === 'node') return number < this.motion.length / 3 ? { nodes: [number], rings: [] } : undefined;
+        if (kind === 'beam') {
+            if (number >= result.beams.count) return undefined;
+            const { wallBegin } = result.beams;
+            const rings: number[][] = [];
+            for (let wall = wallBegin[number]; wall < wallBegin[number + 1]; ++wall) rings.push(elementRing(wall));
+            return { nodes: rings.flat(), rings };
+        }
+        const begin = { quad: 0, wall: result.shellQuads, tri: surface.quadCount }[kind];
+        const end = { quad: result.shellQuads, wall: surface.quadCount, tri: surface.elementCount }[kind];
+        if (begin + number >= end) return undefined;
+        const ring = elementRing(begin + number);
+        return { nodes: ring, rings: [ring] };
+    }
+
+    /** 1 for each corner that is neither hidden nor cut away. */
+    private shownCorners(): Uint8Array {
+        const { surface, visible, clip } = this;
+        return Uint8Array.from(surface.cornerNode, (node, corner) =>
+            visible[surface.elementOfCorner(corner)] && isKept(clip, at(this.places(), node)) ? 1 : 0,
+        );
+    }
+
+    private probeAt(hit: Hit, point: Vec3, direction: Vec3): Probe {
+        const { surface, values } = this;
+        const corners = [0, 1, 2].map((i) => surface.triangles[3 * hit.triangle + i]);
+        const element = surface.elementOfTriangle(hit.triangle);
+        const [a, b, c] = corners.map((corner) => at(this.places(), surface.cornerNode[corner]));
+        const face = dot(cross(minus(b, a), minus(c, a)), direction) < 0 ? 'positive' : 'negative';
+        const [p, q, r] = corners.map((corner) => values[face][corner]);
+        const nearest = this.nearestCorner(element, point);
+        const kind = surface.kind(element);
+        return {
+            kind,
+            element: surface.numberInKind(element),
+            ...(kind === 'wall' ? { beam: surface.wallBeam[element - this.result.shellQuads] } : {}),
+            node: surface.cornerNode[nearest],
+            vertex: surface.cornerVertex[nearest],
+            hit: point,
+            position: at(this.result.coordinates, surface.cornerNode[nearest]),
+            value: p + hit.u * (q - p) + hit.v * (r - p),
+            cornerValue: values[face][nearest],
+            face,
+        };
+    }
+
+    private nearestCorner(element: number, point: Vec3): number {
+        const begin = this.surface.cornerBegin(element);
+        let nearest = begin;
+        let least = Infinity;
+        for (let corner = begin; corner < begin + this.surface.cornerCount(element); ++corner) {
+            const distance = norm(minus(at(this.places(), this.surface.cornerNode[corner]), point));
+            if (distance < least) [least, nearest] = [distance, corner];
+        }
+        return nearest;
+    }
+
+    private rayTree(): RayTree {
+        const places = this.places();
+        if (!this.tree) {
+            const nodes = this.surface.triangles.map((corner) => this.surface.cornerNode[corner]);
+            this.tree = new RayTree(nodes, places);
+        } else if (this.treePlaces !== places) {
+            this.tree.refit(places);
+        }
+        this.treePlaces = places;
+        return this.tree;
+    }
+}
+
+function extend(box: Bounds, places: Float32Array, node: number): void {
+    for (let axis = 0; axis < 3; ++axis) {
+        const x = places[3 * node + axis];
+        if (x < box[2 * axis]) box[2 * axis] = x;
+        if (x > box[2 * axis + 1]) box[2 * axis + 1] = x;
+    }
+}

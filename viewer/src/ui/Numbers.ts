@@ -1,0 +1,61 @@
+// Numbers as the page writes them. The unit is that of the model, which the page does not know.
+
+/** Six significant digits as the result files have them; exponents are multiples of three: 16.8646e6. */
+export function numberText(value: number, digits = 6): string {
+    if (value === 0) return '0';
+    if (!Number.isFinite(value)) return Number.isNaN(value) ? '–' : value > 0 ? '∞' : '-∞';
+    const rounded = Number(value.toPrecision(digits));
+    const exponent = exponentOf(rounded);
+    if (exponent >= -3 && exponent < 6) return String(Number(rounded.toPrecision(digits)));
+    const thousands = 3 * Math.floor(exponent / 3);
+    return `${Number((rounded / 10 ** thousands).toPrecision(digits))}e${thousands}`;
+}
+
+/** Numbers of one scale: the same exponent and the same decimals for all. */
+export function scaleTexts(values: readonly number[]): string[] {
+    const largest = Math.max(...values.map(Math.abs), 0);
+    if (largest === 0) return values.map(() => '0');
+    const exponent = exponentOf(largest);
+    const thousands = exponent >= -2 && exponent < 5 ? 0 : 3 * Math.floor(exponent / 3);
+    const divided = values.map((value) => value / 10 ** thousands);
+    const decimals = decimalsFor(divided);
+    return divided.map((value) => {
+        const text = value.toFixed(decimals);
+        if (Number(text) === 0) return '0';
+        return thousands === 0 ? text : `${text}e${thousands}`;
+    });
+}
+
+/** Round numbers within [from, to], about so many: steps of 1, 2 or 5 times a power of ten. */
+export function roundNumbers(from: number, to: number, about: number): number[] {
+    if (!(to > from) || !Number.isFinite(to - from)) return [from];
+    const rough = (to - from) / Math.max(1, about);
+    const power = 10 ** exponentOf(rough);
+    const step = power * ([1, 2, 5].find((factor) => factor * power >= rough * (1 - 1e-9)) ?? 10);
+    const numbers: number[] = [];
+    const slack = 1e-9 * (to - from);
+    for (let k = Math.ceil((from - slack) / step); k * step <= to + slack; ++k) {
+        numbers.push(Number((k * step).toPrecision(12)));
+    }
+    return numbers;
+}
+
+/** As many decimals as tell neighbours apart with two digits, and none that are zero for all. */
+function decimalsFor(values: readonly number[]): number {
+    const largest = Math.max(...values.map(Math.abs));
+    let gap = Infinity;
+    for (let i = 1; i < values.length; ++i) {
+        const difference = Math.abs(values[i] - values[i - 1]);
+        if (difference > 1e-9 * largest) gap = Math.min(gap, difference);
+    }
+    if (gap === Infinity) gap = largest;
+    for (let decimals = 0; decimals < 12; ++decimals) {
+        const unit = 10 ** -decimals;
+        if (values.every((value) => Math.abs(value - Math.round(value / unit) * unit) < 0.01 * gap)) return decimals;
+    }
+    return 12;
+}
+
+function exponentOf(value: number): number {
+    return value === 0 ? 0 : Math.floor(Math.log10(Math.abs(value)) + 1e-12);
+}

@@ -1,0 +1,103 @@
+import { DOFS, STRESS_COLUMNS, type Result } from '../model/Result';
+import type { Probe } from '../scene/SceneView';
+import { tableText } from './Csv';
+import { button, copyText, make, save } from './Dom';
+import { elementName, nodeName } from './Names';
+import { numberText } from './Numbers';
+import type { Texts } from './Texts';
+
+const STRESSES = ['SX', 'SY', 'SZ', 'TXY', 'TXZ', 'TYZ', 'SE'];
+const MOTIONS = ['dx', 'dy', 'dz', 'rx', 'ry', 'rz'];
+
+/** Names of the columns behind node and element. */
+function columns(texts: Texts): string[] {
+    const { positive, negative } = texts.probe;
+    return [
+        'x',
+        'y',
+        'z',
+        ...MOTIONS,
+        ...STRESSES.map((name) => `${name} ${positive}`),
+        ...STRESSES.map((name) => `${name} ${negative}`),
+    ];
+}
+
+/** Place, displacements and the nodal averages of both faces at the corner that was probed. */
+export function probeValues(result: Result, { node, vertex }: Probe): number[] {
+    const of = (array: Float32Array, index: number, width: number): number[] => [
+        ...array.subarray(width * index, width * (index + 1)),
+    ];
+    return [
+        ...of(result.coordinates, node, 3),
+        ...of(result.displacements, node, DOFS),
+        ...of(result.positiveFace, vertex, STRESS_COLUMNS),
+        ...of(result.negativeFace, vertex, STRESS_COLUMNS),
+    ];
+}
+
+/** Points that were clicked, as a table that can be taken away. */
+export class ProbeTable {
+    readonly root = make('div', { class: 'probe-table' });
+    private probes: Probe[] = [];
+    onChange: () => void = () => undefined;
+
+    get points(): readonly Probe[] {
+        return this.probes;
+    }
+
+    add(probe: Probe): void {
+        this.probes.push(probe);
+        this.onChange();
+    }
+
+    clear(): void {
+        this.probes = [];
+        this.onChange();
+    }
+
+    render(result: Result, texts: Texts, say: (text: string) => void): void {
+        const t = texts.probe;
+        const rows = this.probes.map((probe, i) => [
+            i + 1,
+            nodeName(result, probe.node, texts),
+            elementName(probe, texts),
+            ...probeValues(result, probe),
+        ]);
+        const head = ['#', t.node, t.element, ...columns(texts)];
+        const table = make(
+            'table',
+            {},
+            make('thead', {}, make('tr', {}, ...head.map((name) => make('th', { scope: 'col' }, name)), make('th'))),
+        );
+        const body = make('tbody');
+        rows.forEach((row, i) => {
+            const line = make(
+                'tr',
+                {},
+                ...row.map((cell) => make('td', {}, typeof cell === 'number' ? numberText(cell) : cell)),
+            );
+            const remove = button(
+                '×',
+                () => {
+                    this.probes.splice(i, 1);
+                    this.onChange();
+                },
+                { 'aria-label': `${t.remove} (${i + 1})`, title: t.remove },
+            );
+            line.append(make('td', {}, remove));
+            body.append(line);
+        });
+        table.append(body);
+        const text = (separator: '\t' | ','): string => tableText([head, ...rows], separator);
+        this.root.replaceChildren(
+            make(
+                'div',
+                { class: 'buttons' },
+                button(t.copy, () => void copyText(text('\t')).then(() => say(texts.copied))),
+                button(t.saveCsv, () => save('tarnvexo-points.csv', new Blob([text(',')], { type: 'text/csv' }))),
+                button(t.removeAll, () => this.clear()),
+            ),
+            make('div', { class: 'scroll', tabindex: 0, role: 'region', 'aria-label': t.title }, table),
+        );
+    }
+}

@@ -1,0 +1,277 @@
+import { readFile } from 'node:fs/promises';
+import { afterAll, beforeAll, expect, test } from 'vitest';
+import { colourAt, COLOUR_MAPS } from '../../src/model/ColourScale';
+import { encodePacket } from '../../src/model/Packet';
+import { STRESS_COLUMNS, type Result } from '../../src/model/Result';
+import { numberText } from '../../src/ui/Numbers';
+import {
+    Bench,
+    colouredPixels,
+    CONTOUR_NAME,
+    contourFile,
+    legend,
+    pixelsOf,
+    placeWithValue,
+    resultOf,
+    shown,
+    type Pixels,
+} from './Page';
+
+const SE = 6;
+let bench: Bench;
+let panel: Result;
+
+beforeAll(async () => {
+    bench = await Bench.begin();
+    panel = await resultOf('stiffened_panel');
+}, 120_000);
+afterAll(() => bench.end());
+
+/** Of the column of all vertices: what the legend says of the field. */
+function largest(column: number, ...faces: Float32Array[]): number {
+    let max = -Infinity;
+    for (const face of faces) {
+        for (let i = column; i < face.length; i += STRESS_COLUMNS) max = Math.max(max, face[i]);
+    }
+    return max;
+}
+
+test('a page with a packet shows it: the legend has its largest value', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    const text = await legend(page);
+    expect(text).toContain('Equivalent stress SE, larger face, nodal average');
+    expect(text).toContain(`max ${numberText(largest(SE, panel.positiveFace, panel.negativeFace))}`);
+    expect(await page.title()).toBe('stiffened_panel – tarnvexo');
+    await page.close();
+}, 60_000);
+
+test('another field and face are chosen by their controls, and stand in the address', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    await page.getByLabel('Field', { exact: true }).selectOption('SX');
+    await page.getByText('Negative', { exact: true }).click();
+    await expect.poll(() => legend(page)).toContain('Stress SX, negative face');
+    expect(await legend(page)).toContain(`max ${numberText(largest(0, panel.negativeFace))}`);
+    await expect.poll(() => page.url()).toContain('field=SX&face=negative');
+    await page.close();
+}, 60_000);
+
+test('the value at a node under the pointer is the one of the file, and a click keeps all its values', async () => {
+    const page = await bench.open(panel, '#v=1&face=positive');
+    await shown(page);
+    const at = await placeWithValue(page);
+    const tip = await page.locator('.tooltip').innerText();
+    const value = /at the node (\S+)/.exec(tip)![1];
+    const node = Number(/node (\d+) {3}/.exec(tip)![1]);
+    const isWall = / of beam (\d+)/.exec(tip);
+    const number = isWall ? panel.beams.nodeBegin[Number(isWall[1])] + node : node;
+    const values: string[] = [];
+    panel.vertexNodes.forEach((of, vertex) => {
+        if (of === number) values.push(numberText(panel.positiveFace[STRESS_COLUMNS * vertex + SE]));
+    });
+    expect(values).toContain(value);
+
+    await page.mouse.click(...at);
+    const cells = await page.locator('.probe-table tbody td').allInnerTexts();
+    expect(cells.slice(3, 6)).toEqual(
+        [...panel.coordinates.subarray(3 * number, 3 * number + 3)].map((x) => numberText(x)),
+    );
+    expect(cells[3 + 3 + 6 + SE]).toBe(value);
+    await page.close();
+}, 60_000);
+
+test('a clip plane takes away a part of the picture', async () => {
+    const count = async (hash: string): Promise<number> => {
+        const page = await bench.open(panel, hash);
+        await shown(page);
+        await page.waitForTimeout(400);
+        const pixels = await pixelsOf(page, await page.locator('.picture').screenshot());
+        await page.close();
+        return colouredPixels(pixels);
+    };
+    const whole = await count('#v=1&flags=0');
+    const half = await count('#v=1&flags=0&clip=1,0,0,0.5');
+    expect(half).toBeLessThan(0.8 * whole);
+    expect(half).toBeGreaterThan(0.2 * whole);
+}, 90_000);
+
+/** Whether a column of the picture has runs of these colours, from top to bottom, of at least so many pixels. */
+function hasBar({ width, height, data }: Pixels, colours: number[][], run: number): boolean {
+    for (let x = 0; x < width; ++x) {
+        let next = 0;
+        let seen = 0;
+        for (let y = 0; y < height && next < colours.length; ++y) {
+            const i = 4 * (y * width + x);
+            const isNext = colours[next].every((part, axis) => Math.abs(part - data[i + axis]) <= 1);
+            seen = isNext ? seen + 1 : 0;
+            if (seen === run) {
+                ++next;
+                seen = 0;
+            }
+        }
+        if (next === colours.length) return true;
+    }
+    return false;
+}
+
+test('a saved picture has the structure and the bar of the legend with a colour for each band', async () => {
+    const page = await bench.open(panel, '#v=1&bandCount=8');
+    await shown(page);
+    await page.getByLabel('Size').selectOption('1280 × 720');
+    const [download] = await Promise.all([
+        page.waitForEvent('download'),
+        page.getByRole('button', { name: 'Save PNG' }).click(),
+    ]);
+    const pixels = await pixelsOf(page, await readFile((await download.path())!));
+    expect([pixels.width, pixels.height]).toEqual([1280, 720]);
+    expect(colouredPixels(pixels)).toBeGreaterThan(0.03 * 1280 * 720);
+    const bands = Array.from({ length: 8 }, (_, i) => colourAt(COLOUR_MAPS[0], (7.5 - i) / 8));
+    const colours = bands.map((colour) => colour.map((part) => Math.round(255 * part)));
+    expect(hasBar(pixels, colours, 20)).toBe(true);
+    await page.close();
+}, 60_000);
+
+test('a damaged file that is dropped gives its message: place, what was expected, what to do', async () => {
+    const page = await bench.open();
+    const text = new TextDecoder().decode(await contourFile('stiffened_panel')).split('\n');
+    text[20] = text[20].replace(',', ';');
+    const transfer = await page.evaluateHandle(
+        ([content, name]) => {
+            const data = new DataTransfer();
+            data.items.add(new File([content], name, { type: 'text/plain' }));
+            return data;
+        },
+        [text.join('\n'), CONTOUR_NAME],
+    );
+    await page.dispatchEvent('#app', 'drop', { dataTransfer: transfer });
+    const alert = page.getByRole('alert');
+    await alert.waitFor();
+    const message = await alert.innerText();
+    expect(message).toMatch(/Tarn\+Vexo_AverageStrs\.txt:21:\d+: error: /);
+    expect(message).toContain('expected');
+    expect(message).toContain('to do');
+    await page.getByRole('button', { name: 'Close' }).click();
+    expect(await page.getByText(`Drop ${CONTOUR_NAME} here`).isVisible()).toBe(true);
+    await page.close();
+}, 60_000);
+
+test('a file that is opened is shown, also from a page of a file', async () => {
+    const page = await bench.open();
+    const buffer = Buffer.from(await contourFile('stiffened_panel'));
+    await page.setInputFiles('input[type=file]', { name: CONTOUR_NAME, mimeType: 'text/plain', buffer });
+    await shown(page);
+    expect(await legend(page)).toContain(`max ${numberText(largest(SE, panel.positiveFace, panel.negativeFace))}`);
+    await page.close();
+}, 60_000);
+
+test('a damaged packet in the page gives its message', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    const address = page.url().replace(/#.*/, '');
+    await page.close();
+    const file = new URL(address);
+    const html = await readFile(file, 'utf8');
+    const { writeFile } = await import('node:fs/promises');
+    await writeFile(file, html.replace(/(id="result">.{400}).{40}/, '$1'));
+    const damaged = await bench.openAddress(address);
+    await damaged.getByRole('alert').waitFor();
+    expect(await damaged.getByRole('alert').innerText()).toContain('result packet: error:');
+    await damaged.close();
+}, 60_000);
+
+test('two clicks with the tool for cuts give a graph of the field over the length of the line', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    await page.keyboard.press('c');
+    const box = (await page.locator('.scene').boundingBox())!;
+    await page.mouse.click(box.x + 20, box.y + 0.45 * box.height);
+    await page.mouse.click(box.x + 0.75 * box.width, box.y + 0.55 * box.height);
+    await page.locator('.chart polyline').first().waitFor();
+    expect(await page.locator('.chart svg').getAttribute('aria-label')).toContain('Equivalent stress SE');
+    const [download] = await Promise.all([
+        page.waitForEvent('download'),
+        page.getByRole('button', { name: 'Save CSV' }).click(),
+    ]);
+    const lines = (await readFile((await download.path())!, 'utf8')).trim().split('\n');
+    expect(lines[0]).toBe('piece,length,"Equivalent stress SE, larger face, nodal average"');
+    expect(lines.length).toBeGreaterThan(5);
+    await page.close();
+}, 60_000);
+
+test('a number that is not there is refused in words, one that is there is gone to', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    await page.keyboard.press('/');
+    await page.keyboard.type('99999999');
+    await page.keyboard.press('Enter');
+    const box = page.locator('.search input');
+    const refusal = await box.evaluate((input: HTMLInputElement) => input.validationMessage);
+    expect(refusal).toBe('Node 99999999 is not in this result');
+    const before = page.url();
+    await box.fill('3');
+    await page.keyboard.press('Enter');
+    await expect.poll(() => page.url()).not.toBe(before);
+    await page.close();
+}, 60_000);
+
+test('the page speaks the language that is chosen, and says so', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    await page.getByLabel('Language').selectOption('zh');
+    await expect.poll(() => page.locator('html').getAttribute('lang')).toBe('zh-Hans');
+    expect(await legend(page)).toContain('等效应力 SE');
+    expect(await page.getByLabel('场量').count()).toBe(1);
+    await page.close();
+}, 60_000);
+
+test('keys turn the structure and open a help that Esc closes', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    await expect.poll(() => page.url()).toContain('camera=');
+    const before = page.url();
+    await page.keyboard.press('ArrowLeft');
+    await expect.poll(() => page.url()).not.toBe(before);
+    await page.keyboard.press('?');
+    await page.getByRole('dialog').waitFor();
+    await page.keyboard.press('Escape');
+    await page.getByRole('dialog').waitFor({ state: 'hidden' });
+    await page.close();
+}, 60_000);
+
+test('every control has a name', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    const nameless = await page.evaluate(() =>
+        [...document.querySelectorAll<HTMLInputElement>('#app input:not([type=file]), #app select, #app button')]
+            .filter((control) => {
+                const label = control.getAttribute('aria-label') ?? control.labels?.[0]?.textContent ?? '';
+                return (label || (control.tagName === 'BUTTON' ? control.textContent : '')) === '';
+            })
+            .map((control) => control.outerHTML),
+    );
+    expect(nameless).toEqual([]);
+    await page.close();
+}, 60_000);
+
+test('a served page posts the picture that its address asks for, in that size', async () => {
+    const { address, posted, server } = await bench.serve(await encodePacket({ result: panel }));
+    const page = await bench.openAddress(`${address}#v=1&field=U&picture=900x500`, { width: 400, height: 300 });
+    const { to, body } = await posted;
+    expect(to === '/word/error' ? body.toString() : to).toBe('/word/picture');
+    const pixels = await pixelsOf(page, body);
+    expect([pixels.width, pixels.height]).toEqual([900, 500]);
+    expect(colouredPixels(pixels)).toBeGreaterThan(0.03 * 900 * 500);
+    await page.close();
+    server.close();
+}, 60_000);
+
+test('a served page that cannot draw posts why', async () => {
+    const { address, posted, server } = await bench.serve(new Uint8Array(100));
+    const page = await bench.openAddress(`${address}#picture=900x500`);
+    const { to, body } = await posted;
+    expect(to).toBe('/word/error');
+    expect(body.toString()).toContain('result packet: error:');
+    await page.close();
+    server.close();
+}, 60_000);

@@ -1,0 +1,31 @@
+import { expect, test } from 'vitest';
+import { numberText, roundNumbers, scaleTexts } from '../../../src/ui/Numbers';
+
+test('numbers keep the six digits of the result files, also out of single precision', () => {
+    for (const text of ['93.582', '0.019099', '788288', '-0.5', '1234.56']) {
+        expect(numberText(Math.fround(Number(text)))).toBe(text);
+    }
+});
+
+test('large and small numbers have exponents that are multiples of three', () => {
+    expect(numberText(16823200)).toBe('16.8232e6');
+    expect(numberText(-8.52658e-4)).toBe('-852.658e-6');
+    expect(numberText(999999.9)).toBe('1e6');
+    expect(numberText(2.5e-31)).toBe('250e-33');
+});
+
+test('what is no number does not look like one', () => {
+    expect(numberText(NaN)).toBe('–');
+    expect(numberText(-Infinity)).toBe('-∞');
+});
+
+test('numbers of one scale have the same exponent and decimals', () => {
+    expect(scaleTexts([0, 2.5e6, 5e6, 7.5e6, 10e6])).toEqual(['0', '2.5e6', '5.0e6', '7.5e6', '10.0e6']);
+    expect(scaleTexts([-0.02, 0, 0.02])).toEqual(['-0.02', '0', '0.02']);
+});
+
+test('round numbers are multiples of 1, 2 or 5 times a power of ten within the range', () => {
+    expect(roundNumbers(-0.13, 0.37, 5)).toEqual([-0.1, 0, 0.1, 0.2, 0.3]);
+    expect(roundNumbers(0, 1e7, 5)).toEqual([0, 2e6, 4e6, 6e6, 8e6, 1e7]);
+    expect(roundNumbers(3, 3, 5)).toEqual([3]);
+});
