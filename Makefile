@@ -5,14 +5,20 @@
 JOBS ?= 2
 
 PACKAGES := g++ cmake ninja-build libgtest-dev libbenchmark-dev libhwy-dev libcli11-dev nlohmann-json3-dev \
-    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev python3
+    libsuitesparse-dev libmetis-dev libopenblas-pthread-dev libcpp-httplib-dev libtinygltf-dev zlib1g-dev python3
+# The viewer is built by npm; one from elsewhere does not go together with Debian's.
+ifeq ($(shell command -v npm),)
+PACKAGES += nodejs npm
+endif
+# Result files are read back by VTK, the viewer is tried in a browser.
+TEST_PACKAGES := python3-vtk9 chromium fonts-dejavu-core
 BENCH_PACKAGES := calculix-ccx
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 TOOLS := $(basename $(notdir $(wildcard tools/*.cpp)))
 CONFIGURE := cmake -S . -G Ninja -DPython3_EXECUTABLE=/usr/bin/python3
 
-.PHONY: help deps build run test soak bench bench-quick bench-programs
+.PHONY: help deps build run test test-viewer soak bench bench-quick bench-programs
 .DEFAULT_GOAL := help
 
 help:
@@ -20,6 +26,7 @@ help:
 	@echo 'make build   build/tarnvexo and the tools'
 	@echo 'make run     solve the example examples/midship and show where its results are'
 	@echo 'make test    all tests, optimised and under the sanitizers'
+	@echo 'make test-viewer  those of the viewer alone'
 	@echo 'make soak    the long tests, about two hours; SEEDS=500 FIRST_SEED=1000 ROUNDS=2000 FUZZ_SECONDS=1800 shorten it'
 	@echo 'make bench   all benchmarks, about an hour: stages, then whole runs into bench/results/'
 	@echo 'make bench-quick  whole runs up to 250,000 equations, about 5 minutes'
@@ -50,7 +57,7 @@ build-sanitize/build.ninja: | deps
 	    -DTARNVEXO_SANITIZE=address,undefined -DTARNVEXO_BENCH=OFF
 
 build: build/build.ninja
-	cmake --build build -j $(JOBS) --target tarnvexo $(TOOLS)
+	cmake --build build -j $(JOBS) --target tarnvexo tarnvexo_contour $(TOOLS)
 
 run: build
 	@build/tarnvexo solve examples/midship -o run/midship
@@ -59,11 +66,20 @@ run: build
 	    '    /usr/bin/python3 tools/draw_results.py run/midship/Tarn+Vexo_AverageStrs.txt --unit 1e6 --label MPa \' \
 	    '        --view -40,27 --limit 100 --scale 0.04 --out run/midship/picture.png'
 
-test: build/build.ninja build-sanitize/build.ninja
+test: PACKAGES += $(TEST_PACKAGES)
+
+test: build/build.ninja build-sanitize/build.ninja test-viewer
 	cmake --build build -j $(JOBS)
 	ctest --test-dir build --output-on-failure -j $(JOBS)
 	cmake --build build-sanitize -j $(JOBS)
 	ctest --test-dir build-sanitize --output-on-failure -j $(JOBS)
+
+test-viewer: PACKAGES += $(TEST_PACKAGES)
+
+# The versions of the lock file; then sources alone, then the built page in a browser.
+test-viewer: | deps
+	cd viewer && npm install --prefer-offline --no-audit --no-fund && npm run format:check && npx tsc --noEmit && \
+	    npm test && npm run test:browser
 
 soak: PACKAGES += $(FUZZ_PACKAGES)
 

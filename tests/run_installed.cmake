@@ -7,6 +7,10 @@ if(NOT exitCode EQUAL 0)
   message(FATAL_ERROR "Installing ${BUILD} ended with ${exitCode}:\n${installation}")
 endif()
 
+if(NOT EXISTS "${PREFIX}/${BINDIR}/Tarn+Vexo_Contour.exe")
+  message(FATAL_ERROR "The viewer that the console run starts is not installed:\n${installation}")
+endif()
+
 execute_process(COMMAND ${PREFIX}/${BINDIR}/tarnvexo solve ${MODEL} --solver sparse --format none --quiet
   OUTPUT_VARIABLE report ERROR_VARIABLE diagnostics RESULT_VARIABLE exitCode)
 if(NOT exitCode EQUAL 0 OR NOT report MATCHES "engine +CHOLMOD ")

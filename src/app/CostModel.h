@@ -4,6 +4,7 @@
 // to decide whether to wait or to fetch a coffee.
 #pragma once
 
+#include "app/ResultFormats.h"
 #include "core/ModelStore.h"
 #include "solver/SparseEngine.h"
 
@@ -17,7 +18,7 @@ double FactorisationSeconds(const FactorSize& size);
 double SolutionSeconds(const FactorSize& size);
 double StressSeconds(const ModelStore& model);
 double BeamSectionSeconds(double sectionPatches);
-double WritingSeconds(const ModelStore& model, double sectionPatches);
+double WritingSeconds(const ModelStore& model, double sectionPatches, const ResultFormats& formats);
 double SkylineSeconds(double operations); // of the console run's solution
 
 } // namespace tarnvexo

@@ -25,17 +25,46 @@ std::string ProcessOf(std::string_view file, std::string_view name, std::string_
 }
 
 struct LeftFile {
+    std::size_t set = 0;
     fs::path target;
     fs::path unfinished, earlier; // where they would be
     bool hasUnfinished = false, hasEarlier = false;
 };
 
-// One per name.
+// One per name of the sets that the run wrote.
 using LeftRun = std::vector<LeftFile>;
 
-// By the numbers of their processes.
-std::map<std::string, LeftRun> LeftRuns(const fs::path& directory, const std::vector<std::string>& names)
+// Every name with its set.
+struct NameOfSet {
+    std::string name;
+    std::size_t set;
+};
+
+std::vector<NameOfSet> AllNames(const std::vector<std::vector<std::string>>& sets)
 {
+    std::vector<NameOfSet> names;
+    for (std::size_t set = 0; set < sets.size(); ++set) {
+        for (const std::string& name : sets[set]) { names.push_back({name, set}); }
+    }
+    return names;
+}
+
+// Forgets the sets of which the run left nothing.
+void DropOtherSets(std::size_t sets, LeftRun& run)
+{
+    std::vector<bool> isOfRun(sets, false);
+    for (const LeftFile& file : run) {
+        if (file.hasUnfinished || file.hasEarlier) {
+            isOfRun[file.set] = true;
+        }
+    }
+    std::erase_if(run, [&](const LeftFile& file) { return !isOfRun[file.set]; });
+}
+
+// By the numbers of their processes.
+std::map<std::string, LeftRun> LeftRuns(const fs::path& directory, const std::vector<std::vector<std::string>>& sets)
+{
+    const std::vector<NameOfSet> names = AllNames(sets);
     std::map<std::string, LeftRun> runs;
     std::error_code error;
     for (fs::directory_iterator entry(directory, error), end; !error && entry != end; entry.increment(error)) {
@@ -45,8 +74,8 @@ std::map<std::string, LeftRun> LeftRuns(const fs::path& directory, const std::ve
         }
         const std::string file = entry->path().filename().string();
         for (std::size_t i = 0; i < names.size(); ++i) {
-            const std::string writing = ProcessOf(file, names[i], UnfinishedSuffix);
-            const std::string replacing = ProcessOf(file, names[i], EarlierSuffix);
+            const std::string writing = ProcessOf(file, names[i].name, UnfinishedSuffix);
+            const std::string replacing = ProcessOf(file, names[i].name, EarlierSuffix);
             if (!writing.empty() || !replacing.empty()) {
                 LeftRun& run = runs[writing + replacing];
                 run.resize(names.size());
@@ -56,10 +85,13 @@ std::map<std::string, LeftRun> LeftRuns(const fs::path& directory, const std::ve
     }
     for (auto& [process, run] : runs) {
         for (std::size_t i = 0; i < names.size(); ++i) {
-            run[i].target = directory / names[i];
-            run[i].unfinished = directory / (names[i] + "." + process + UnfinishedSuffix);
-            run[i].earlier = directory / (names[i] + "." + process + EarlierSuffix);
+            const std::string& name = names[i].name;
+            run[i].set = names[i].set;
+            run[i].target = directory / name;
+            run[i].unfinished = directory / (name + "." + process + UnfinishedSuffix);
+            run[i].earlier = directory / (name + "." + process + EarlierSuffix);
         }
+        DropOtherSets(sets.size(), run);
     }
     return runs;
 }
@@ -111,11 +143,11 @@ bool PutBack(const LeftRun& run)
 
 } // namespace
 
-std::string ClearCutOffRuns(const std::string& directory, const std::vector<std::string>& names)
+std::string ClearCutOffRuns(const std::string& directory, const std::vector<std::vector<std::string>>& sets)
 {
     bool anyIsBack = false;
     std::size_t removed = 0;
-    for (const auto& [process, run] : LeftRuns(directory, names)) {
+    for (const auto& [process, run] : LeftRuns(directory, sets)) {
         anyIsBack = PutBack(run) || anyIsBack;
         for (const LeftFile& file : run) {
             std::error_code error;

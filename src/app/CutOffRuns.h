@@ -9,8 +9,10 @@
 
 namespace tarnvexo {
 
-// Clears the directory of what was left of files of these names. To be called only while no other run writes there.
+// Clears the directory of what was left of files of these names. A run writes all files of a set, or none: a set of
+// which it left nothing unfinished or moved aside is taken for one that it did not write. To be called only while no
+// other run writes there.
 // Returns a note for the user, "" when nothing was there. Errors: none; what cannot be removed stays.
-std::string ClearCutOffRuns(const std::string& directory, const std::vector<std::string>& names);
+std::string ClearCutOffRuns(const std::string& directory, const std::vector<std::vector<std::string>>& sets);
 
 } // namespace tarnvexo

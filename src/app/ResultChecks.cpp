@@ -242,7 +242,7 @@ ResultCheck JudgeRotation(const ExtremeValue& largest)
     return check;
 }
 
-ResultCheck JudgeFiniteNumbers(const std::vector<NonFiniteResults>& counts)
+ResultCheck JudgeFiniteNumbers(const std::vector<NonFiniteResults>& counts, const ResultFormats& formats)
 {
     long long bad = 0;
     bool areFiles[3] = {}; // of displacements, of shell stresses, of beam stresses
@@ -258,6 +258,9 @@ ResultCheck JudgeFiniteNumbers(const std::vector<NonFiniteResults>& counts)
     }
     check.text = "displacements or stresses are not numbers at " + NonFiniteText(counts) +
                  ": look there for zero thicknesses, sections, lengths, areas or moduli";
+    if (formats != ResultFormats{ResultFormat::Text}) {
+        return check; // other formats have everything in every file
+    }
     if (areFiles[0]) {
         check.files = {NodalDisplacementFileName, DeformationDrawingFileName};
     }

@@ -13,6 +13,7 @@
 #pragma once
 
 #include "app/ElementEnergy.h"
+#include "app/ResultFormats.h"
 #include "app/SolveReport.h"
 #include "output/ResultCheck.h"
 
@@ -69,8 +70,8 @@ ResultCheck JudgeRigidRotations(const ElementEnergies& energies);
 ResultCheck JudgeDisplacement(const ExtremeValue& largest, double modelSize);
 ResultCheck JudgeRotation(const ExtremeValue& largest);
 
-// Number of nodes and elements with a result that is not finite.
-ResultCheck JudgeFiniteNumbers(const std::vector<NonFiniteResults>& counts);
+// Number of nodes and elements with a result that is not finite. formats: those that the run writes.
+ResultCheck JudgeFiniteNumbers(const std::vector<NonFiniteResults>& counts, const ResultFormats& formats);
 
 // "8 passed, 1 warned: reactions, 1 failed: energy"; empty without checks.
 std::string CheckSummary(const std::vector<ResultCheck>& checks);

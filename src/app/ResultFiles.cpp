@@ -12,7 +12,8 @@
 
 namespace tarnvexo {
 
-ResultFiles::ResultFiles(const std::string& resultDirectory, const std::vector<std::string>& fileNames)
+ResultFiles::ResultFiles(const std::string& resultDirectory, const std::vector<std::string>& fileNames,
+                         const std::vector<std::vector<std::string>>& sets)
     : directory(resultDirectory), names(fileNames)
 {
     std::error_code error;
@@ -33,7 +34,7 @@ ResultFiles::ResultFiles(const std::string& resultDirectory, const std::vector<s
                                                "with -o DIR");
     }
     if (lock->State() == platform::LockState::Held) {
-        Warn(ClearCutOffRuns(directory, names));
+        Warn(ClearCutOffRuns(directory, sets.empty() ? std::vector<std::vector<std::string>>{names} : sets));
     }
     std::vector<platform::FileToReplace> together;
     for (const std::string& name : names) {

@@ -21,12 +21,9 @@
 #include "inertia/MassOrthogonal.h"
 #include "inertia/StructureCentroid.h"
 #include "output/BeamSectionStress.h"
-#include "output/ContourFile.h"
 #include "output/DxfDrawing.h"
 #include "output/NodalAveraging.h"
-#include "output/NodalDisplacementFile.h"
 #include "output/ResultCheck.h"
-#include "output/ShellStressFiles.h"
 #include "output/ShellStressRecovery.h"
 #include "platform/Platform.h"
 #include "solver/BandOrdering.h"
@@ -40,6 +37,7 @@
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <system_error>
 
 namespace tarnvexo {
 
@@ -160,24 +158,22 @@ std::vector<ResultCheck> ChecksOfSolution(const ModelStore& model, const Balance
             JudgeRigidRotations(energies)};
 }
 
-// Without displacements the structure is drawn as it stands.
-double FiniteScale(const ModelStore& model)
+// A model that bears the name of a result file is not lost to its own results. (A link under the name gives way, not
+// what it leads to.)
+void RequireModelApart(const std::string& modelFile, const std::string& directory,
+                       const std::vector<std::string>& resultNames)
 {
-    const double scale = DeformationScale(model);
-    return std::isfinite(scale) ? scale : 1.0;
-}
-
-void WriteResults(const ModelStore& model, ResultFiles& files)
-{
-    files.Write(NodalDisplacementFileName,
-                [&](const std::string& path) { return WriteNodalDisplacements(model, path); });
-    files.Write(DeformationDrawingFileName,
-                [&](const std::string& path) { return WriteDeformedDrawing(model, FiniteScale(model), path); });
-    files.Write(ShellStressFileName, [&](const std::string& path) { return WriteShellStresses(model, path); });
-    files.Write(AveragedShellStressFileName,
-                [&](const std::string& path) { return WriteAveragedShellStresses(model, path); });
-    files.Write(ContourFileName, [&](const std::string& path) { return WriteContourFile(model, path); });
-    files.Commit();
+    for (const std::string& name : resultNames) {
+        const std::filesystem::path result = std::filesystem::path(directory) / name;
+        std::error_code notThere;
+        if (!std::filesystem::is_symlink(result, notThere) &&
+            std::filesystem::equivalent(result, modelFile, notThere)) {
+            throw RunFailure(ExitUsage, modelFile + ": error: the result file " + name +
+                                            " would take the place of the model\n"
+                                            "  expected: a model under a name that no result file has\n"
+                                            "  to do:    choose another directory with -o DIR, or rename the model");
+        }
+    }
 }
 
 } // namespace
@@ -187,7 +183,8 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     platform::ExitOnInterrupt();
     std::vector<const char*> stages = {"read",      "check", "order",    "analyse",      "assemble",
                                        "factorise", "solve", "stresses", "beam sections"};
-    if (options.writeResults) {
+    const bool writesFiles = !options.formats.empty();
+    if (writesFiles) {
         stages.push_back("write");
     }
     StageClock clock(stages, listener);
@@ -195,16 +192,17 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     report.modelFile = options.modelFile;
 
     std::optional<ResultFiles> files;
-    if (options.writeResults) {
-        files.emplace(options.outputDirectory,
-                      std::vector<std::string>{StructureDrawingFileName, NodalDisplacementFileName,
-                                               DeformationDrawingFileName, ShellStressFileName,
-                                               AveragedShellStressFileName, ContourFileName});
+    if (writesFiles) {
+        RequireModelApart(options.modelFile, options.outputDirectory, FilesOf(options.formats));
+        files.emplace(options.outputDirectory, FilesOf(options.formats), FilesOfAllFormats());
     }
     clock.Next(); // read
     ModelStore model;
     report.warnings = ReadModel(model, options.modelFile, options.rules);
     report.counts = CountsOf(model);
+    if (writesFiles) {
+        AddWarning(WarningOfOtherFiles(options.outputDirectory, options.formats), report.warnings);
+    }
 
     clock.Next(); // check
     const RuleBook rules = RulesForSolving(options.rules, options.balance);
@@ -219,7 +217,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     }
     clock.Expect("beam sections", BeamSectionSeconds(meshes.patches));
     if (files) {
-        clock.Expect("write", WritingSeconds(model, meshes.patches));
+        clock.Expect("write", WritingSeconds(model, meshes.patches, options.formats));
     }
 
     // The ordering is the work of one thread: the loads are balanced and the structure is drawn, about its centroid,
@@ -232,7 +230,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     RequireNoFault(JoinedMessages(FindingsFault(report.findings, options.modelFile), loads.fault));
     report.balance = loads.sheet;
     report.parts = ReportParts(loads.free, options.displacements);
-    if (files) {
+    if (options.formats.contains(ResultFormat::Text)) {
         files->Write(StructureDrawingFileName,
                      [&](const std::string& path) { return WriteStructureDrawing(model, path); });
     }
@@ -280,27 +278,31 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     clock.Next(); // beam sections
     RecoverBeamSectionStresses(model);
 
-    if (files) {
-        clock.Next(); // write
-        try {
-            WriteResults(model, *files);
-            report.files = files->Written();
-        } catch (const RunFailure& failure) { // the report is not lost with the files
-            report.fileFault = failure.what();
-        }
-    }
     report.largestDisplacement = LargestTranslation(model);
     report.largestRotation = LargestRotation(model);
     report.largestShellStress = LargestShellStress(model);
     report.largestBeamStress = LargestBeamStress(model);
     report.resultChecks.push_back(JudgeDisplacement(report.largestDisplacement, ModelExtent(model)));
     report.resultChecks.push_back(JudgeRotation(report.largestRotation));
-    report.resultChecks.push_back(JudgeFiniteNumbers(CountNonFiniteResults(model)));
-    clock.End();
+    report.resultChecks.push_back(JudgeFiniteNumbers(CountNonFiniteResults(model), options.formats));
 
-    report.stages = clock.Times();
-    report.seconds = clock.Seconds();
-    report.peakMemoryGigabytes = static_cast<double>(platform::PeakMemory()) * GigabytesPerByte;
+    const auto takeTimes = [&] {
+        report.stages = clock.Times();
+        report.seconds = clock.Seconds();
+        report.peakMemoryGigabytes = static_cast<double>(platform::PeakMemory()) * GigabytesPerByte;
+    };
+    if (files) {
+        clock.Next(); // write
+        takeTimes();
+        try {
+            WriteResults(model, report, options.formats, options.jsonText, *files);
+            report.files = files->Written();
+        } catch (const RunFailure& failure) { // the report is not lost with the files
+            report.fileFault = failure.what();
+        }
+    }
+    clock.End();
+    takeTimes();
     return report;
 }
 
@@ -360,7 +362,8 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     std::error_code noFile; // a pipe has no size
     const std::uintmax_t fileBytes = std::filesystem::file_size(modelFile, noFile);
     const double outside = ReadingSeconds(noFile ? 0 : fileBytes) + StressSeconds(model) +
-                           BeamSectionSeconds(meshes.patches) + WritingSeconds(model, meshes.patches);
+                           BeamSectionSeconds(meshes.patches) +
+                           WritingSeconds(model, meshes.patches, {ResultFormat::Text});
     report.expectedSeconds = outside + OrderingSeconds(model.NodeCoordinates.size()) + AssemblySeconds(model) +
                              FactorisationSeconds(system.Size()) + SolutionSeconds(system.Size());
     report.expectedSkylineSeconds = outside + SkylineSeconds(skyline.operations);

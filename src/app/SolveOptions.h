@@ -2,6 +2,8 @@
 // What a user may choose for `tarnvexo solve`.
 #pragma once
 
+#include "app/ResultFormats.h"
+#include "app/ResultWriting.h"
 #include "core/Rules.h"
 #include "inertia/BalanceSheet.h"
 
@@ -18,8 +20,9 @@ struct SolveOptions {
     SolverKind solver = SolverKind::Automatic;
     BalanceKind balance = BalanceKind::Exact;
     DisplacementKind displacements = DisplacementKind::MassOrthogonal;
-    RuleBook rules;           // severities and limits of the model checks
-    bool writeResults = true; // the six files; without them only the report
+    RuleBook rules;                               // severities and limits of the model checks
+    ResultFormats formats = {ResultFormat::Text}; // none: only the report
+    ReportWriter jsonText;                        // needed for ResultFormat::Json
 };
 
 } // namespace tarnvexo

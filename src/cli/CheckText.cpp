@@ -2,6 +2,7 @@
 
 #include "app/ModelFindings.h"
 #include "cli/ReportPhrases.h"
+#include "cli/TextPage.h"
 
 #include <algorithm>
 #include <cctype>
@@ -57,7 +58,7 @@ std::string Joined(const std::string& one, const std::string& other)
 }
 
 // Severity, name, count, limit, worst value, and what was found behind them.
-void AddFindingLine(TextPage& page, const Finding& finding, const std::string& text)
+void AddFindingLine(ReportPage& page, const Finding& finding, const std::string& text)
 {
     const bool hasWorst = finding.limit != NoLimit && !finding.worst.empty() && finding.worst.front().value != 0.0;
     page.Paragraph(FirstColumns(finding.severity, RuleOf(finding.rule).name) +
@@ -67,13 +68,13 @@ void AddFindingLine(TextPage& page, const Finding& finding, const std::string& t
                    text);
 }
 
-void AddFindingTitles(TextPage& page, const std::string& title)
+void AddFindingTitles(ReportPage& page, const std::string& title)
 {
     page.Heading(PaddedRight(title, 2 + SeverityWidth + NameWidth) + PaddedLeft("count", FigureWidth) +
                  PaddedLeft("limit", FigureWidth) + PaddedLeft("worst", FigureWidth));
 }
 
-void AddFindingTable(TextPage& page, const std::vector<Finding>& findings)
+void AddFindingTable(ReportPage& page, const std::vector<Finding>& findings)
 {
     if (findings.empty()) {
         page.Heading("FINDINGS: none");
@@ -88,7 +89,7 @@ void AddFindingTable(TextPage& page, const std::vector<Finding>& findings)
 }
 
 //     quad 211        23.4  at (11.5, 4, 0), corner at node 4
-void AddOffenders(TextPage& page, const Finding& finding, std::size_t most)
+void AddOffenders(ReportPage& page, const Finding& finding, std::size_t most)
 {
     constexpr std::size_t offenderWidth = 16;
     const std::size_t shown = std::min(finding.worst.size(), most);
@@ -108,7 +109,7 @@ void AddOffenders(TextPage& page, const Finding& finding, std::size_t most)
     }
 }
 
-void AddDetails(TextPage& page, const Finding& finding, std::size_t most)
+void AddDetails(ReportPage& page, const Finding& finding, std::size_t most)
 {
     const Rule& rule = RuleOf(finding.rule);
     page.Paragraph("  " + std::string(rule.name) + ": ", rule.finding + (": " + std::to_string(finding.count)));
@@ -123,7 +124,7 @@ void AddDetails(TextPage& page, const Finding& finding, std::size_t most)
 }
 
 // As they are, since a mark stands under what it marks.
-void AddTextDiagnostics(TextPage& page, const StrictReading& reading, Severity severity)
+void AddTextDiagnostics(ReportPage& page, const StrictReading& reading, Severity severity)
 {
     long long shown = 0;
     for (const SourceDiagnostic& one : reading.diagnostics) {
@@ -142,7 +143,7 @@ void AddTextDiagnostics(TextPage& page, const StrictReading& reading, Severity s
 }
 
 // What the text of the file, messages and findings have of one severity.
-void AddSeverity(TextPage& page, const CheckReport& report, Severity severity, std::size_t mostOffenders)
+void AddSeverity(ReportPage& page, const CheckReport& report, Severity severity, std::size_t mostOffenders)
 {
     const int count = CountOf(report, severity);
     if (count == 0) {
@@ -158,7 +159,7 @@ void AddSeverity(TextPage& page, const CheckReport& report, Severity severity, s
     for (const Finding* finding : OfSeverity(report.findings, severity)) { AddDetails(page, *finding, mostOffenders); }
 }
 
-void AddParts(TextPage& page, const std::vector<PartReport>& parts)
+void AddParts(ReportPage& page, const std::vector<PartReport>& parts)
 {
     page.Heading("CONNECTED PARTS: " + std::to_string(parts.size()));
     for (std::size_t i = 0; i < std::min(parts.size(), PartsShown); ++i) {
@@ -218,29 +219,28 @@ std::string RunText(const CheckReport& report)
     return DurationText(report.seconds) + " (" + stages + "), " + MemoryText(report.peakMemoryGigabytes);
 }
 
-void AddSummary(TextPage& page, const CheckReport& report, const UnitTexts& unit)
+void AddSummary(ReportPage& page, const CheckReport& report, const UnitTexts& unit)
 {
     page.Heading("SUMMARY");
     if (report.isRead) {
         const ModelCounts& counts = report.counts;
-        AddSummaryLine(page, "model",
-                       CountText(counts.nodes, "node") + ", " + CountText(counts.quads, "quadrilateral") + ", " +
-                           CountText(counts.tris, "triangle") + ", " + CountText(counts.beams, "beam") + ", " +
-                           CountText(std::int64_t(counts.nodalForces) + counts.distributedLoads, "load"));
-        AddSummaryLine(page, "bounding box",
-                       PlaceText(counts.boxMin) + " to " + PlaceText(counts.boxMax) +
-                           (*unit.length == '\0' ? "" : " " + std::string(unit.length)));
+        page.SummaryLine("model", CountText(counts.nodes, "node") + ", " + CountText(counts.quads, "quadrilateral") +
+                                      ", " + CountText(counts.tris, "triangle") + ", " +
+                                      CountText(counts.beams, "beam") + ", " +
+                                      CountText(std::int64_t(counts.nodalForces) + counts.distributedLoads, "load"));
+        page.SummaryLine("bounding box", PlaceText(counts.boxMin) + " to " + PlaceText(counts.boxMax) +
+                                             (*unit.length == '\0' ? "" : " " + std::string(unit.length)));
     }
     if (report.balance) {
-        AddSummaryLine(page, "mass", WithUnit(report.balance->mass.mass, unit.mass));
-        AddSummaryLine(page, "balance", BalanceSummary(*report.balance));
-        AddSummaryLine(page, "balanced by", AccelerationSummary(*report.balance, unit));
+        page.SummaryLine("mass", WithUnit(report.balance->mass.mass, unit.mass));
+        page.SummaryLine("balance", BalanceSummary(*report.balance));
+        page.SummaryLine("balanced by", AccelerationSummary(*report.balance, unit));
     }
-    AddSummaryLine(page, "run", RunText(report));
-    AddSummaryLine(page, "errors", SeveritySummary(report, Severity::Error));
-    AddSummaryLine(page, "warnings", SeveritySummary(report, Severity::Warning));
-    AddSummaryLine(page, "notes", SeveritySummary(report, Severity::Note));
-    AddSummaryLine(page, "verdict", VerdictText(report));
+    page.SummaryLine("run", RunText(report));
+    page.SummaryLine("errors", SeveritySummary(report, Severity::Error));
+    page.SummaryLine("warnings", SeveritySummary(report, Severity::Warning));
+    page.SummaryLine("notes", SeveritySummary(report, Severity::Note));
+    page.SummaryLine("verdict", VerdictText(report));
 }
 
 } // namespace
@@ -266,7 +266,7 @@ std::string CheckReportText(const CheckReport& report, UnitSystem units, bool ve
     return page.Result();
 }
 
-void AddModelChecks(TextPage& page, const std::vector<Finding>& findings)
+void AddModelChecks(ReportPage& page, const std::vector<Finding>& findings)
 {
     if (findings.empty()) {
         page.Heading("MODEL CHECKS: no errors, no warnings");

@@ -5,7 +5,7 @@
 
 #include "app/CheckReport.h"
 #include "cli/Quantities.h"
-#include "cli/TextPage.h"
+#include "cli/ReportPage.h"
 
 #include <cstddef>
 #include <string>
@@ -21,7 +21,7 @@ constexpr std::size_t OffendersShown = 3;
 std::string CheckReportText(const CheckReport& report, UnitSystem units, bool verbose);
 
 // Section MODEL CHECKS: a line per finding, with its worst offender.
-void AddModelChecks(TextPage& page, const std::vector<Finding>& findings);
+void AddModelChecks(ReportPage& page, const std::vector<Finding>& findings);
 
 // "2 errors, 1 warning", "nothing found"
 std::string FindingsSummary(const std::vector<Finding>& findings);

@@ -6,6 +6,7 @@
 #include "platform/Platform.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -72,6 +73,32 @@ void WriteTextFile(const std::string& file, const std::string& text)
         stream.Open(path);
         stream.Append(text);
         return stream.Close();
+    });
+}
+
+void WriteBytes(const std::string& file, std::string_view bytes)
+{
+    WriteWhole(file, [&](const std::string& path) {
+        FileResult result;
+        result.path = path;
+        std::FILE* const stream = std::fopen(path.c_str(), "wb");
+        if (stream == nullptr) {
+            result.outcome = FileOutcome::NotCreated;
+            result.reason = std::strerror(errno);
+            return result;
+        }
+        result.bytes = std::fwrite(bytes.data(), 1, bytes.size(), stream);
+        int error = errno;
+        bool isWritten = result.bytes == bytes.size();
+        if (std::fclose(stream) != 0 && isWritten) { // some systems tell of a full disk only here
+            error = errno;
+            isWritten = false;
+        }
+        if (!isWritten) {
+            result.outcome = FileOutcome::Incomplete;
+            result.reason = std::strerror(error);
+        }
+        return result;
     });
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace tarnvexo {
 
@@ -15,6 +16,9 @@ void RequireDirectoryOf(const std::string& file);
 
 // Writes a text into a file, in place of what was there once it is complete.
 void WriteTextFile(const std::string& file, const std::string& text);
+
+// Writes bytes that are no text into a file, in the same way.
+void WriteBytes(const std::string& file, std::string_view bytes);
 
 // Writes a text to standard output.
 void WriteOutput(const std::string& text);

@@ -6,13 +6,16 @@
 #include "cli/CommandFailure.h"
 #include "cli/CommandFiles.h"
 #include "cli/CommandParser.h"
+#include "cli/PictureCommand.h"
 #include "cli/RefineCommand.h"
 #include "cli/RenumberCommand.h"
 #include "cli/ReportCommands.h"
 #include "cli/VersionText.h"
+#include "cli/ViewCommand.h"
 #include "core/Failure.h"
 #include "platform/Platform.h"
 #include "solver/SparseEngine.h"
+#include "view/ResultPage.h"
 
 #include <cstdio>
 #include <new>
@@ -56,6 +59,16 @@ int Run(const RefineCommand& command)
 int Run(const RenumberCommand& command)
 {
     return RunRenumberCommand(command);
+}
+
+int Run(const ViewCommand& command)
+{
+    return RunViewCommand(command, ViewerPageText());
+}
+
+int Run(const PictureCommand& command)
+{
+    return RunPictureCommand(command, ViewerPageText());
 }
 
 int Run(const MessageCommand& message)

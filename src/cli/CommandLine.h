@@ -1,6 +1,5 @@
 // cli/CommandLine.h
-// The program: without arguments the console run (app/RunDriver), else one of the commands solve, info, refine,
-// renumber (cli/CommandParser).
+// The program: without arguments the console run (app/RunDriver), else one of the commands of cli/CommandParser.
 #pragma once
 
 namespace tarnvexo {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <charconv>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -33,6 +34,17 @@ struct OptionTexts {
     bool quiet = false;
     bool verbose = false;
     bool keepNumbers = false;
+    std::string result = ".";
+    std::string modelFile;
+    std::string page; // or picture: the file to write
+    std::string view;
+    bool noOpen = false;
+    std::string field = "SE";
+    std::string face = "larger";
+    std::string deformed = "5%";
+    std::string size = "1600x1000";
+    std::string state;
+    bool dark = false;
 };
 
 template <typename Value> using Choices = std::vector<std::pair<const char*, Value>>;
@@ -43,7 +55,16 @@ const Choices<BalanceKind> Balances = {{"exact", BalanceKind::Exact}, {"classic"
 const Choices<DisplacementKind> Displacements = {{"mass-orthogonal", DisplacementKind::MassOrthogonal},
                                                  {"held", DisplacementKind::Held}};
 const Choices<UnitSystem> Units = {{"SI", UnitSystem::SI}, {"mm-t-s", UnitSystem::MillimetreTonneSecond}};
-const Choices<bool> Formats = {{"text", true}, {"none", false}}; // are the six files written?
+const Choices<std::optional<ResultFormat>> Formats = {{"text", ResultFormat::Text}, {"vtu", ResultFormat::Vtu},
+                                                      {"gltf", ResultFormat::Gltf}, {"csv", ResultFormat::Csv},
+                                                      {"json", ResultFormat::Json}, {"none", std::nullopt}};
+
+// Names as the viewer has them (viewer/src/model/Result.ts, viewer/src/state/ViewState.ts).
+using Names = std::vector<std::string>;
+const Names Fields = {"SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE",        "S1",      "S2",       "S3",   "U",   "DX",
+                      "DY", "DZ", "R",  "RX",  "RY",  "RZ",  "thickness", "section", "material", "side", "none"};
+const Names Faces = {"positive", "negative", "larger", "viewed"};
+const Names StandardViews = {"iso", "front", "back", "left", "right", "top", "bottom"};
 
 constexpr const char* ListRules = "--rules";
 constexpr int MostThreads = 1024;
@@ -62,6 +83,14 @@ template <typename Value> Value ParsedChoice(const char* option, const std::stri
     }
     throw UsageFault{std::string(option) + " cannot be \"" + text + "\"", CLI::detail::join(names, " or "),
                      NearestName(text, names)};
+}
+
+// The name in the spelling of the list.
+std::string ParsedName(const char* option, const std::string& text, const Names& names)
+{
+    Choices<std::string> choices;
+    for (const std::string& name : names) { choices.emplace_back(name.c_str(), name); }
+    return ParsedChoice(option, text, choices);
 }
 
 int ParsedInteger(const char* option, const std::string& text, int least, int most)
@@ -86,21 +115,63 @@ UnitSystem ParsedUnits(const std::string& text)
     return text.empty() ? UnitSystem::Unnamed : ParsedChoice("--units", text, Units);
 }
 
-// Are the six files to be written? Formats may be given several times and with commas between them.
-bool ParsedFormats(const std::vector<std::string>& texts)
+// Formats may be given several times and with commas between them.
+ResultFormats ParsedFormats(const std::vector<std::string>& texts)
 {
-    bool text = texts.empty();
+    ResultFormats formats;
     bool none = false;
     for (const std::string& given : texts) {
-        for (const std::string& format : CLI::detail::split(given, ',')) {
-            (ParsedChoice("--format", format, Formats) ? text : none) = true;
+        for (const std::string& name : CLI::detail::split(given, ',')) {
+            const std::optional<ResultFormat> format = ParsedChoice("--format", name, Formats);
+            none = none || !format;
+            if (format) {
+                formats.insert(*format);
+            }
         }
     }
-    if (text && none) {
+    if (!formats.empty() && none) {
         throw UsageFault{"--format cannot be \"none\" together with another format",
                          "none alone, or the formats that are wanted", ""};
     }
-    return text;
+    return texts.empty() ? ResultFormats{ResultFormat::Text} : formats;
+}
+
+// "1600x1000"
+void ParseSize(const std::string& text, PictureCommand& command)
+{
+    constexpr int least = 16;
+    constexpr int most = 8192;
+    const std::size_t cross = text.find('x');
+    try {
+        command.width = ParsedInteger("--size", text.substr(0, cross), least, most);
+        command.height = ParsedInteger("--size", cross == std::string::npos ? "" : text.substr(cross + 1), least, most);
+    } catch (const UsageFault&) {
+        throw UsageFault{"--size cannot be \"" + text + "\"",
+                         "width and height in pixels, from 16x16 to 8192x8192, such as 1600x1000", ""};
+    }
+}
+
+// "5%", "true", "20", "off": as an address has them, where "%" and "+" mean something else.
+std::string ParsedDeformation(const std::string& text)
+{
+    double value = 0.0;
+    const char* const textEnd = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), textEnd, value);
+    const bool isNumber = error == std::errc() && value >= 0.0 && value <= 1e30 &&
+                          (end == textEnd || (*end == '%' && end + 1 == textEnd));
+    if (!isNumber && text != "true" && text != "off") {
+        throw UsageFault{"--deformed cannot be \"" + text + "\"",
+                         "5% or another share of the model's size, true, a factor such as 20, or off", ""};
+    }
+    std::string inAddress;
+    for (const char c : text) { inAddress += c == '%' ? "%25" : c == '+' ? "%2B" : std::string(1, c); }
+    return inAddress;
+}
+
+// What stands behind "#" in an address; with it or without.
+std::string ParsedState(const std::string& text)
+{
+    return text.starts_with('#') ? text.substr(1) : text;
 }
 
 // ---- options
@@ -161,6 +232,8 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
                                    "      solve examples/midship/fem_solving.txt, result files into run/\n"
                                    "  tarnvexo solve wing.txt -o run --units mm-t-s\n"
                                    "      the same with units and accelerations in g in the report\n"
+                                   "  tarnvexo solve wing.txt -o run --format text,vtu && paraview run/results.vtm\n"
+                                   "      the text files, and the results in ParaView\n"
                                    "  tarnvexo solve wing.txt --format none --json - -q | jq .extremes\n"
                                    "      no files, the report as JSON for another program");
     AddModel(command, texts);
@@ -170,8 +243,9 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
     command
         .add_option("--format", texts.formats,
                     "result files to write, several times or with commas between:\n"
-                    "text (the six text and DXF files; the default) or none")
-        ->option_text("text|none")
+                    "text (the six text and DXF files; the default), vtu (ParaView),\n"
+                    "gltf (a picture in space), csv (tables), json (the report), none")
+        ->option_text("LIST")
         ->allow_extra_args(false);
     AddValue(command, "--balance", texts.balance, "exact|classic",
              "inertia relief: exact leaves nothing over, whatever the structure\n"
@@ -241,6 +315,67 @@ void AddRenumber(CLI::App& app, OptionTexts& texts)
     AddModelOutput(command, texts);
 }
 
+void AddResult(CLI::App& command, OptionTexts& texts)
+{
+    command
+        .add_option("RESULT", texts.result,
+                    "directory of results, or its Tarn+Vexo_AverageStrs.txt; the\n"
+                    "current directory without it")
+        ->option_text(" ");
+    AddValue(command, "--model", texts.modelFile, "MODEL",
+             "the model that the results come from; without this option\n"
+             "fem_solving.txt beside them");
+}
+
+void AddView(CLI::App& app, OptionTexts& texts)
+{
+    CLI::App& command = AddCommand(app, "view", "Show results in the browser",
+                                   "Examples:\n"
+                                   "  tarnvexo view run --model examples/wing\n"
+                                   "      results in run/, thicknesses, loads and supports of the model\n"
+                                   "  tarnvexo view run --out wing.html\n"
+                                   "      one file for a colleague, who needs a browser and nothing else\n"
+                                   "  tarnvexo view run --view 'field=U&view=top'\n"
+                                   "      displacements, seen from above");
+    AddResult(command, texts);
+    AddValue(command, "--out", texts.page, "FILE", "write the page into this file and do not open it");
+    command.add_flag("--no-open", texts.noOpen, "open no browser, only tell the address of the page");
+    AddValue(command, "--view", texts.view, "STATE",
+             "how it is shown first: what stands behind # in the page's address");
+    command.add_flag("-q,--quiet", texts.quiet, "no progress on standard error");
+}
+
+void AddPicture(CLI::App& app, OptionTexts& texts)
+{
+    CLI::App& command = AddCommand(app, "picture", "Draw a picture of results as a PNG file",
+                                   "Examples:\n"
+                                   "  tarnvexo picture run --out se.png\n"
+                                   "      equivalent stress, the larger of both faces, deformed\n"
+                                   "  tarnvexo picture run --field U --view top --deformed off --out u.png\n"
+                                   "      displacements on the undeformed structure, from above\n"
+                                   "  tarnvexo picture run --size 3200x2000 --dark --out slide.png\n"
+                                   "      larger, for a dark slide");
+    AddResult(command, texts);
+    command.add_option("--out", texts.page, "the PNG file to write")->option_text("FILE")->required();
+    AddValue(command, "--field", texts.field, "NAME",
+             "what the colours show: SX SY SZ TXY TXZ TYZ SE S1 S2 S3,\n"
+             "U DX DY DZ R RX RY RZ, thickness, section, material, side, none;\n"
+             "SE without this option");
+    AddValue(command, "--face", texts.face, "positive|negative|larger|viewed",
+             "which face's stresses; the larger without this option");
+    AddValue(command, "--view", texts.view, "iso|front|back|left|right|top|bottom",
+             "from where; iso without this option");
+    AddValue(command, "--deformed", texts.deformed, "P%|true|N|off",
+             "displacements: the largest shown as P % of the model's size (5%\n"
+             "without this option), true to scale, N times, or not at all");
+    AddValue(command, "--size", texts.size, "WIDTHxHEIGHT", "in pixels; 1600x1000 without this option");
+    command.add_flag("--dark", texts.dark, "dark background");
+    AddValue(command, "--state", texts.state, "STATE",
+             "more of the view: what stands behind # in the address of a page\n"
+             "of tarnvexo view");
+    command.add_flag("-q,--quiet", texts.quiet, "no progress on standard error");
+}
+
 std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts)
 {
     auto app =
@@ -259,6 +394,7 @@ std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts)
                 "  tarnvexo check examples/wing           can the model be solved?\n"
                 "  tarnvexo info examples/wing            mass, loads, balance; time and memory of a solution\n"
                 "  tarnvexo solve examples/wing -o run    solve it, result files into run/\n"
+                "  tarnvexo view run                      look at the results in the browser\n"
                 "  tarnvexo                               the console run on ./fem_solving.txt\n\n"
                 "Exit codes: 0 good, 1 fault in the model, 2 fault in the command line, 3 numerical failure or\n"
                 "out of memory, 4 a file cannot be read or written, 130 interrupted.");
@@ -267,6 +403,8 @@ std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts)
     AddCheck(*app, texts);
     AddRefine(*app, texts);
     AddRenumber(*app, texts);
+    AddView(*app, texts);
+    AddPicture(*app, texts);
     for (CLI::App* command : app->get_subcommands(nullptr)) { command->group("Commands"); }
     return app;
 }
@@ -309,7 +447,8 @@ UsageFault UnknownWord(const CLI::App& command, const std::string& word)
         const std::vector<std::string> names = OptionNames(command);
         return {"there is no option \"" + word + "\"", CLI::detail::join(names, " "), NearestName(word, names)};
     }
-    return {"\"" + word + "\" is one argument too many", "one MODEL, and options", ""};
+    return {"\"" + word + "\" is one argument too many",
+            command.get_option_no_throw("RESULT") ? "one RESULT, and options" : "one MODEL, and options", ""};
 }
 
 // What the parser met, in words of ours. Unknown words come first: they are often the reason for what is missing.
@@ -373,7 +512,7 @@ Command SolveOf(const OptionTexts& texts)
     command.solve.solver = ParsedChoice("--solver", texts.solver, Solvers);
     command.solve.balance = ParsedChoice("--balance", texts.balance, Balances);
     command.solve.displacements = ParsedChoice("--displacements", texts.displacements, Displacements);
-    command.solve.writeResults = ParsedFormats(texts.formats);
+    command.solve.formats = ParsedFormats(texts.formats);
     command.solve.rules = ParsedRules(texts);
     command.threads = ParsedThreads(texts.threads);
     command.units = ParsedUnits(texts.units);
@@ -403,16 +542,47 @@ Command RenumberOf(const OptionTexts& texts)
     return RenumberCommand{texts.model, texts.output};
 }
 
+Command ViewOf(const OptionTexts& texts)
+{
+    ViewCommand command;
+    command.result = texts.result;
+    command.modelFile = texts.modelFile;
+    command.outputFile = texts.page;
+    command.view = ParsedState(texts.view);
+    command.open = !texts.noOpen;
+    command.quiet = texts.quiet;
+    return command;
+}
+
+// The state of the view as the page's address has it: names of the viewer with "&" between.
+Command PictureOf(const OptionTexts& texts)
+{
+    PictureCommand command;
+    command.result = texts.result;
+    command.modelFile = texts.modelFile;
+    command.outputFile = texts.page;
+    ParseSize(texts.size, command);
+    command.state = "field=" + ParsedName("--field", texts.field, Fields) +
+                    "&face=" + ParsedName("--face", texts.face, Faces) +
+                    "&view=" + ParsedName("--view", texts.view.empty() ? "iso" : texts.view, StandardViews) +
+                    "&deformed=" + ParsedDeformation(texts.deformed) + (texts.dark ? "&dark=1" : "") +
+                    (texts.state.empty() ? "" : "&" + ParsedState(texts.state));
+    command.quiet = texts.quiet;
+    return command;
+}
+
 Command CommandOf(const std::string& name, const OptionTexts& texts)
 {
     if (texts.listRules) {
         return MessageCommand{RuleTableText(ParsedRules(texts)), "", ExitGood};
     }
-    return name == "solve"    ? SolveOf(texts)
-           : name == "info"   ? InfoOf(texts)
-           : name == "check"  ? CheckOf(texts)
-           : name == "refine" ? RefineOf(texts)
-                              : RenumberOf(texts);
+    return name == "solve"      ? SolveOf(texts)
+           : name == "info"     ? InfoOf(texts)
+           : name == "check"    ? CheckOf(texts)
+           : name == "refine"   ? RefineOf(texts)
+           : name == "renumber" ? RenumberOf(texts)
+           : name == "view"     ? ViewOf(texts)
+                                : PictureOf(texts);
 }
 
 } // namespace
@@ -439,7 +609,9 @@ Command ParseCommandLine(const std::vector<std::string>& arguments, const std::f
              isPath ? "tarnvexo check " + first + ", or solve " + first : NearestName(first, commandNames)});
     }
     if (std::find(arguments.begin(), arguments.end(), ListRules) != arguments.end() && !first.starts_with("-")) {
-        app->get_subcommand(first)->get_option("MODEL")->required(false);
+        if (CLI::Option* model = app->get_subcommand(first)->get_option_no_throw("MODEL")) {
+            model->required(false);
+        }
     }
     try {
         app->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // last word first

@@ -54,6 +54,29 @@ struct RenumberCommand {
     std::string outputFile;
 };
 
+// `tarnvexo view`
+struct ViewCommand {
+    std::string result = "."; // directory, or contour file
+    std::string modelFile;    // empty: the one beside the result
+    std::string outputFile;   // empty: a file that is opened, or a page that is served
+    std::string view;         // state of the view to begin with, as the address of the page has it
+    bool open = true;
+    bool quiet = false;
+    bool alwaysFile = false; // never served, however large
+    bool tell = true;        // where the page is, on standard output
+};
+
+// `tarnvexo picture`
+struct PictureCommand {
+    std::string result = ".";
+    std::string modelFile;
+    std::string outputFile;
+    std::string state; // of the view, as the address of the page has it
+    int width = 1600;  // pixels
+    int height = 1000;
+    bool quiet = false;
+};
+
 // Nothing to run: help, version or the table of rules on standard output, or a usage error on standard error. Each with
 // its line end.
 struct MessageCommand {
@@ -62,7 +85,8 @@ struct MessageCommand {
     int exitCode = ExitGood;
 };
 
-using Command = std::variant<SolveCommand, InfoCommand, CheckCommand, RefineCommand, RenumberCommand, MessageCommand>;
+using Command = std::variant<SolveCommand, InfoCommand, CheckCommand, RefineCommand, RenumberCommand, ViewCommand,
+                             PictureCommand, MessageCommand>;
 
 // arguments: the words behind the program's name. versionText: gives what --version prints; called only for that.
 // A usage error says which command, what is wrong, what was expected, and the nearest name to a misspelt one.

@@ -57,6 +57,7 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
 {
     SolveOptions options = command.solve;
     options.modelFile = ModelFileOf(command.solve.modelFile);
+    options.jsonText = [&](const SolveReport& report) { return SolveReportJson(report, command.units); };
     RequirePlaceOfJson(command.jsonFile, options.modelFile);
     if (command.threads > 0) {
         SetThreadCount(command.threads);

@@ -2,6 +2,7 @@
 
 #include "app/ResultChecks.h"
 #include "cli/CheckText.h"
+#include "cli/HtmlPage.h"
 #include "cli/ReportFigures.h"
 #include "cli/ReportPhrases.h"
 #include "cli/TextPage.h"
@@ -26,7 +27,7 @@ std::vector<std::string> WithSize(const Vector3& v)
 
 // ---- sections that both reports have
 
-void AddModel(TextPage& page, const ModelCounts& counts, const UnitTexts& unit)
+void AddModel(ReportPage& page, const ModelCounts& counts, const UnitTexts& unit)
 {
     page.Heading("MODEL");
     page.Row("nodes", {std::to_string(counts.nodes)});
@@ -75,7 +76,7 @@ std::string SolvedPartText(const PartReport& part)
     return text;
 }
 
-void AddParts(TextPage& page, const std::vector<PartReport>& parts)
+void AddParts(ReportPage& page, const std::vector<PartReport>& parts)
 {
     page.Heading("CONNECTED PARTS");
     for (std::size_t i = 0; i < std::min(parts.size(), PartLimit); ++i) {
@@ -86,7 +87,7 @@ void AddParts(TextPage& page, const std::vector<PartReport>& parts)
     }
 }
 
-void AddMass(TextPage& page, const MassSummary& mass, const UnitTexts& unit)
+void AddMass(ReportPage& page, const MassSummary& mass, const UnitTexts& unit)
 {
     static constexpr const char* inertiaLabels[3] = {"inertia about it  xx xy xz", "                  yx yy yz",
                                                      "                  zx zy zz"};
@@ -119,7 +120,7 @@ std::string ClassicText(const BalanceSheet& balance)
            ShareText(RelativeTo(balance.momentSize, moment)) + ")";
 }
 
-void AddBalance(TextPage& page, const BalanceSheet& balance, const UnitTexts& unit)
+void AddBalance(ReportPage& page, const BalanceSheet& balance, const UnitTexts& unit)
 {
     page.Heading("BALANCE BY INERTIA RELIEF: " + std::string(BalanceName(balance.kind)));
     page.ColumnTitles({"x", "y", "z", "size"});
@@ -140,13 +141,13 @@ void AddBalance(TextPage& page, const BalanceSheet& balance, const UnitTexts& un
     page.Text("the classic way", ClassicText(balance));
 }
 
-void AddWarnings(TextPage& page, const std::vector<std::string>& warnings)
+void AddWarnings(ReportPage& page, const std::vector<std::string>& warnings)
 {
     page.Heading(warnings.empty() ? "OTHER WARNINGS: none" : "OTHER WARNINGS: " + std::to_string(warnings.size()));
     for (const std::string& warning : warnings) { page.Paragraph("  ", warning); }
 }
 
-void AddEngine(TextPage& page, const SolverReport& solver)
+void AddEngine(ReportPage& page, const SolverReport& solver)
 {
     const std::pair<const char*, const std::string&> rows[] = {
         {"engine", solver.engine}, {"ordering", solver.ordering}, {"kernels", solver.kernels}};
@@ -170,7 +171,7 @@ const char* ReactionUnit(const SupportReaction& reaction, const UnitTexts& unit)
     return reaction.at.dof <= DZ ? unit.force : unit.moment;
 }
 
-void AddReactions(TextPage& page, const SolveReport& report, const UnitTexts& unit)
+void AddReactions(ReportPage& page, const SolveReport& report, const UnitTexts& unit)
 {
     page.Heading("SUPPORT REACTIONS");
     if (report.reactions.empty()) {
@@ -201,7 +202,7 @@ void AddReactions(TextPage& page, const SolveReport& report, const UnitTexts& un
     }
 }
 
-void AddEnergy(TextPage& page, const SolveReport& report, const UnitTexts& unit)
+void AddEnergy(ReportPage& page, const SolveReport& report, const UnitTexts& unit)
 {
     page.Heading("ENERGY");
     page.Row("strain energy", report.strainEnergy, unit.energy);
@@ -209,7 +210,7 @@ void AddEnergy(TextPage& page, const SolveReport& report, const UnitTexts& unit)
     page.Row("relative difference", {ShareText(EnergyDifference(report))});
 }
 
-void AddSolution(TextPage& page, const SolveReport& report)
+void AddSolution(ReportPage& page, const SolveReport& report)
 {
     const SolverReport& solver = report.solver;
     const double rate = FactoriseRate(report);
@@ -238,7 +239,7 @@ std::string WhereText(const ExtremeValue& extreme)
     return text.empty() ? text : text + " at " + PlaceText(extreme.place);
 }
 
-void AddExtreme(TextPage& page, const char* label, const ExtremeValue& extreme, const char* unit)
+void AddExtreme(ReportPage& page, const char* label, const ExtremeValue& extreme, const char* unit)
 {
     const std::string where = WhereText(extreme);
     if (where.empty()) {
@@ -248,7 +249,7 @@ void AddExtreme(TextPage& page, const char* label, const ExtremeValue& extreme, 
     }
 }
 
-void AddExtremes(TextPage& page, const SolveReport& report, const UnitTexts& unit)
+void AddExtremes(ReportPage& page, const SolveReport& report, const UnitTexts& unit)
 {
     page.Heading("LARGEST RESULTS");
     AddExtreme(page, "displacement", report.largestDisplacement, unit.length);
@@ -258,7 +259,7 @@ void AddExtremes(TextPage& page, const SolveReport& report, const UnitTexts& uni
 }
 
 // The texts of checks that did not pass, and of those that had nothing to compare.
-void AddChecks(TextPage& page, const std::vector<ResultCheck>& checks)
+void AddChecks(ReportPage& page, const std::vector<ResultCheck>& checks)
 {
     page.Heading("RESULT CHECKS");
     page.ColumnTitles({"verdict", "value", "warns above", "fails above"});
@@ -273,7 +274,7 @@ void AddChecks(TextPage& page, const std::vector<ResultCheck>& checks)
     }
 }
 
-void AddFiles(TextPage& page, const SolveReport& report)
+void AddFiles(ReportPage& page, const SolveReport& report)
 {
     page.Heading("RESULT FILES");
     if (!report.fileFault.empty()) {
@@ -286,7 +287,7 @@ void AddFiles(TextPage& page, const SolveReport& report)
     }
 }
 
-void AddStages(TextPage& page, const SolveReport& report)
+void AddStages(ReportPage& page, const SolveReport& report)
 {
     page.Heading("TIME AND MEMORY");
     for (const StageTime& stage : report.stages) {
@@ -349,25 +350,25 @@ std::string VerdictText(const SolveReport& report)
     return text;
 }
 
-void AddSolveSummary(TextPage& page, const SolveReport& report, const UnitTexts& unit)
+void AddSolveSummary(ReportPage& page, const SolveReport& report, const UnitTexts& unit)
 {
     page.Heading("SUMMARY");
-    AddSummaryLine(page, "balance", BalanceSummary(report.balance));
-    AddSummaryLine(page, "balanced by", AccelerationSummary(report.balance, unit));
-    AddSummaryLine(page, "largest displacement", ExtremeSummary(report.largestDisplacement, unit.length));
-    AddSummaryLine(page, "largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
-    AddSummaryLine(page, "largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
-    AddSummaryLine(page, "result checks", ChecksSummary(report));
-    AddSummaryLine(page, "result files", FilesSummary(report));
-    AddSummaryLine(page, "model checks", FindingsSummary(report.findings));
-    AddSummaryLine(page, "other warnings", WarningSummary(report.warnings));
-    AddSummaryLine(page, "run", DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes));
-    AddSummaryLine(page, "verdict", VerdictText(report));
+    page.SummaryLine("balance", BalanceSummary(report.balance));
+    page.SummaryLine("balanced by", AccelerationSummary(report.balance, unit));
+    page.SummaryLine("largest displacement", ExtremeSummary(report.largestDisplacement, unit.length));
+    page.SummaryLine("largest shell stress", ExtremeSummary(report.largestShellStress, unit.stress));
+    page.SummaryLine("largest beam stress", ExtremeSummary(report.largestBeamStress, unit.stress));
+    page.SummaryLine("result checks", ChecksSummary(report));
+    page.SummaryLine("result files", FilesSummary(report));
+    page.SummaryLine("model checks", FindingsSummary(report.findings));
+    page.SummaryLine("other warnings", WarningSummary(report.warnings));
+    page.SummaryLine("run", DurationText(report.seconds) + ", " + MemoryText(report.peakMemoryGigabytes));
+    page.SummaryLine("verdict", VerdictText(report));
 }
 
 // ---- sections of a model that is not solved
 
-void AddCost(TextPage& page, const InfoReport& report)
+void AddCost(ReportPage& page, const InfoReport& report)
 {
     page.Heading("COST ON THIS MACHINE");
     page.ColumnTitles({"solve", "console run"});
@@ -382,7 +383,7 @@ void AddCost(TextPage& page, const InfoReport& report)
 }
 
 // Why solve would not begin.
-void AddFault(TextPage& page, const std::string& fault)
+void AddFault(ReportPage& page, const std::string& fault)
 {
     if (!fault.empty()) {
         page.Heading("ERRORS: tarnvexo solve refuses this model");
@@ -397,34 +398,32 @@ int FreeMotions(const std::vector<PartReport>& parts)
     return count;
 }
 
-void AddInfoSummary(TextPage& page, const InfoReport& report, const UnitTexts& unit)
+void AddInfoSummary(ReportPage& page, const InfoReport& report, const UnitTexts& unit)
 {
     const MassSummary& mass = report.balance.mass;
     page.Heading("SUMMARY");
-    AddSummaryLine(page, "parts",
-                   std::to_string(report.parts.size()) + ", with " + FreeMotionText(FreeMotions(report.parts)));
-    AddSummaryLine(page, "mass",
-                   WithUnit(mass.mass, unit.mass) + ", centre of gravity " + PlaceText(mass.centreOfGravity));
-    AddSummaryLine(page, "applied force", WithUnit(Length(report.balance.appliedAboutCentroid.force), unit.force));
-    AddSummaryLine(page, "balance", BalanceSummary(report.balance));
-    AddSummaryLine(page, "balanced by", AccelerationSummary(report.balance, unit));
-    AddSummaryLine(page, "tarnvexo solve",
-                   report.fault.empty()
-                       ? EstimateText(report.expectedSeconds) + " and " + MemoryText(report.expectedMemoryGigabytes) +
-                             " of " + MemoryText(report.availableMemoryGigabytes)
-                       : "refuses this model, see ERRORS");
-    AddSummaryLine(page, "model checks", FindingsSummary(report.findings));
-    AddSummaryLine(page, "other warnings", WarningSummary(report.warnings));
+    page.SummaryLine("parts",
+                     std::to_string(report.parts.size()) + ", with " + FreeMotionText(FreeMotions(report.parts)));
+    page.SummaryLine("mass", WithUnit(mass.mass, unit.mass) + ", centre of gravity " + PlaceText(mass.centreOfGravity));
+    page.SummaryLine("applied force", WithUnit(Length(report.balance.appliedAboutCentroid.force), unit.force));
+    page.SummaryLine("balance", BalanceSummary(report.balance));
+    page.SummaryLine("balanced by", AccelerationSummary(report.balance, unit));
+    page.SummaryLine("tarnvexo solve", report.fault.empty() ? EstimateText(report.expectedSeconds) + " and " +
+                                                                  MemoryText(report.expectedMemoryGigabytes) + " of " +
+                                                                  MemoryText(report.availableMemoryGigabytes)
+                                                            : "refuses this model, see ERRORS");
+    page.SummaryLine("model checks", FindingsSummary(report.findings));
+    page.SummaryLine("other warnings", WarningSummary(report.warnings));
 }
 
-} // namespace
-
-std::string SolveReportText(const SolveReport& report, UnitSystem units)
+std::string TitleOf(const SolveReport& report)
 {
-    const UnitTexts& unit = TextsOfUnits(units);
-    TextPage page;
-    page.Heading("tarnvexo solve " + report.modelFile);
-    page.Line(VerdictText(report));
+    return "tarnvexo solve " + report.modelFile;
+}
+
+// All of the report but its title, its verdict and its summary.
+void AddSolveSections(ReportPage& page, const SolveReport& report, const UnitTexts& unit)
+{
     AddModel(page, report.counts, unit);
     AddParts(page, report.parts);
     AddMass(page, report.balance.mass, unit);
@@ -438,7 +437,28 @@ std::string SolveReportText(const SolveReport& report, UnitSystem units)
     AddStages(page, report);
     AddModelChecks(page, report.findings);
     AddWarnings(page, report.warnings);
+}
+
+} // namespace
+
+std::string SolveReportText(const SolveReport& report, UnitSystem units)
+{
+    const UnitTexts& unit = TextsOfUnits(units);
+    TextPage page;
+    page.Heading(TitleOf(report));
+    page.Line(VerdictText(report));
+    AddSolveSections(page, report, unit);
     AddSolveSummary(page, report, unit);
+    return page.Result();
+}
+
+std::string SolveReportHtml(const SolveReport& report, UnitSystem units, const std::vector<ReportPicture>& pictures)
+{
+    const UnitTexts& unit = TextsOfUnits(units);
+    HtmlPage page(TitleOf(report));
+    AddSolveSummary(page, report, unit);
+    for (const ReportPicture& picture : pictures) { page.Picture(picture.caption, picture.png); }
+    AddSolveSections(page, report, unit);
     return page.Result();
 }
 

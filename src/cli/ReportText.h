@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace tarnvexo {
 
@@ -18,6 +19,14 @@ constexpr std::size_t PartLimit = 12;
 constexpr std::size_t ReactionLimit = 12;
 
 std::string SolveReportText(const SolveReport& report, UnitSystem units);
+
+struct ReportPicture {
+    std::string caption;
+    std::string png; // bytes of a PNG file
+};
+
+// The same as one HTML page, with its summary first and pictures behind it.
+std::string SolveReportHtml(const SolveReport& report, UnitSystem units, const std::vector<ReportPicture>& pictures);
 std::string InfoReportText(const InfoReport& report, UnitSystem units);
 
 } // namespace tarnvexo

@@ -1,7 +1,5 @@
 #include "cli/TextPage.h"
 
-#include "cli/Quantities.h"
-
 #include <algorithm>
 
 namespace tarnvexo {
@@ -42,28 +40,6 @@ std::vector<std::string> BrokenLine(std::string_view line, std::size_t width)
 
 } // namespace
 
-std::size_t TextWidth(std::string_view text)
-{
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-std::string PaddedRight(std::string_view text, std::size_t width)
-{
-    return std::string(text) + Blanks(width - std::min(width, TextWidth(text)));
-}
-
-std::string PaddedLeft(std::string_view text, std::size_t width)
-{
-    return Blanks(width - std::min(width, TextWidth(text))) + std::string(text);
-}
-
-void AddSummaryLine(TextPage& page, std::string_view label, std::string_view text)
-{
-    constexpr std::size_t labelWidth = 22;
-    page.Paragraph("  " + PaddedRight(label, labelWidth), text);
-}
-
 void TextPage::Heading(std::string_view title)
 {
     page += page.empty() ? "" : "\n";
@@ -87,14 +63,10 @@ void TextPage::Row(std::string_view label, const std::vector<std::string>& colum
     }
 }
 
-void TextPage::Row(std::string_view label, double value, std::string_view remark)
+void TextPage::SummaryLine(std::string_view label, std::string_view text)
 {
-    Row(label, std::vector<std::string>{NumberText(value)}, remark);
-}
-
-void TextPage::Row(std::string_view label, const Vector3& value, std::string_view remark)
-{
-    Row(label, std::vector<std::string>{NumberText(value[0]), NumberText(value[1]), NumberText(value[2])}, remark);
+    constexpr std::size_t labelWidth = 22;
+    Paragraph(Margin + PaddedRight(label, labelWidth), text);
 }
 
 void TextPage::Text(std::string_view label, std::string_view text)

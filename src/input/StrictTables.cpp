@@ -4,6 +4,8 @@
 #include "input/FormatFaults.h"
 #include "input/TextPlaces.h"
 
+#include <algorithm>
+
 namespace tarnvexo {
 
 namespace {
@@ -165,8 +167,25 @@ void StrictTables::SkipTextBehindCount(TableId id, std::size_t behind)
     if (at < text.size() && !isLabel && !IsFirstOfLine(text, at) && !BeginsRecord(text, at, id) &&
         !IsAtHeader(text, at)) {
         diagnostics.Report(RuleId::Format, TextBehindFault(text, at, NameOfPrevious(id)));
-        scanner.Seek(NextLine(text, at));
+        SeekRecordWithinLine(id, at);
     }
+}
+
+// To the first record in the rest of the line that holds a position: where a line end was lost, the record of the next
+// line stands behind the text. Without one to the next line.
+void StrictTables::SeekRecordWithinLine(TableId id, std::size_t position)
+{
+    constexpr std::size_t enough = 24; // for the number of a record and the character behind it
+    const std::size_t nextLine = NextLine(text, position);
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    for (std::size_t at = position + 1; at < nextLine; ++at) {
+        const bool mayBegin = text[at] == '#' || (isDigit(text[at]) && !isDigit(text[at - 1]));
+        if (mayBegin && BeginsRecord(text.substr(at, std::min(enough, nextLine - at)), 0, id)) {
+            scanner.Seek(at);
+            return;
+        }
+    }
+    scanner.Seek(nextLine);
 }
 
 void StrictTables::CloseTable(TableId id, long long doubtful)

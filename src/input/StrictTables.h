@@ -67,6 +67,7 @@ private:
     void ReportTextBetween(TableId last, std::size_t begin, std::size_t end, const char* countFormat);
     void TakeCount(TableId id, const ScanResult& scan, int count);
     void SkipTextBehindCount(TableId id, std::size_t behind);
+    void SeekRecordWithinLine(TableId id, std::size_t position);
     void CloseTable(TableId id, long long doubtful);
     Recovery Recover(TableId id);
     std::size_t NextRecord(std::size_t lineBegin, TableId id, long long& doubtful);

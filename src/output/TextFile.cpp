@@ -41,12 +41,12 @@ TextFile::~TextFile()
     Close();
 }
 
-bool TextFile::Open(const std::string& path)
+bool TextFile::Open(const std::string& path, FileMode mode)
 {
     Close();
     result = {};
     result.path = path;
-    file = std::fopen(path.c_str(), "w");
+    file = std::fopen(path.c_str(), mode == FileMode::Text ? "w" : "wb");
     if (file == nullptr) {
         result.outcome = FileOutcome::NotCreated;
         result.reason = std::strerror(errno);

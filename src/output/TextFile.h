@@ -1,5 +1,5 @@
 // output/TextFile.h
-// A result file being written: created or emptied in text mode, filled through one large buffer.
+// A result file being written: created or emptied, filled through one large buffer.
 //
 //     TextFile file;
 //     if (!file.Open("Node_Dis.txt")) { ... }
@@ -40,6 +40,9 @@ std::string FileFault(const FileResult& file);
 // after `message` and one key. After an incomplete one the run goes on, since the other files may still be good.
 void RequireCreated(const FileResult& file, const char* message);
 
+// Text: line ends as the system has them. Binary: bytes as they are given.
+enum class FileMode { Text, Binary };
+
 class TextFile {
 public:
     TextFile();
@@ -49,7 +52,7 @@ public:
     TextFile& operator=(const TextFile&) = delete;
 
     // False when the file cannot be created; text written then goes nowhere.
-    bool Open(const std::string& path);
+    bool Open(const std::string& path, FileMode mode = FileMode::Text);
 
     // The file's text. What is written before Open or after Close goes nowhere.
     TextWriter& Text() { return writer; }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -117,6 +118,15 @@ int ProcessId();
 // From now on an interruption ends the process with exit code 130 and a notice on standard error. To be called before
 // the process starts threads.
 void ExitOnInterrupt();
+
+// What an interruption does from now on, in place of that: cleanUp, then a notice on standard error, then the process
+// ends with this code. For what must not be left behind: programs that were started, directories.
+struct InterruptEnding {
+    int exitCode = 0;
+    std::string notice;            // with its line ends
+    std::function<void()> cleanUp; // called in a thread of its own; may be empty
+};
+void EndOnInterrupt(InterruptEnding ending);
 
 // Sets a variable of the process's environment; the first one unless it is set already.
 void SetEnvironmentDefault(const char* name, const char* value);

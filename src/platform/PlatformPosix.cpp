@@ -1,3 +1,4 @@
+#include "platform/InterruptionState.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -420,54 +421,21 @@ void MakeStreamFaultsErrors()
 
 namespace {
 
-constexpr int InterruptExitCode = 130;
-
-std::recursive_mutex interruptMutex; // held while files take their names
-std::vector<std::string> unfinishedFiles;
-bool filesAreWritten = false;
-
 // Waits for an interruption and ends the process.
 void EndWhenInterrupted(sigset_t signals)
 {
     int signal = 0;
     sigwait(&signals, &signal);
-    const std::lock_guard lock(interruptMutex);
-    for (const std::string& path : unfinishedFiles) { unlink(path.c_str()); }
-    const std::string_view notice = filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
-                                                    : "\ninterrupted: no results were written\n";
+    InterruptionState& state = Interruption();
+    const std::lock_guard lock(state.mutex);
+    for (const std::string& path : state.unfinishedFiles) { unlink(path.c_str()); }
+    state.CleanUp();
+    const std::string_view notice = state.Notice();
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, notice.data(), notice.size());
-    _exit(InterruptExitCode);
+    _exit(state.ExitCode());
 }
 
 } // namespace
-
-void RemoveOnInterrupt(const std::string& path)
-{
-    const std::lock_guard lock(interruptMutex);
-    unfinishedFiles.push_back(path);
-}
-
-void KeepOnInterrupt(const std::string& path)
-{
-    const std::lock_guard lock(interruptMutex);
-    std::erase(unfinishedFiles, path);
-}
-
-void TellOnInterruptOfWrittenFiles()
-{
-    const std::lock_guard lock(interruptMutex);
-    filesAreWritten = true;
-}
-
-InterruptionHold::InterruptionHold()
-{
-    interruptMutex.lock();
-}
-
-InterruptionHold::~InterruptionHold()
-{
-    interruptMutex.unlock();
-}
 
 int ProcessId()
 {

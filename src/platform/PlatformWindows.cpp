@@ -1,3 +1,4 @@
+#include "platform/InterruptionState.h"
 #include "platform/Platform.h"
 
 #ifndef NOMINMAX
@@ -9,6 +10,7 @@
 #include <io.h>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 #include <windows.h>
 // After windows.h, which it needs.
@@ -213,51 +215,17 @@ void MakeStreamFaultsErrors() {}
 
 namespace {
 
-constexpr UINT InterruptExitCode = 130;
-
-std::recursive_mutex interruptMutex; // held while files take their names
-std::vector<std::string> unfinishedPaths;
-bool filesAreWritten = false;
-
 BOOL WINAPI EndInterrupted(DWORD)
 {
-    const std::lock_guard lock(interruptMutex);
-    for (const std::string& path : unfinishedPaths) { DeleteFileW(Utf8ToWide(path).c_str()); }
-    std::fputs(filesAreWritten ? "\ninterrupted: the files written so far are complete\n"
-                               : "\ninterrupted: no results were written\n",
-               stderr);
-    ExitProcess(InterruptExitCode);
+    InterruptionState& state = Interruption();
+    const std::lock_guard lock(state.mutex);
+    for (const std::string& path : state.unfinishedFiles) { DeleteFileW(Utf8ToWide(path).c_str()); }
+    state.CleanUp();
+    std::fputs(state.Notice(), stderr);
+    ExitProcess(static_cast<UINT>(state.ExitCode()));
 }
 
 } // namespace
-
-void RemoveOnInterrupt(const std::string& path)
-{
-    const std::lock_guard lock(interruptMutex);
-    unfinishedPaths.push_back(path);
-}
-
-void KeepOnInterrupt(const std::string& path)
-{
-    const std::lock_guard lock(interruptMutex);
-    std::erase(unfinishedPaths, path);
-}
-
-void TellOnInterruptOfWrittenFiles()
-{
-    const std::lock_guard lock(interruptMutex);
-    filesAreWritten = true;
-}
-
-InterruptionHold::InterruptionHold()
-{
-    interruptMutex.lock();
-}
-
-InterruptionHold::~InterruptionHold()
-{
-    interruptMutex.unlock();
-}
 
 int ProcessId()
 {

@@ -24,7 +24,7 @@ bool Solves(const std::string& text)
     std::ofstream("model.txt", std::ios::binary) << text;
     SolveOptions options;
     options.modelFile = "model.txt";
-    options.writeResults = false;
+    options.formats = {};
     try {
         Solve(options, {});
         return true;

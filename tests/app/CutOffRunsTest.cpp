@@ -22,7 +22,7 @@ Files Cleared(const Files& files, std::string& note)
 {
     const TemporaryDirectory directory;
     for (const auto& [name, content] : files) { std::ofstream(name) << content; }
-    note = ClearCutOffRuns(".", Names);
+    note = ClearCutOffRuns(".", {Names});
     Files left;
     for (const auto& entry : std::filesystem::directory_iterator(".")) {
         std::ifstream file(entry.path());
@@ -37,7 +37,7 @@ TEST(CutOffRuns, LeaveNoNoteWhereNothingIsLeft)
     const Files files = {{"a.txt", "old"}, {"model.txt", "m"}};
     EXPECT_EQ(Cleared(files, note), files);
     EXPECT_EQ(note, "");
-    EXPECT_EQ(ClearCutOffRuns("not there", Names), "");
+    EXPECT_EQ(ClearCutOffRuns("not there", {Names}), "");
 }
 
 TEST(CutOffRuns, LoseTheirUnfinishedFilesAndNoOthers)
@@ -114,6 +114,38 @@ TEST(CutOffRuns, DoNotComeBeforeFilesWrittenSince)
     files["b.txt.12.unfinished"] = "new";
     files["a.txt.12.earlier"] = files["b.txt.12.earlier"] = "old";
     EXPECT_EQ(Cleared(files, note), since);
+}
+
+// A run wrote one set; another set beside it is of a run before. Taking back the one must not touch the other.
+TEST(CutOffRuns, LeaveSetsAloneThatTheyDidNotWrite)
+{
+    const TemporaryDirectory directory;
+    const std::map<std::string, std::string> files = {{"a.txt", "new"},
+                                                      {"a.txt.12.earlier", "old a"},
+                                                      {"b.txt.12.unfinished", "new"},
+                                                      {"b.txt.12.earlier", "old b"},
+                                                      {"d.csv", "of another run"}};
+    for (const auto& [name, content] : files) { std::ofstream(name) << content; }
+    ClearCutOffRuns(".", {{"a.txt", "b.txt"}, {"d.csv"}});
+    for (const auto& [name, content] : Files{{"a.txt", "old a"}, {"b.txt", "old b"}, {"d.csv", "of another run"}}) {
+        std::ifstream file(name);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), content) << name;
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator()), 3);
+}
+
+// The run wrote sets that the run after it does not.
+TEST(CutOffRuns, AreTakenBackInAllTheirSets)
+{
+    const TemporaryDirectory directory;
+    const std::map<std::string, std::string> files = {
+        {"a.txt", "new"}, {"a.txt.12.earlier", "old a"}, {"d.csv.12.unfinished", "new"}, {"d.csv.12.earlier", "old d"}};
+    for (const auto& [name, content] : files) { std::ofstream(name) << content; }
+    ClearCutOffRuns(".", {{"a.txt"}, {"d.csv"}});
+    for (const auto& [name, content] : Files{{"a.txt", "old a"}, {"d.csv", "old d"}}) {
+        std::ifstream file(name);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), content) << name;
+    }
 }
 
 } // namespace

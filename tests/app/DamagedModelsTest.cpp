@@ -348,6 +348,31 @@ TEST_P(DamagedModels, CheckAndSolveNameRuleAndPlace)
 INSTANTIATE_TEST_SUITE_P(OneByOne, DamagedModels, testing::ValuesIn(Damages),
                          [](const testing::TestParamInfo<Damage>& info) { return info.param.name; });
 
+// The record behind the text is read: nothing is missing but the line end.
+TEST(DamagedModelsBehindACount, TextInPlaceOfALineEndIsOneError)
+{
+    for (const std::string count : {"NMT=2", "NTK=2", "NPOIN=12", "NELEM_B=5", "NRN=3", "NFOR=2", "NDL_B=1"}) {
+        SCOPED_TRACE(count);
+        const DamagedModel model = Damaged({"", {{count + "\n", count + "^?"}}, "", 1, ""});
+        const ProgramRun run = Tarnvexo({"check", "fem_solving.txt", "--quiet"}, model.text);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_NE(run.output.find("not ready: 1 error\n"), std::string::npos) << run.output;
+        EXPECT_NE(run.output.find(model.place), std::string::npos) << model.place << "\n" << run.output;
+    }
+}
+
+TEST(DamagedModelsBefore, ModelUnderTheNameOfAResultFileIsNotLost)
+{
+    const ProgramRun run = RunProgram({.program = TARNVEXO_PROGRAM,
+                                       .arguments = {"solve", "Node_Dis.txt", "--quiet"},
+                                       .files = {{"Node_Dis.txt", SoundModel}},
+                                       .errorWithOutput = true});
+    EXPECT_EQ(run.exitCode, 2) << run.output;
+    EXPECT_NE(run.output.find("Node_Dis.txt would take the place of the model"), std::string::npos) << run.output;
+    EXPECT_EQ(run.files.size(), 1u);
+    EXPECT_EQ(run.files.at("Node_Dis.txt"), SoundModel);
+}
+
 // The model of all these is sound: no error, no warning.
 TEST(DamagedModelsBefore, SoundModelHasNoFinding)
 {

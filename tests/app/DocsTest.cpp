@@ -4,6 +4,7 @@
 //   <!-- example: fem_solving.txt -->                                 the model that is run
 //   <!-- example: Node_Dis.txt, from line 7, noise below 1e-26 -->    lines of a result file; "console" is standard
 //   output
+//   <!-- example: nodes.csv, from line 1 -->                          lines of a file of `solve --format vtu,csv`
 //   <!-- standard error, from line 1, noise below 1e-9 -->            lines of standard error
 //   <!-- standard error when line 22 is "3:0;1,0" -->                 how standard error begins with that line changed
 // Numbers agree within two units of the sixth digit; numbers below the noise on both sides agree always.
@@ -38,7 +39,12 @@ std::vector<std::string> SplitLines(const std::string& text)
 {
     std::vector<std::string> lines;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) { lines.push_back(line); }
+    for (std::string line; std::getline(stream, line);) {
+        if (line.ends_with('\r')) {
+            line.pop_back();
+        }
+        lines.push_back(line);
+    }
     return lines;
 }
 
@@ -110,9 +116,10 @@ std::vector<std::string> ExampleModel()
     return {};
 }
 
-test::ProgramRun RunModel(const std::vector<std::string>& model)
+test::ProgramRun RunModel(const std::vector<std::string>& model, const std::vector<std::string>& arguments = {})
 {
-    return test::RunProgram({.program = TARNVEXO_PROGRAM, .files = {{"fem_solving.txt", JoinLines(model)}}});
+    return test::RunProgram(
+        {.program = TARNVEXO_PROGRAM, .arguments = arguments, .files = {{"fem_solving.txt", JoinLines(model)}}});
 }
 
 // A line cut at its numbers. Blanks before a number only line it up, so they count as one.
@@ -202,8 +209,11 @@ const std::string ChangedLine = "standard error when line ";
 
 TEST(Docs, ResultExamplesAreWhatTheProgramWrites)
 {
-    const test::ProgramRun run = RunModel(ExampleModel());
+    test::ProgramRun run = RunModel(ExampleModel());
     ASSERT_EQ(run.exitCode, 0) << run.error;
+    test::ProgramRun openFormats = RunModel(ExampleModel(), {"solve", ".", "--format", "vtu,csv", "--quiet"});
+    ASSERT_EQ(openFormats.exitCode, 0) << openFormats.error;
+    run.files.merge(openFormats.files);
     int compared = 0;
     for (const Block& block : AllExampleBlocks()) {
         if (block.comment.starts_with(ChangedLine)) {
@@ -223,7 +233,8 @@ TEST(Docs, EveryResultFileHasAnExample)
     for (const Block& block : AllExampleBlocks()) { named += block.comment + "\n"; }
     for (const char* file :
          {"fem_solving.txt", "console", "Node_Dis.txt", "Shell element node stress.txt",
-          "Shell element average node stress.txt", "Tarn+Vexo_AverageStrs.txt", "structure.dxf", "deformation.dxf"}) {
+          "Shell element average node stress.txt", "Tarn+Vexo_AverageStrs.txt", "structure.dxf", "deformation.dxf",
+          "results.vtm", "nodes.csv", "quads.csv", "beams.csv", "reactions.csv"}) {
         EXPECT_NE(named.find(std::string("example: ") + file), std::string::npos) << file;
     }
 }

@@ -45,7 +45,7 @@ std::string FailureOf(const ModelText& text)
     std::ofstream("model.txt") << text.Text();
     SolveOptions options;
     options.modelFile = "model.txt";
-    options.writeResults = false;
+    options.formats = {};
     try {
         Solve(options, {});
     } catch (const RunFailure& failure) {

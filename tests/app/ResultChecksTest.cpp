@@ -140,9 +140,9 @@ TEST(ResultChecks, DisplacementsAndRotationsWarnWhereLinearTheoryEnds)
 TEST(ResultChecks, NumbersThatAreNoneNameTheirPlaceAndFiles)
 {
     ModelStore model = RunSolveSteps(OneOfEachKind(), SolverKind::Skyline).model;
-    EXPECT_EQ(JudgeFiniteNumbers(CountNonFiniteResults(model)).verdict, Verdict::Pass);
+    EXPECT_EQ(JudgeFiniteNumbers(CountNonFiniteResults(model), {ResultFormat::Text}).verdict, Verdict::Pass);
     model.TriElements[0].averagedNegativeFace[2][TXY] = Nan;
-    const ResultCheck check = JudgeFiniteNumbers(CountNonFiniteResults(model));
+    const ResultCheck check = JudgeFiniteNumbers(CountNonFiniteResults(model), {ResultFormat::Text});
     EXPECT_EQ(check.verdict, Verdict::Fail);
     EXPECT_EQ(check.value, 1.0);
     EXPECT_NE(check.text.find("1 of 1 three-node shells (first 0)"), std::string::npos) << check.text;

@@ -1,6 +1,7 @@
 #include "cli/CheckText.h"
 
 #include "cli/SampleReports.h"
+#include "cli/TextPage.h"
 
 #include <fstream>
 #include <gtest/gtest.h>

@@ -47,7 +47,7 @@ TEST(SolveArguments, HaveTheseDefaults)
     EXPECT_EQ(command.solve.solver, SolverKind::Automatic);
     EXPECT_EQ(command.solve.balance, BalanceKind::Exact);
     EXPECT_EQ(command.solve.displacements, DisplacementKind::MassOrthogonal);
-    EXPECT_TRUE(command.solve.writeResults);
+    EXPECT_EQ(command.solve.formats, (ResultFormats{ResultFormat::Text}));
     EXPECT_EQ(command.threads, 0);
     EXPECT_EQ(command.units, UnitSystem::Unnamed);
     EXPECT_EQ(command.jsonFile, "");
@@ -64,7 +64,7 @@ TEST(SolveArguments, ReachEveryOption)
     EXPECT_EQ(command.solve.solver, SolverKind::Skyline);
     EXPECT_EQ(command.solve.balance, BalanceKind::Classic);
     EXPECT_EQ(command.solve.displacements, DisplacementKind::Held);
-    EXPECT_FALSE(command.solve.writeResults);
+    EXPECT_EQ(command.solve.formats, ResultFormats{});
     EXPECT_EQ(command.threads, 3);
     EXPECT_EQ(command.units, UnitSystem::MillimetreTonneSecond);
     EXPECT_EQ(command.jsonFile, "-");
@@ -84,8 +84,10 @@ TEST(SolveArguments, TakeChoicesInAnyCase)
 
 TEST(SolveArguments, TakeFormatsSeveralTimesOrWithCommas)
 {
-    EXPECT_TRUE(ParseSolve({"solve", "m", "--format", "text,text"}).solve.writeResults);
-    EXPECT_FALSE(ParseSolve({"solve", "--format", "none", "--format", "none", "m"}).solve.writeResults);
+    EXPECT_EQ(ParseSolve({"solve", "m", "--format", "text,text"}).solve.formats, (ResultFormats{ResultFormat::Text}));
+    EXPECT_EQ(ParseSolve({"solve", "m", "--format", "vtu,GLTF", "--format", "csv,json"}).solve.formats,
+              (ResultFormats{ResultFormat::Vtu, ResultFormat::Gltf, ResultFormat::Csv, ResultFormat::Json}));
+    EXPECT_EQ(ParseSolve({"solve", "--format", "none", "--format", "none", "m"}).solve.formats, ResultFormats{});
     EXPECT_EQ(Fault({"solve", "m", "--format", "text", "--format", "none"}),
               "tarnvexo solve: error: --format cannot be \"none\" together with another format\n"
               "  expected: none alone, or the formats that are wanted\n"
@@ -178,14 +180,79 @@ TEST(RenumberArguments, AreModelAndOutput)
     EXPECT_EQ(command.outputFile, "new.txt");
 }
 
+TEST(ViewArguments, HaveTheseDefaults)
+{
+    const auto command = std::get<ViewCommand>(Parse({"view"}));
+    EXPECT_EQ(command.result, ".");
+    EXPECT_EQ(command.modelFile, "");
+    EXPECT_EQ(command.outputFile, "");
+    EXPECT_EQ(command.view, "");
+    EXPECT_TRUE(command.open);
+    EXPECT_FALSE(command.quiet);
+    EXPECT_FALSE(command.alwaysFile);
+    EXPECT_TRUE(command.tell);
+}
+
+TEST(ViewArguments, ReachEveryOption)
+{
+    const auto command = std::get<ViewCommand>(
+        Parse({"view", "run", "--model", "wing", "--out", "p.html", "--no-open", "--view", "field=U&view=top", "-q"}));
+    EXPECT_EQ(command.result, "run");
+    EXPECT_EQ(command.modelFile, "wing");
+    EXPECT_EQ(command.outputFile, "p.html");
+    EXPECT_EQ(command.view, "field=U&view=top");
+    EXPECT_FALSE(command.open);
+    EXPECT_TRUE(command.quiet);
+}
+
+TEST(PictureArguments, BecomeTheStateInThePagesAddress)
+{
+    const auto usual = std::get<PictureCommand>(Parse({"picture", "--out", "a.png"}));
+    EXPECT_EQ(usual.result, ".");
+    EXPECT_EQ(usual.outputFile, "a.png");
+    EXPECT_EQ(usual.state, "field=SE&face=larger&view=iso&deformed=5%25");
+    EXPECT_EQ(usual.width, 1600);
+    EXPECT_EQ(usual.height, 1000);
+    const auto other = std::get<PictureCommand>(Parse(
+        {"picture", "run",     "--out",      "a.png", "--field", "txy",     "--face",      "viewed",  "--view", "TOP",
+         "--size",  "640x480", "--deformed", "true",  "--dark",  "--state", "#edges=mesh", "--model", "wing",   "-q"}));
+    EXPECT_EQ(other.result, "run");
+    EXPECT_EQ(other.modelFile, "wing");
+    EXPECT_EQ(other.state, "field=TXY&face=viewed&view=top&deformed=true&dark=1&edges=mesh");
+    EXPECT_NE(std::get<PictureCommand>(Parse({"picture", "--out", "a.png", "--deformed", "1e+3"}))
+                  .state.find("&deformed=1e%2B3"),
+              std::string::npos);
+    EXPECT_EQ(other.width, 640);
+    EXPECT_EQ(other.height, 480);
+    EXPECT_TRUE(other.quiet);
+}
+
+TEST(PictureArguments, ThatCannotBeAreFaultsOfUsage)
+{
+    for (const char* size : {"1600", "x", "1600x", "x1000", "15x1000", "1600x8193", "1600x1000x3", "1600X1000"}) {
+        EXPECT_NE(Fault({"picture", "--out", "a.png", "--size", size}).find("expected: width and height"),
+                  std::string::npos)
+            << size;
+    }
+    for (const char* deformed : {"much", "5%%", "-1", "%", "nan", "5 %"}) {
+        EXPECT_NE(Fault({"picture", "--out", "a.png", "--deformed", deformed}).find("expected: 5% or another share"),
+                  std::string::npos)
+            << deformed;
+    }
+    EXPECT_NE(Fault({"picture", "--out", "a.png", "--field", "SEE"}).find("did you mean: SE"), std::string::npos);
+    EXPECT_NE(Fault({"picture", "run"}).find("--out FILE is missing"), std::string::npos);
+    EXPECT_NE(Fault({"picture", "run", "run2", "--out", "a.png"}).find("expected: one RESULT"), std::string::npos);
+    EXPECT_NE(Fault({"view", "--rules"}).find("there is no option"), std::string::npos);
+}
+
 TEST(UsageFault, NamesTheCommandThatWasMeant)
 {
     EXPECT_EQ(Fault({"sovle", "m"}), "tarnvexo: error: there is no command \"sovle\"\n"
-                                     "  expected: solve, info, check, refine, renumber\n"
+                                     "  expected: solve, info, check, refine, renumber, view, picture\n"
                                      "  did you mean: solve\n"
                                      "  to do:    see tarnvexo --help\n");
     EXPECT_EQ(Fault({"xyzzy"}), "tarnvexo: error: there is no command \"xyzzy\"\n"
-                                "  expected: solve, info, check, refine, renumber\n"
+                                "  expected: solve, info, check, refine, renumber, view, picture\n"
                                 "  to do:    see tarnvexo --help\n");
     EXPECT_EQ(Fault({""}).find("tarnvexo: error: a command is missing\n"), 0u);
 }
@@ -243,7 +310,8 @@ TEST(UsageFault, RefusesASecondModel)
 TEST(Help, OfEveryCommandHasExamplesAndFitsTheTerminal)
 {
     const std::vector<std::vector<std::string>> commands = {
-        {"--help"}, {"solve", "--help"}, {"info", "-h"}, {"check", "-h"}, {"refine", "--help"}, {"renumber", "--help"}};
+        {"--help"},           {"solve", "--help"},    {"info", "-h"},     {"check", "-h"},
+        {"refine", "--help"}, {"renumber", "--help"}, {"view", "--help"}, {"picture", "-h"}};
     for (const auto& arguments : commands) {
         const MessageCommand help = ParseMessage(arguments);
         EXPECT_EQ(help.exitCode, ExitGood);
@@ -267,7 +335,7 @@ TEST(Help, StandsInThePageOfTheCommandLine)
 {
     std::ifstream file(TARNVEXO_SOURCE_DIR "/docs/command-line.md", std::ios::binary);
     const std::string page{std::istreambuf_iterator<char>(file), {}};
-    for (const char* command : {"solve", "info", "check", "refine", "renumber"}) {
+    for (const char* command : {"solve", "info", "check", "refine", "renumber", "view", "picture"}) {
         const std::string help = ParseMessage({command, "--help"}).output;
         EXPECT_NE(page.find("```\n" + help + "```\n"), std::string::npos) << help;
     }

@@ -14,7 +14,7 @@ namespace tarnvexo {
 namespace {
 
 const std::string SourceDirectory = TARNVEXO_SOURCE_DIR;
-const std::vector<std::string> Commands = {"solve", "info", "check", "refine", "renumber"};
+const std::vector<std::string> Commands = {"solve", "info", "check", "refine", "renumber", "view", "picture"};
 
 std::string FileText(const std::string& name)
 {
@@ -116,6 +116,8 @@ TEST(BashCompletion, OffersCommandsOptionsValuesAndFiles)
     EXPECT_EQ(BashOffers("check --rule warping = no"), "note ");
     EXPECT_EQ(BashOffers("help ch"), "check ");
     EXPECT_EQ(BashOffers("solve --balance ''"), "classic exact ");
+    EXPECT_EQ(BashOffers("picture --view t"), "top ");
+    EXPECT_EQ(BashOffers("picture --face l"), "larger ");
     EXPECT_EQ(BashOffers("solve w"), "window one.txt wing.txt ");
     EXPECT_EQ(BashOffers("info wing.txt --json wi"), "window one.txt wing.txt ");
 }

@@ -1,0 +1,27 @@
+// cli/ViewCommand.h
+// `tarnvexo view`: makes a page that shows a result and opens it in the user's browser.
+//
+// The page of a small result is a file. Without a name of the user's it stands among the files that the user's programs
+// can make again (platform::UserCacheDirectory), which only the user may enter; those older than a day are removed. A
+// large result is too much for one file: page and packet are served to this machine until the user interrupts.
+#pragma once
+
+#include "cli/CommandParser.h"
+
+#include <cstddef>
+#include <string>
+
+namespace tarnvexo {
+
+// Bytes of a compressed packet that a page holds at most.
+constexpr std::size_t LargestPacketInPage = std::size_t(40) << 20;
+
+// page: the viewer without a result; empty: the program has none, which is refused. Returns the exit code; throws
+// RunFailure.
+int RunViewCommand(const ViewCommand& command, const std::string& page,
+                   std::size_t largestInPage = LargestPacketInPage);
+
+// Throws RunFailure when there is no page.
+void RequireViewer(const std::string& page, const char* command);
+
+} // namespace tarnvexo

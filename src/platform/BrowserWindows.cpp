@@ -1,0 +1,190 @@
+#include "platform/Browser.h"
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#define WIN32_LEAN_AND_MEAN
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
+
+namespace tarnvexo::platform {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::wstring Wide(const std::string& text)
+{
+    return fs::path(std::u8string(text.begin(), text.end())).wstring();
+}
+
+std::string Utf8(const std::wstring& wide)
+{
+    const std::u8string text = fs::path(wide).u8string();
+    return {text.begin(), text.end()};
+}
+
+std::string SystemReason()
+{
+    return "system error " + std::to_string(GetLastError());
+}
+
+// As the started program takes its command line apart again: a quotation mark and the backslashes before it are marked
+// by backslashes.
+std::wstring Quoted(const std::wstring& word)
+{
+    std::wstring quoted = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : word) {
+        if (c == L'\\') {
+            ++backslashes;
+            continue;
+        }
+        quoted.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
+        backslashes = 0;
+        quoted += c;
+    }
+    quoted.append(2 * backslashes, L'\\');
+    return quoted + L"\"";
+}
+
+} // namespace
+
+bool OpenInBrowser(const std::string& address, std::string& reason)
+{
+    constexpr std::intptr_t lastError = 32; // of ShellExecute
+    const auto result = reinterpret_cast<std::intptr_t>(
+        ShellExecuteW(nullptr, L"open", Wide(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+    if (result <= lastError) {
+        reason = "no program opens it (system error " + std::to_string(result) + ")";
+        return false;
+    }
+    return true;
+}
+
+std::string UserCacheDirectory()
+{
+    const wchar_t* const directory = _wgetenv(L"LOCALAPPDATA");
+    return directory == nullptr ? "" : Utf8(directory);
+}
+
+// The directory of temporary files is the user's own.
+std::string MakePrivateDirectory(const std::string& prefix, std::string& reason)
+{
+    std::error_code error;
+    const fs::path temporary = fs::temp_directory_path(error);
+    LARGE_INTEGER count = {};
+    QueryPerformanceCounter(&count);
+    const std::string own = std::to_string(GetCurrentProcessId()) + "-" + std::to_string(count.QuadPart);
+    const fs::path path = temporary / Wide(prefix + own);
+    if (error || !fs::create_directory(path, error)) {
+        reason = error.message();
+        return "";
+    }
+    return Utf8(path.wstring());
+}
+
+void MakePrivate(const std::string&) {}
+
+std::string ProgramDirectory()
+{
+    std::wstring path(32768, L'\0'); // the longest path
+    const DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    path.resize(size);
+    return Utf8(fs::path(path).parent_path().wstring());
+}
+
+// Browsers do not stand along the search path here, but where the system has noted them under their file names.
+std::string FindProgram(const std::vector<std::string>& names)
+{
+    for (const std::string& name : names) {
+        wchar_t path[MAX_PATH];
+        if (SearchPathW(nullptr, Wide(name).c_str(), L".exe", MAX_PATH, path, nullptr) > 0) {
+            return Utf8(path);
+        }
+        const std::wstring key = L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + Wide(name) + L".exe";
+        for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+            DWORD size = sizeof path;
+            if (RegGetValueW(root, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path, &size) == ERROR_SUCCESS) {
+                return Utf8(path);
+            }
+        }
+    }
+    return "";
+}
+
+// Browsers start for every user here.
+bool IsAdministrator()
+{
+    return false;
+}
+
+// A job: what the program starts belongs to it as well.
+struct ChildProgram::Process {
+    HANDLE job = nullptr;
+    HANDLE process = nullptr;
+};
+
+ChildProgram::ChildProgram(const std::vector<std::string>& words, const std::string& outputFile)
+    : process(std::make_unique<Process>())
+{
+    std::wstring line;
+    for (const std::string& word : words) { line += (line.empty() ? L"" : L" ") + Quoted(Wide(word)); }
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    const HANDLE output = CreateFileW(Wide(outputFile).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited,
+                                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE input = CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
+                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = input;
+    start.hStdOutput = output;
+    start.hStdError = output;
+    PROCESS_INFORMATION started = {};
+    process->job = CreateJobObjectW(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(process->job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    if (CreateProcessW(Wide(words.front()).c_str(), line.data(), nullptr, nullptr, TRUE,
+                       CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP | CREATE_NO_WINDOW, nullptr, nullptr, &start,
+                       &started)) {
+        AssignProcessToJobObject(process->job, started.hProcess);
+        ResumeThread(started.hThread);
+        CloseHandle(started.hThread);
+        process->process = started.hProcess;
+    } else {
+        reason = SystemReason();
+    }
+    CloseHandle(input);
+    CloseHandle(output);
+}
+
+ChildProgram::~ChildProgram()
+{
+    EndAll();
+    if (process->process != nullptr) {
+        CloseHandle(process->process);
+    }
+    CloseHandle(process->job);
+}
+
+bool ChildProgram::HasEnded()
+{
+    return process->process == nullptr || WaitForSingleObject(process->process, 0) == WAIT_OBJECT_0;
+}
+
+void ChildProgram::EndAll()
+{
+    TerminateJobObject(process->job, 1);
+    if (process->process != nullptr) {
+        WaitForSingleObject(process->process, INFINITE);
+    }
+}
+
+} // namespace tarnvexo::platform
