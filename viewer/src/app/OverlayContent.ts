@@ -2,7 +2,7 @@
 import { cssColour } from '../model/ColourScale';
 import { isPropertyField, isStressField } from '../model/Fields';
 import type { Result } from '../model/Result';
-import { categories } from '../scene/Categories';
+import { categories, type Category } from '../scene/Categories';
 import type { Extreme, Probe, SceneView } from '../scene/SceneView';
 import type { PropertyField, ViewState } from '../state/ViewState';
 import type { CategoryLegend, LegendContent, ScaleLegend } from '../ui/Legend';
@@ -58,8 +58,19 @@ function categoryText(field: PropertyField, value: number, { model }: Result, te
     }
 }
 
+/** Asked for with each drawing, and dear to find in a large result. */
+const knownCategories = new WeakMap<Result, Map<PropertyField, Category[]>>();
+
+function categoriesOf(result: Result, field: PropertyField): Category[] {
+    let known = knownCategories.get(result);
+    if (!known) knownCategories.set(result, (known = new Map()));
+    let found = known.get(field);
+    if (!found) known.set(field, (found = categories(result, field)));
+    return found;
+}
+
 function categoryLegend(field: PropertyField, result: Result, texts: Texts): CategoryLegend {
-    const entries = categories(result, field).map(({ value, colour }) => ({
+    const entries = categoriesOf(result, field).map(({ value, colour }) => ({
         colour,
         text: categoryText(field, value, result, texts),
     }));
