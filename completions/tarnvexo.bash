@@ -81,7 +81,7 @@ _tarnvexo()
         --deformed) _tarnvexo_words "5% true off" "$current"; return ;;
         --size) _tarnvexo_words "1600x1000 800x500 3200x2000" "$current"; return ;;
         --state) return ;;
-        -o | --output | --json | --out | --model) _tarnvexo_paths "$current"; return ;;
+        -o | --output | --json | --report | --out | --model) _tarnvexo_paths "$current"; return ;;
     esac
     if [[ $current != -* ]]; then
         _tarnvexo_paths "$current"
@@ -90,7 +90,7 @@ _tarnvexo()
     case $command in
         solve)
             _tarnvexo_words "-o --output --format --balance --displacements --solver --threads --rule --rules --units
-                --json -q --quiet -h --help" "$current"
+                --report --json -q --quiet -h --help" "$current"
             ;;
         check)
             _tarnvexo_words "--rule --rules -v --verbose --units --json -q --quiet -h --help" "$current"

@@ -18,4 +18,9 @@ ExtremeValue LargestShellStress(const ModelStore& model);
 // The same on the section walls of the beams; kind "beam", node -1, place on the wall.
 ExtremeValue LargestBeamStress(const ModelStore& model);
 
+// Of every component; nothing where the model has no such results.
+std::vector<ComponentExtremes> DisplacementExtremes(const ModelStore& model);
+std::vector<ComponentExtremes> ShellStressExtremes(const ModelStore& model);
+std::vector<ComponentExtremes> BeamStressExtremes(const ModelStore& model);
+
 } // namespace tarnvexo

@@ -282,6 +282,9 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     report.largestRotation = LargestRotation(model);
     report.largestShellStress = LargestShellStress(model);
     report.largestBeamStress = LargestBeamStress(model);
+    report.displacementExtremes = DisplacementExtremes(model);
+    report.shellStressExtremes = ShellStressExtremes(model);
+    report.beamStressExtremes = BeamStressExtremes(model);
     report.resultChecks.push_back(JudgeDisplacement(report.largestDisplacement, ModelExtent(model)));
     report.resultChecks.push_back(JudgeRotation(report.largestRotation));
     report.resultChecks.push_back(JudgeFiniteNumbers(CountNonFiniteResults(model), options.formats));

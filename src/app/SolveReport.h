@@ -77,6 +77,13 @@ struct ExtremeValue {
     Vector3 place = {};
 };
 
+// Smallest and largest value of a component, "dx" ... "rz" at the nodes, "SX" ... "TYZ" on both faces.
+struct ComponentExtremes {
+    std::string name;
+    ExtremeValue smallest;
+    ExtremeValue largest;
+};
+
 struct StageTime {
     std::string name; // "read", "order", "assemble", ...
     double seconds = 0.0;
@@ -115,8 +122,11 @@ struct SolveReport {
     double externalWork = 0.0;
     ExtremeValue largestDisplacement;
     ExtremeValue largestRotation;
-    ExtremeValue largestShellStress; // equivalent, averaged at the nodes as in the result files
-    ExtremeValue largestBeamStress;  // the same, on the section walls
+    ExtremeValue largestShellStress;                     // equivalent, averaged at the nodes as in the result files
+    ExtremeValue largestBeamStress;                      // the same, on the section walls
+    std::vector<ComponentExtremes> displacementExtremes; // one per direction
+    std::vector<ComponentExtremes> shellStressExtremes;  // averaged as in the result files; empty without shells
+    std::vector<ComponentExtremes> beamStressExtremes;   // the same, on the section walls
     std::vector<ResultCheck> resultChecks;
     std::vector<ResultFile> files;
     std::vector<StageTime> stages;

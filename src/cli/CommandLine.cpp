@@ -38,7 +38,9 @@ int RunConsoleWithinMemory()
 // One procedure per command.
 int Run(const SolveCommand& command)
 {
-    return RunSolveCommand(command, Solve);
+    return RunSolveCommand(command, Solve, [](const SolveReport& report, const ProgressListener& listener) {
+        return PicturesOfRun(report, ViewerPageText(), listener);
+    });
 }
 
 int Run(const InfoCommand& command)

@@ -28,6 +28,7 @@ struct OptionTexts {
     std::string units;
     std::vector<std::string> formats;
     std::string json;
+    std::string report;
     std::string parts;
     std::vector<std::string> rules;
     bool listRules = false;
@@ -232,6 +233,8 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
                                    "      solve examples/midship/fem_solving.txt, result files into run/\n"
                                    "  tarnvexo solve wing.txt -o run --units mm-t-s\n"
                                    "      the same with units and accelerations in g in the report\n"
+                                   "  tarnvexo solve wing.txt -o run --report wing.html\n"
+                                   "      and a page with pictures to read, print or send\n"
                                    "  tarnvexo solve wing.txt -o run --format text,vtu && paraview run/results.vtm\n"
                                    "      the text files, and the results in ParaView\n"
                                    "  tarnvexo solve wing.txt --format none --json - -q | jq .extremes\n"
@@ -258,6 +261,10 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
              "(the default)");
     AddValue(command, "--threads", texts.threads, "N", "threads to use; all processors without this option");
     AddRuleOptions(command, texts);
+    AddValue(command, "--report", texts.report, "FILE",
+             "write the report as an HTML page too, with the extreme values of\n"
+             "every component and two pictures (these need Chromium, and text\n"
+             "among the formats)");
     AddReportOptions(command, texts);
 }
 
@@ -517,6 +524,7 @@ Command SolveOf(const OptionTexts& texts)
     command.threads = ParsedThreads(texts.threads);
     command.units = ParsedUnits(texts.units);
     command.jsonFile = texts.json;
+    command.reportFile = texts.report;
     command.quiet = texts.quiet;
     return command;
 }

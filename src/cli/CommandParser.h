@@ -19,7 +19,8 @@ struct SolveCommand {
     SolveOptions solve;
     int threads = 0; // 0: all processors
     UnitSystem units = UnitSystem::Unnamed;
-    std::string jsonFile; // empty: none; "-": standard output, in place of the text
+    std::string jsonFile;   // empty: none; "-": standard output, in place of the text
+    std::string reportFile; // HTML; empty: none
     bool quiet = false;
 };
 

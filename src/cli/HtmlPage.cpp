@@ -16,7 +16,7 @@ h2 { font-size: 1.05rem; margin: 1.8rem 0 .4rem; border-bottom: 1px solid #8886;
 table { border-collapse: collapse; font-variant-numeric: tabular-nums; }
 th, td { padding: .12rem .6rem .12rem 0; vertical-align: baseline; }
 th { font-weight: normal; text-align: left; min-width: 14rem; }
-td { text-align: right; white-space: nowrap; }
+td { text-align: right; white-space: nowrap; min-width: 5.5rem; }
 td.remark, td.text { text-align: left; white-space: normal; overflow-wrap: anywhere; }
 tr.titles td, tr.titles th { color: #777; }
 table.summary { background: #8881; margin: .4rem 0; width: 100%; }

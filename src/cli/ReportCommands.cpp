@@ -1,16 +1,21 @@
 #include "cli/ReportCommands.h"
 
 #include "app/ResultChecks.h"
+#include "app/ResultFormats.h"
 #include "cli/CheckText.h"
 #include "cli/CommandFiles.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ReportJson.h"
 #include "cli/ReportText.h"
+#include "core/Failure.h"
 #include "core/Parallel.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <system_error>
+#include <vector>
 
 namespace tarnvexo {
 
@@ -18,22 +23,46 @@ namespace {
 
 constexpr const char* StandardOutput = "-";
 
-void RequirePlaceOfJson(const std::string& jsonFile, const std::string& modelFile)
+bool IsFile(const std::string& name)
 {
-    if (jsonFile.empty() || jsonFile == StandardOutput) {
+    return !name.empty() && name != StandardOutput;
+}
+
+bool IsSameFile(const std::string& one, const std::string& other)
+{
+    namespace fs = std::filesystem;
+    std::error_code unknown;
+    const auto placeOf = [&](const std::string& name) { return fs::weakly_canonical(fs::absolute(name), unknown); };
+    const fs::path place = placeOf(one);
+    return place == placeOf(other) && !unknown;
+}
+
+// Fails early when a report cannot be written, or would take the place of the model or of a file of this run.
+void RequirePlaceOfReport(const std::string& file, const char* option, const std::string& modelFile,
+                          const std::vector<std::string>& others)
+{
+    if (!IsFile(file)) {
         return;
     }
-    RequireDirectoryOf(jsonFile);
-    std::error_code notThere;
-    if (std::filesystem::equivalent(jsonFile, modelFile, notThere)) {
-        throw RunFailure(ExitUsage, jsonFile + ": error: the report would take the place of the model\n"
-                                               "  expected: another file name behind --json\n"
-                                               "  to do:    choose one");
+    RequireDirectoryOf(file);
+    const bool isResult =
+        std::any_of(others.begin(), others.end(), [&](const std::string& other) { return IsSameFile(file, other); });
+    if (isResult || IsSameFile(file, modelFile)) {
+        throw RunFailure(ExitUsage, file + ": error: the report would take the place of " +
+                                        (isResult ? "another file of this run" : "the model") +
+                                        "\n  expected: another file name behind " + option +
+                                        "\n  to do:    choose one");
     }
 }
 
+// A report in a file.
+struct ReportFile {
+    std::string name; // empty: none is wanted; "-": on standard output in place of the text
+    std::string text;
+};
+
 // What cannot be written does not keep the rest from being written: all is tried, then all faults are told together.
-void WriteReport(const std::string& text, const std::string& json, const std::string& jsonFile, std::string faults)
+void WriteReports(const std::string& text, const std::vector<ReportFile>& files, std::string faults)
 {
     const auto tryTo = [&](const std::function<void()>& write) {
         try {
@@ -42,33 +71,62 @@ void WriteReport(const std::string& text, const std::string& json, const std::st
             faults += (faults.empty() ? "" : "\n") + std::string(failure.what());
         }
     };
-    tryTo([&] { WriteOutput(jsonFile == StandardOutput ? json : text); });
-    if (!jsonFile.empty() && jsonFile != StandardOutput) {
-        tryTo([&] { WriteTextFile(jsonFile, json); });
+    const auto onOutput =
+        std::find_if(files.begin(), files.end(), [](const ReportFile& file) { return file.name == StandardOutput; });
+    tryTo([&] { WriteOutput(onOutput == files.end() ? text : onOutput->text); });
+    for (const ReportFile& file : files) {
+        if (IsFile(file.name)) {
+            tryTo([&] { WriteTextFile(file.name, file.text); });
+        }
     }
     if (!faults.empty()) {
         throw RunFailure(ExitFile, faults);
     }
 }
 
+std::string HtmlOf(const SolveReport& report, const SolveCommand& command, const PictureProcedure& draw,
+                   const ProgressListener& listener)
+{
+    if (command.reportFile.empty()) {
+        return "";
+    }
+    const ReportPictures drawn = draw(report, listener);
+    if (!drawn.reason.empty()) {
+        Warn(command.reportFile + ": warning: the page has no pictures:\n" + drawn.reason);
+    }
+    return SolveReportHtml(report, command.units, drawn.pictures);
+}
+
 } // namespace
 
-int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve)
+int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve, const PictureProcedure& draw)
 {
     SolveOptions options = command.solve;
     options.modelFile = ModelFileOf(command.solve.modelFile);
     options.jsonText = [&](const SolveReport& report) { return SolveReportJson(report, command.units); };
-    RequirePlaceOfJson(command.jsonFile, options.modelFile);
+    std::vector<std::string> others;
+    for (const std::string& name : FilesOf(options.formats)) {
+        others.push_back((std::filesystem::path(options.outputDirectory) / name).string());
+    }
+    RequirePlaceOfReport(command.jsonFile, "--json", options.modelFile, others);
+    if (IsFile(command.jsonFile)) {
+        others.push_back(command.jsonFile);
+    }
+    RequirePlaceOfReport(command.reportFile, "--report", options.modelFile, others);
     if (command.threads > 0) {
         SetThreadCount(command.threads);
     }
     SolveReport report;
+    std::string html;
     {
         ProgressDisplay display(StyleOfStandardError(command.quiet));
-        report = solve(options, [&](const Progress& progress) { display.Show(progress); });
+        const auto listener = [&](const Progress& progress) { display.Show(progress); };
+        report = solve(options, listener);
+        html = HtmlOf(report, command, draw, listener);
     }
-    WriteReport(SolveReportText(report, command.units), SolveReportJson(report, command.units), command.jsonFile,
-                report.fileFault);
+    WriteReports(SolveReportText(report, command.units),
+                 {{command.jsonFile, SolveReportJson(report, command.units)}, {command.reportFile, html}},
+                 report.fileFault);
     const std::string failed = FailedChecksMessage(report);
     if (!failed.empty()) {
         throw RunFailure(ExitNumerical, failed);
@@ -80,13 +138,14 @@ int RunInfoCommand(const InfoCommand& command, const InfoProcedure& info)
 {
     CheckOptions options = command.info;
     options.modelFile = ModelFileOf(command.info.modelFile);
-    RequirePlaceOfJson(command.jsonFile, options.modelFile);
+    RequirePlaceOfReport(command.jsonFile, "--json", options.modelFile, {});
     InfoReport report;
     {
         ProgressDisplay display(StyleOfStandardError(command.quiet));
         report = info(options, [&](const Progress& progress) { display.Show(progress); });
     }
-    WriteReport(InfoReportText(report, command.units), InfoReportJson(report, command.units), command.jsonFile, "");
+    WriteReports(InfoReportText(report, command.units), {{command.jsonFile, InfoReportJson(report, command.units)}},
+                 "");
     return report.fault.empty() ? ExitGood : ExitBadModel;
 }
 
@@ -94,14 +153,14 @@ int RunCheckCommand(const CheckCommand& command, const CheckProcedure& check)
 {
     CheckOptions options = command.check;
     options.modelFile = ModelFileOf(command.check.modelFile);
-    RequirePlaceOfJson(command.jsonFile, options.modelFile);
+    RequirePlaceOfReport(command.jsonFile, "--json", options.modelFile, {});
     CheckReport report;
     {
         ProgressDisplay display(StyleOfStandardError(command.quiet));
         report = check(options, [&](const Progress& progress) { display.Show(progress); });
     }
-    WriteReport(CheckReportText(report, command.units, command.verbose), CheckReportJson(report, command.units),
-                command.jsonFile, "");
+    WriteReports(CheckReportText(report, command.units, command.verbose),
+                 {{command.jsonFile, CheckReportJson(report, command.units)}}, "");
     return CountOf(report, Severity::Error) == 0 ? ExitGood : ExitBadModel;
 }
 

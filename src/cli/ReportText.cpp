@@ -258,6 +258,24 @@ void AddExtremes(ReportPage& page, const SolveReport& report, const UnitTexts& u
     AddExtreme(page, "averaged stress in beams", report.largestBeamStress, unit.stress);
 }
 
+void AddComponents(ReportPage& page, const char* title, const std::vector<ComponentExtremes>& extremes,
+                   const char* unit)
+{
+    if (extremes.empty()) {
+        return;
+    }
+    page.Heading(title);
+    page.ColumnTitles({"smallest", "largest"});
+    for (const ComponentExtremes& component : extremes) {
+        const bool isRotation = component.name.starts_with('r');
+        page.Row(component.name, {NumberText(component.smallest.value), NumberText(component.largest.value)},
+                 (isRotation      ? "rad; "
+                  : *unit != '\0' ? std::string(unit) + "; "
+                                  : std::string()) +
+                     WhereText(component.smallest) + "; " + WhereText(component.largest));
+    }
+}
+
 // The texts of checks that did not pass, and of those that had nothing to compare.
 void AddChecks(ReportPage& page, const std::vector<ResultCheck>& checks)
 {
@@ -456,9 +474,14 @@ std::string SolveReportHtml(const SolveReport& report, UnitSystem units, const s
 {
     const UnitTexts& unit = TextsOfUnits(units);
     HtmlPage page(TitleOf(report));
+    page.Line(VerdictText(report));
     AddSolveSummary(page, report, unit);
     for (const ReportPicture& picture : pictures) { page.Picture(picture.caption, picture.png); }
     AddSolveSections(page, report, unit);
+    AddComponents(page, "DISPLACEMENTS, SMALLEST AND LARGEST", report.displacementExtremes, unit.length);
+    AddComponents(page, "AVERAGED STRESSES OF SHELLS, SMALLEST AND LARGEST", report.shellStressExtremes, unit.stress);
+    AddComponents(page, "AVERAGED STRESSES OF BEAM WALLS, SMALLEST AND LARGEST", report.beamStressExtremes,
+                  unit.stress);
     return page.Result();
 }
 

@@ -41,6 +41,57 @@ TEST(ResultExtremes, NameElementFaceAndNodeOfTheLargestStress)
     EXPECT_EQ(shear.node, model.TriConnectivity[0][1]);
 }
 
+TEST(ComponentExtremes, OfShellsAreThoseOfBothFacesAndBothKinds)
+{
+    ModelStore model = StoreOf(OneOfEachKind());
+    model.QuadElements[0].averagedPositiveFace[2][0] = 100.0;
+    model.QuadElements[0].averagedNegativeFace[1][0] = -70.0;
+    model.TriElements[0].averagedNegativeFace[1][0] = -80.0;
+    model.TriElements[0].averagedPositiveFace[0][5] = 3.0;
+    const std::vector<ComponentExtremes> extremes = ShellStressExtremes(model);
+    ASSERT_EQ(extremes.size(), 6u);
+    EXPECT_EQ(extremes[0].name, "SX");
+    EXPECT_EQ(extremes[0].largest.value, 100.0);
+    EXPECT_EQ(extremes[0].largest.kind, "quad");
+    EXPECT_EQ(extremes[0].largest.node, model.QuadConnectivity[0][2]);
+    EXPECT_EQ(extremes[0].smallest.value, -80.0);
+    EXPECT_EQ(extremes[0].smallest.kind, "tri");
+    EXPECT_EQ(extremes[0].smallest.place, model.NodeCoordinates[model.TriConnectivity[0][1]]);
+    EXPECT_EQ(extremes[5].name, "TYZ");
+    EXPECT_EQ(extremes[5].largest.value, 3.0);
+    EXPECT_EQ(extremes[5].smallest.value, 0.0);
+}
+
+// The ends have no stresses: their zeros are no extreme where every wall is pulled.
+TEST(ComponentExtremes, OfBeamsAreThoseOfTheWallsNotOfTheEnds)
+{
+    ModelStore model = StoreOf(OneOfEachKind());
+    BeamSectionModel& section = model.BeamStressRecords.emplace_back();
+    section.nodes = {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}};
+    section.averaged.resize(4);
+    section.averaged[1].positiveFace[0] = section.averaged[1].negativeFace[0] = 5.0;
+    section.averaged[2].positiveFace[0] = section.averaged[2].negativeFace[0] = 7.0;
+    const std::vector<ComponentExtremes> extremes = BeamStressExtremes(model);
+    ASSERT_EQ(extremes.size(), 6u);
+    EXPECT_EQ(extremes[0].smallest.value, 5.0);
+    EXPECT_EQ(extremes[0].smallest.place, (Vector3{1, 0, 0}));
+    EXPECT_EQ(extremes[0].largest.value, 7.0);
+    EXPECT_EQ(extremes[0].largest.element, 0);
+}
+
+TEST(ComponentExtremes, OfDisplacementsNameTheNode)
+{
+    ModelStore model = StoreOf(OneOfEachKind());
+    model.GlobalDisplacement.assign(30, 0.0);
+    model.GlobalDisplacement[DofsPerNode * 3 + DZ] = -4.0;
+    const std::vector<ComponentExtremes> extremes = DisplacementExtremes(model);
+    ASSERT_EQ(extremes.size(), 6u);
+    EXPECT_EQ(extremes[DZ].smallest.value, -4.0);
+    EXPECT_EQ(extremes[DZ].smallest.node, 3);
+    EXPECT_EQ(extremes[DZ].largest.value, 0.0);
+    EXPECT_TRUE(ShellStressExtremes(ModelStore()).empty());
+}
+
 TEST(ResultExtremes, OfEqualValuesNameTheFirstForAnyNumberOfThreads)
 {
     ModelStore model;

@@ -261,7 +261,7 @@ TEST(UsageFault, NamesTheOptionThatWasMeant)
 {
     const std::string solveOptions =
         "  expected: --help --output --format --balance --displacements --solver --threads "
-        "--rule --rules --units --json --quiet\n";
+        "--rule --rules --report --units --json --quiet\n";
     EXPECT_EQ(Fault({"solve", "m", "--thread", "4"}), "tarnvexo solve: error: there is no option \"--thread\"\n" +
                                                           solveOptions +
                                                           "  did you mean: --threads\n"

@@ -58,9 +58,15 @@ SolveReport SampleFor(const std::string& modelFile)
     return report;
 }
 
+ReportPictures TwoPictures(const SolveReport&, const ProgressListener&)
+{
+    return {{{"deformed", "first"}, {"stresses", "second"}}, ""};
+}
+
 ChildResult RunSolve(const SolveCommand& command, const SolveProcedure& solve = SampleRun)
 {
-    return RunInChild([&] { _exit(RunReportingFailures([&] { return RunSolveCommand(command, solve); })); });
+    return RunInChild(
+        [&] { _exit(RunReportingFailures([&] { return RunSolveCommand(command, solve, TwoPictures); })); });
 }
 
 SolveCommand CommandFor(const std::string& model)
@@ -236,6 +242,55 @@ TEST(CommandFailure, OfAReportInPlaceOfTheModelIsOneOfUsage)
     EXPECT_EQ(run.error.find("./m.txt: error: the report would take the place of the model\n"), 0u) << run.error;
 }
 
+TEST(CommandFailure, OfAReportInPlaceOfAResultOrOfAnotherReportIsOneOfUsage)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "the model");
+    SolveCommand command = CommandFor("m.txt");
+    for (const auto& [json, page] : {std::pair("Node_Dis.txt", ""), {"", "./Node_Dis.txt"}, {"r.html", "./r.html"}}) {
+        command.solve.outputDirectory = ".";
+        command.jsonFile = json;
+        command.reportFile = page;
+        const ChildResult run = RunSolve(command);
+        EXPECT_EQ(run.exitCode, ExitUsage);
+        EXPECT_NE(run.error.find(": error: the report would take the place of another file of this run\n"),
+                  std::string::npos)
+            << run.error;
+    }
+}
+
+TEST(ReportPage, HasThePicturesOfTheRun)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveCommand command = CommandFor("m.txt");
+    command.reportFile = "r.html";
+    const ChildResult run = RunSolve(command);
+    EXPECT_EQ(run.exitCode, ExitGood) << run.error;
+    const std::string page = FileText("r.html");
+    EXPECT_NE(page.find("src=\"data:image/png;base64,Zmlyc3Q=\""), std::string::npos);
+    EXPECT_NE(page.find("<figcaption>stresses</figcaption>"), std::string::npos);
+}
+
+TEST(ReportPage, WithoutPicturesSaysWhyOnStandardError)
+{
+    const TemporaryDirectory directory;
+    WriteFile("m.txt", "");
+    SolveCommand command = CommandFor("m.txt");
+    command.reportFile = "r.html";
+    const ChildResult run = RunInChild([&] {
+        _exit(RunReportingFailures([&] {
+            return RunSolveCommand(command, SampleRun, [](const SolveReport&, const ProgressListener&) {
+                return ReportPictures{{}, "no browser"};
+            });
+        }));
+    });
+    EXPECT_EQ(run.exitCode, ExitGood);
+    EXPECT_NE(run.error.find("r.html: warning: the page has no pictures:\nno browser\n"), std::string::npos)
+        << run.error;
+    EXPECT_EQ(FileText("r.html").find("<figure>"), std::string::npos);
+}
+
 TEST(CommandFailure, OfAFullDiskHasExitCode4AndKeepsTheText)
 {
     const TemporaryDirectory directory;
@@ -279,7 +334,7 @@ TEST(CommandFailure, OfStandardOutputHasExitCode4)
         const TemporaryDirectory directory;
         WriteFile("m.txt", "");
         dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO);
-        _exit(RunReportingFailures([] { return RunSolveCommand(CommandFor("m.txt"), SampleRun); }));
+        _exit(RunReportingFailures([] { return RunSolveCommand(CommandFor("m.txt"), SampleRun, TwoPictures); }));
     });
     EXPECT_EQ(run.exitCode, ExitFile);
     EXPECT_NE(run.error.find("standard output: error: the text cannot be written"), std::string::npos) << run.error;
