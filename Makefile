@@ -54,7 +54,7 @@ build/build.ninja: | deps
 # -O1 keeps the sanitizers' run short; Debug leaves the assertions in.
 build-sanitize/build.ninja: | deps
 	$(CONFIGURE) -B build-sanitize -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG='-O1 -g1' \
-	    -DTARNVEXO_SANITIZE=address,undefined -DTARNVEXO_BENCH=OFF
+	    -DTARNVEXO_SANITIZE=address,undefined -DTARNVEXO_BENCH=OFF -DTARNVEXO_VIEWER=OFF
 
 build: build/build.ninja
 	cmake --build build -j $(JOBS) --target tarnvexo tarnvexo_contour $(TOOLS)

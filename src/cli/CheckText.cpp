@@ -63,8 +63,8 @@ void AddFindingLine(ReportPage& page, const Finding& finding, const std::string&
     const bool hasWorst = finding.limit != NoLimit && !finding.worst.empty() && finding.worst.front().value != 0.0;
     page.Paragraph(FirstColumns(finding.severity, RuleOf(finding.rule).name) +
                        PaddedLeft(std::to_string(finding.count), FigureWidth) +
-                       PaddedLeft(LimitText(finding.limit), FigureWidth) +
-                       PaddedLeft(hasWorst ? NumberText(finding.worst.front().value) : "", FigureWidth) + "  ",
+                       PaddedLeft(LimitText(finding.limit), FigureWidth) + " " +
+                       PaddedLeft(hasWorst ? NumberText(finding.worst.front().value) : "", FigureWidth - 1) + "  ",
                    text);
 }
 

@@ -569,6 +569,9 @@ Command PictureOf(const OptionTexts& texts)
     command.result = texts.result;
     command.modelFile = texts.modelFile;
     command.outputFile = texts.page;
+    if (!command.outputFile.ends_with(".png") && !command.outputFile.ends_with(".PNG")) {
+        throw UsageFault{"--out cannot be \"" + texts.page + "\"", "a name that ends in .png", ""};
+    }
     ParseSize(texts.size, command);
     command.state = "field=" + ParsedName("--field", texts.field, Fields) +
                     "&face=" + ParsedName("--face", texts.face, Faces) +

@@ -8,10 +8,26 @@
 #include "core/Failure.h"
 #include "platform/Platform.h"
 
+#include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <vector>
 
 namespace tarnvexo {
+
+namespace {
+
+// What is not known of the model is worth a word only where the picture would show it.
+bool ShowsTheModel(const std::string& state)
+{
+    constexpr std::string_view words[] = {"field=thickness",   "field=section",  "field=material",
+                                          "showLoads",         "showInertia",    "showSupports",
+                                          "hiddenThicknesses", "hiddenSections", "average=element"};
+    return std::any_of(std::begin(words), std::end(words),
+                       [&](std::string_view word) { return state.find(word) != std::string::npos; });
+}
+
+} // namespace
 
 int RunPictureCommand(const PictureCommand& command, const std::string& page, std::chrono::milliseconds timeLimit)
 {
@@ -33,7 +49,9 @@ int RunPictureCommand(const PictureCommand& command, const std::string& page, st
         png = DrawPictures({request}, page, shown.packet, browser, timeLimit).front();
         clock.End();
     }
-    for (const std::string& note : notes) { Warn(note); }
+    if (ShowsTheModel(command.state)) {
+        for (const std::string& note : notes) { Warn(note); }
+    }
     WriteBytes(command.outputFile, png);
     WriteOutput(command.outputFile + "  " + std::to_string(command.width) + " x " + std::to_string(command.height) +
                 ", " + FileSizeText(png.size()) + "\n");

@@ -351,7 +351,7 @@ std::string VerdictText(const SolveReport& report)
 {
     const auto isWarned = [](const ResultCheck& check) { return check.verdict == Verdict::Warn; };
     const auto ofResults = std::count_if(report.resultChecks.begin(), report.resultChecks.end(), isWarned);
-    const std::size_t ofModel = report.findings.size() + report.warnings.size();
+    const std::size_t ofModel = report.findings.size(), others = report.warnings.size();
     if (!FailedChecksMessage(report).empty()) {
         return "NOT TO BE TRUSTED: " + CheckSummary(report.resultChecks);
     }
@@ -364,6 +364,9 @@ std::string VerdictText(const SolveReport& report)
     }
     if (ofResults > 0) {
         text += ", " + CountText(ofResults, "warning") + " of the results";
+    }
+    if (others > 0) {
+        text += ", " + CountText(static_cast<std::int64_t>(others), "other warning");
     }
     return text;
 }

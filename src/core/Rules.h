@@ -25,6 +25,7 @@ enum class RuleId {
     TrailingText,
     LabelOrder,
     LabelsFromOne,
+    LabelGap,
     FlagValue,
     // Shape of elements.
     CollapsedElement,

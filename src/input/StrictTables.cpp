@@ -343,10 +343,21 @@ void StrictTables::KeepLabel(int label, TableId id, const ScanResult& scan)
              "number them from 0, and lower the references by 1 if they count from 1 as well"});
         return;
     }
+    const std::string name = NameOf(NameOfRecord(id));
+    if (table.HasGap() || table.HasRepeat()) {
+        const std::string number = std::to_string(table.HasGap() ? table.oddRecord : label);
+        diagnostics.Report(RuleId::LabelGap,
+                           {table.oddLabelPosition,
+                            Joined({"the number ", number, table.HasGap() ? " is left out" : " stands again", ": ",
+                                    name, " carries the number ", std::to_string(label)}),
+                            Joined({"the ", table.records, " numbered 0, 1, 2, ..."}),
+                            Joined({"look whether a ", table.record, table.HasGap() ? " is missing" : " stands twice",
+                                    ": references count positions, so those behind it have moved"})});
+        return;
+    }
     diagnostics.Report(
         RuleId::LabelOrder,
-        {table.oddLabelPosition,
-         Joined({NameOf(NameOfRecord(id)), " carries the number ", std::to_string(label), ", which means nothing"}),
+        {table.oddLabelPosition, Joined({name, " carries the number ", std::to_string(label), ", which means nothing"}),
          Joined({"the ", table.records, " numbered 0, 1, 2, ...: references count positions in the table"}),
          "nothing, if references count positions from 0; else number the records by position"});
 }
@@ -357,10 +368,13 @@ void StrictTables::ReportCount(TableId id, long long records)
     table.isSound = false;
     table.limit = static_cast<int>(std::clamp<long long>(records, table.limit, INT_MAX));
     TextFault fault = CountFault(table, records);
-    if (table.HasGap() && records < table.count) {
-        const std::size_t line = PlaceInText(text, table.oddLabelPosition).line;
-        fault.toDo += Joined(
-            {": number ", std::to_string(table.oddRecord), " is missing in front of line ", std::to_string(line)});
+    const bool explains = (table.HasGap() && records < table.count) || (table.HasRepeat() && records > table.count);
+    if (explains) {
+        const std::string line = std::to_string(PlaceInText(text, table.oddLabelPosition).line);
+        fault.toDo +=
+            table.HasGap()
+                ? Joined({": number ", std::to_string(table.oddRecord), " is missing in front of line ", line})
+                : Joined({": number ", std::to_string(table.oddLabel), " stands again in line ", line});
     }
     diagnostics.Report(RuleId::Format, std::move(fault));
 }

@@ -23,8 +23,9 @@ struct TableReading : Table {
     std::size_t oddLabelPosition = 0;
 
     bool CountsFromOne() const { return oddRecord == 0 && oddLabel == 1; }
-    // The records go on behind a number that is left out.
+    // The records go on behind a number that is left out, or the number before stands again.
     bool HasGap() const { return oddRecord > 0 && oddLabel == oddRecord + 1; }
+    bool HasRepeat() const { return oddRecord > 0 && oddLabel == oddRecord - 1; }
 };
 
 } // namespace tarnvexo

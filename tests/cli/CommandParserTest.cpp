@@ -207,6 +207,7 @@ TEST(ViewArguments, ReachEveryOption)
 
 TEST(PictureArguments, BecomeTheStateInThePagesAddress)
 {
+    EXPECT_NE(Fault({"picture", "--out", "a.jpg"}).find("expected: a name that ends in .png"), std::string::npos);
     const auto usual = std::get<PictureCommand>(Parse({"picture", "--out", "a.png"}));
     EXPECT_EQ(usual.result, ".");
     EXPECT_EQ(usual.outputFile, "a.png");

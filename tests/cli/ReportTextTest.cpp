@@ -25,7 +25,7 @@ bool Contains(const std::string& text, const std::string& part)
 }
 
 const char* const SolveGolden = R"(tarnvexo solve wing/fem_solving.txt
-  solved, 2 warnings of the model, 1 warning of the results
+  solved, 1 warning of the model, 1 warning of the results, 1 other warning
 
 MODEL
   nodes                                     120
@@ -155,7 +155,7 @@ SUMMARY
   model checks          1 warning, see MODEL CHECKS
   other warnings        1, see above
   run                   0.27 s, 46.2 MB
-  verdict               solved, 2 warnings of the model, 1 warning of the results
+  verdict               solved, 1 warning of the model, 1 warning of the results, 1 other warning
 )";
 
 const char* const InfoGoldenEnd = R"(COST ON THIS MACHINE

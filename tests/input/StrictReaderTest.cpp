@@ -297,7 +297,9 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"LoadedTwice", "3<1.5", "2<1.5", DuplicateLoad, 51, 1, "force 1 is for node 2, as is force 0", Warning},
         Damage{"BeamLoadedTwice", "2:-30", "0:-30", DuplicateLoad, 58, 1, "beam load 1 is for beam 0", Warning},
         Damage{"TextBehind", "2:-30,60\n", "2:-30,60\nremarks", TrailingText, 59, 1, "behind the last", Warning},
-        Damage{"OtherLabel", "2:1,1,0", "3:1,1,0", LabelOrder, 35, 1, "node 2 carries the number 3", Note}),
+        Damage{"OtherLabel", "2:1,1,0", "7:1,1,0", LabelOrder, 35, 1, "node 2 carries the number 7", Note},
+        Damage{"LabelLeftOut", "2:1,1,0", "3:1,1,0", LabelGap, 35, 1, "the number 2 is left out: node 2", Warning},
+        Damage{"LabelTwice", "2:1,1,0", "1:1,1,0", LabelGap, 35, 1, "the number 1 stands again: node 2", Warning}),
     [](const auto& damage) { return damage.param.name; });
 
 TEST(StrictReader, TellsSeveralFaultsInOneRunInTheOrderOfTheFile)
@@ -359,6 +361,7 @@ TEST(StrictReader, AdvisesOnHabitsOfOtherFormats)
         {"1:1,0,0\n", "# corner\n1:1,0,0\n", "the format has none"},
         {"0:0,1,2,3[", "// plate\n0:0,1,2,3[", "the format has none"},
         {"1:1,0,0\n", "", "number 1 is missing in front of line 34"},
+        {"1:1,0,0\n", "1:1,0,0\n1:1,0,0\n", "number 1 stands again in line 35"},
     };
     for (const Habit& habit : habits) {
         const StrictReading reading = Read(GoodWith(habit.old, habit.with));
