@@ -24,7 +24,7 @@ CONFIGURE := cmake -S . -G Ninja -DPython3_EXECUTABLE=/usr/bin/python3
 help:
 	@echo 'make deps    install the compiler and the libraries that are missing'
 	@echo 'make build   build/tarnvexo and the tools'
-	@echo 'make run     solve the example examples/midship and show where its results are'
+	@echo 'make run     solve the example examples/midship and say how to look at it'
 	@echo 'make test    all tests, optimised and under the sanitizers'
 	@echo 'make test-viewer  those of the viewer alone'
 	@echo 'make soak    the long tests, about two hours; SEEDS=500 FIRST_SEED=1000 ROUNDS=2000 FUZZ_SECONDS=1800 shorten it'
@@ -62,9 +62,9 @@ build: build/build.ninja
 run: build
 	@build/tarnvexo solve examples/midship -o run/midship
 	@echo
-	@printf '%s\n' 'A picture, in about 20 s (needs the packages python3-numpy and python3-matplotlib):' \
-	    '    /usr/bin/python3 tools/draw_results.py run/midship/Tarn+Vexo_AverageStrs.txt --unit 1e6 --label MPa \' \
-	    '        --view -40,27 --limit 100 --scale 0.04 --out run/midship/picture.png'
+	@printf '%s\n' 'To look at it in the browser, or as a picture:' \
+	    '    build/tarnvexo view run/midship --model examples/midship' \
+	    '    build/tarnvexo picture run/midship --model examples/midship --out run/midship/picture.png'
 
 test: PACKAGES += $(TEST_PACKAGES)
 
