@@ -8,7 +8,6 @@
 #include "core/Failure.h"
 #include "platform/Browser.h"
 #include "platform/Platform.h"
-#include "view/PageServer.h"
 #include "view/ResultPage.h"
 
 #include <algorithm>
@@ -16,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -134,7 +134,8 @@ std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, co
         throw RunFailure(ExitNumerical, name + what + LastLines(log) +
                                             "\n  expected: Chromium or Chrome, version 112 or later, with WebGL 2"
                                             "\n  to do:    name another one in TARNVEXO_BROWSER; on a busy machine "
-                                            "try again");
+                                            "try again;\n            for one that may read files of your home "
+                                            "directory only set TMPDIR to a place there");
     }
     if (!posted->error.empty()) {
         throw RunFailure(ExitNumerical,
@@ -160,17 +161,13 @@ std::string Draw(const PictureCommand& command, const std::string& page, std::st
     for (const char* variable : {"TMPDIR", "TMP", "TEMP"}) {
         platform::SetEnvironment(variable, directory.Path().c_str());
     }
-    PageServer server({PageWithPacketAddress(page, PacketAddress), std::move(packet), true});
-    const std::string reason = server.Start();
-    if (!reason.empty()) {
-        throw RunFailure(ExitFile, "tarnvexo picture: error: the page cannot be served: " + reason +
-                                       "\n  expected: a system that lets programs listen on this machine"
-                                       "\n  to do:    run it where that is allowed");
-    }
-    const std::string address = server.Address() + "#" + command.state + (command.state.empty() ? "" : "&") +
+    const std::unique_ptr<PageServer> server =
+        ServeOnThisMachine({PageWithPacketAddress(page, PacketAddress), std::move(packet), true});
+    const std::string address = server->Address() + "#" + command.state + (command.state.empty() ? "" : "&") +
                                 "picture=" + std::to_string(command.width) + "x" + std::to_string(command.height);
     const std::string log = directory.Path() + "/browser.log";
-    platform::ChildProgram browser(BrowserWords(browserProgram, directory.Path(), address, command), log);
+    const std::string start = WriteStartPage(directory.Path() + "/start.html", address);
+    platform::ChildProgram browser(BrowserWords(browserProgram, directory.Path(), start, command), log);
     if (!browser.Reason().empty()) {
         throw RunFailure(ExitFile, browserProgram + ": error: the browser cannot be started: " + browser.Reason() +
                                        "\n  expected: a program that may be run"
@@ -184,7 +181,7 @@ std::string Draw(const PictureCommand& command, const std::string& page, std::st
         ~NoLongerInterrupted() { platform::EndOnInterrupt({ExitInterrupted, "\ninterrupted\n", {}}); }
     } const atTheEnd;
     hold.reset();
-    std::string png = DrawnPicture(server, browser, browserProgram, log, timeLimit);
+    std::string png = DrawnPicture(*server, browser, browserProgram, log, timeLimit);
     browser.EndAll();
     return png;
 }
