@@ -20,7 +20,7 @@ endif()
 
 function(expect_picture_fault what)
   execute_process(COMMAND ${CMAKE_COMMAND} -E env TARNVEXO_BROWSER=${CMAKE_COMMAND}
-      ${PREFIX}/${BINDIR}/tarnvexo picture ${RESULT} -o ${PREFIX}/picture.png --quiet
+      ${PREFIX}/${BINDIR}/tarnvexo picture ${RESULT} --out ${PREFIX}/picture.png --quiet
     OUTPUT_VARIABLE output ERROR_VARIABLE diagnostics)
   if(NOT diagnostics MATCHES "${what}|built without the viewer")
     message(FATAL_ERROR "tarnvexo picture does not say \"${what}\":\n${output}${diagnostics}")
