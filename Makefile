@@ -76,10 +76,10 @@ test: build/build.ninja build-sanitize/build.ninja test-viewer
 
 test-viewer: PACKAGES += $(TEST_PACKAGES)
 
-# The versions of the lock file; then sources alone, then the built page in a browser.
-test-viewer: | deps
+# The versions of the lock file; then sources alone and with pages of the program, then the built page in a browser.
+test-viewer: build
 	cd viewer && npm install --prefer-offline --no-audit --no-fund && npm run format:check && npx tsc --noEmit && \
-	    npm test && npm run test:browser
+	    TARNVEXO_PROGRAM=$(CURDIR)/build/tarnvexo npm test && npm run test:browser
 
 soak: PACKAGES += $(FUZZ_PACKAGES)
 

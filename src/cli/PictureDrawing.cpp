@@ -2,6 +2,7 @@
 
 #include "app/RunFailure.h"
 #include "cli/Quantities.h"
+#include "cli/ViewCommand.h"
 #include "core/Failure.h"
 #include "platform/Browser.h"
 #include "platform/Platform.h"
@@ -14,6 +15,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -113,7 +115,8 @@ std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, co
         throw RunFailure(ExitNumerical, name + what + LastLines(log) +
                                             "\n  expected: Chromium or Chrome, version 112 or later, with WebGL 2"
                                             "\n  to do:    name another one in TARNVEXO_BROWSER; on a busy machine "
-                                            "try again");
+                                            "try again;\n            for one that may read files of your home "
+                                            "directory only set TMPDIR to a place there");
     }
     if (!posted->error.empty()) {
         throw RunFailure(ExitNumerical,
@@ -139,18 +142,14 @@ std::string Draw(const PictureRequest& request, const std::string& page, const s
                  const std::string& browserProgram, const TemporaryDirectory& directory,
                  std::chrono::milliseconds timeLimit)
 {
-    PageServer server({PageWithPacketAddress(page, PacketAddress), packet, true});
-    const std::string reason = server.Start();
-    if (!reason.empty()) {
-        throw RunFailure(ExitFile, "tarnvexo picture: error: the page cannot be served: " + reason +
-                                       "\n  expected: a system that lets programs listen on this machine"
-                                       "\n  to do:    run it where that is allowed");
-    }
-    const std::string address = server.Address() + "#" + request.state + (request.state.empty() ? "" : "&") +
+    const std::unique_ptr<PageServer> server =
+        ServeOnThisMachine({PageWithPacketAddress(page, PacketAddress), packet, true});
+    const std::string address = server->Address() + "#" + request.state + (request.state.empty() ? "" : "&") +
                                 "picture=" + std::to_string(request.width) + "x" + std::to_string(request.height);
     const std::string log = directory.Path() + "/browser.log";
     std::optional<platform::InterruptionHold> hold(std::in_place); // until it knows what to clear away
-    platform::ChildProgram browser(BrowserWords(browserProgram, directory.Path(), address, request), log);
+    const std::string start = WriteStartPage(directory.Path() + "/start.html", address);
+    platform::ChildProgram browser(BrowserWords(browserProgram, directory.Path(), start, request), log);
     if (!browser.Reason().empty()) {
         throw RunFailure(ExitFile, browserProgram + ": error: the browser cannot be started: " + browser.Reason() +
                                        "\n  expected: a program that may be run"
@@ -168,7 +167,7 @@ std::string Draw(const PictureRequest& request, const std::string& page, const s
         }
     } const atTheEnd{directory};
     hold.reset();
-    std::string png = DrawnPicture(server, browser, browserProgram, log, timeLimit);
+    std::string png = DrawnPicture(*server, browser, browserProgram, log, timeLimit);
     browser.EndAll();
     return png;
 }

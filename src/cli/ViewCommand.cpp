@@ -1,13 +1,13 @@
 #include "cli/ViewCommand.h"
 
 #include "cli/CommandFiles.h"
+#include "cli/HtmlPage.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/Quantities.h"
 #include "cli/ResultLoading.h"
 #include "core/Failure.h"
 #include "platform/Browser.h"
 #include "platform/Platform.h"
-#include "view/PageServer.h"
 #include "view/ResultPage.h"
 
 #include <chrono>
@@ -26,30 +26,14 @@ namespace fs = std::filesystem;
 constexpr const char* PageSuffix = ".html";
 constexpr std::chrono::hours PageLifetime(24);
 
-// "file:///home/me/a%20page.html"
-std::string FileAddress(const std::string& file)
-{
-    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/:";
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::error_code ignored;
-    const std::u8string path = fs::absolute(file, ignored).lexically_normal().generic_u8string();
-    std::string address = path.starts_with(u8"/") ? "file://" : "file:///";
-    for (const char8_t byte : path) {
-        if (plain.find(static_cast<char>(byte)) != std::string_view::npos) {
-            address += static_cast<char>(byte);
-        } else {
-            address += {'%', digits[byte >> 4], digits[byte & 15]};
-        }
-    }
-    return address;
-}
-
 void RemoveOldPages(const fs::path& directory)
 {
     std::error_code ignored;
     const auto now = fs::file_time_type::clock::now();
     for (const fs::directory_entry& entry : fs::directory_iterator(directory, ignored)) {
-        if (entry.path().extension() == PageSuffix && now - entry.last_write_time(ignored) > PageLifetime) {
+        std::error_code error; // another run may have removed it
+        const auto written = entry.last_write_time(error);
+        if (!error && entry.path().extension() == PageSuffix && now - written > PageLifetime) {
             fs::remove(entry.path(), ignored);
         }
     }
@@ -109,22 +93,17 @@ void ShowFile(const ViewCommand& command, const std::string& page)
 {
     const std::string size = FileSizeText(content.packet.size());
     platform::EndOnInterrupt({ExitGood, "\nended: the page is not served any more\n", {}});
-    PageServer server(std::move(content));
-    const std::string reason = server.Start();
-    if (!reason.empty()) {
-        throw RunFailure(ExitFile, "the page: error: it cannot be served: " + reason +
-                                       "\n  expected: a system that lets programs listen on this machine"
-                                       "\n  to do:    name a file with --out");
-    }
-    WriteOutput(server.Address() + "  " + size + ", served to this machine until Ctrl-C\n");
+    const std::unique_ptr<PageServer> server = ServeOnThisMachine(std::move(content));
+    WriteOutput(server->Address() + "  " + size + ", served to this machine until Ctrl-C\n");
     if (command.open) {
         try {
-            OpenPage(server.Address(), "open it with a browser of this machine while this command runs");
+            OpenPage(WriteStartPage(NewPageFile(), server->Address()),
+                     "open it with a browser of this machine while this command runs");
         } catch (const RunFailure& failure) {
             Warn(failure.what());
         }
     }
-    for (;;) { server.WaitForPicture(std::chrono::hours(1)); } // none comes: until an interruption ends the process
+    for (;;) { server->WaitForPicture(std::chrono::hours(1)); } // none comes: until an interruption ends the process
 }
 
 } // namespace
@@ -136,6 +115,39 @@ void RequireViewer(const std::string& page, const char* command)
                                         ": error: this program was built without the viewer"
                                         "\n  expected: a program that was built with Node.js and npm at hand"
                                         "\n  to do:    install them and build again with -DTARNVEXO_VIEWER=ON");
+    }
+}
+
+std::string FileAddress(const std::string& file)
+{
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/:";
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::error_code ignored;
+    const std::u8string path = fs::absolute(file, ignored).lexically_normal().generic_u8string();
+    std::string address = path.starts_with(u8"/") ? "file://" : "file:///";
+    for (const char8_t byte : path) {
+        if (plain.find(static_cast<char>(byte)) != std::string_view::npos) {
+            address += static_cast<char>(byte);
+        } else {
+            address += {'%', digits[byte >> 4], digits[byte & 15]};
+        }
+    }
+    return address;
+}
+
+std::string WriteStartPage(const std::string& file, const std::string& address)
+{
+    WriteBytes(file, "<!doctype html><meta charset=\"utf-8\"><meta http-equiv=\"refresh\" content=\"0;url=" +
+                         HtmlText(address) + "\">\n");
+    return FileAddress(file);
+}
+
+std::unique_ptr<PageServer> ServeOnThisMachine(ServedPage page)
+{
+    try {
+        return StartPageServer(std::move(page));
+    } catch (const PageNotServed& fault) {
+        throw RunFailure(ExitFile, fault.what());
     }
 }
 

@@ -7,8 +7,10 @@
 #pragma once
 
 #include "cli/CommandParser.h"
+#include "view/PageServer.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 
 namespace tarnvexo {
@@ -20,6 +22,16 @@ constexpr std::size_t LargestPacketInPage = std::size_t(40) << 20;
 // RunFailure.
 int RunViewCommand(const ViewCommand& command, const std::string& page,
                    std::size_t largestInPage = LargestPacketInPage);
+
+// "file:///home/me/a%20page.html"
+std::string FileAddress(const std::string& file);
+
+// A file that leads a browser to the address of a server, and returns its own. Every user of the machine sees with
+// which words a browser was started, but only this one may read what stands in a private directory.
+std::string WriteStartPage(const std::string& file, const std::string& address);
+
+// Throws RunFailure where that cannot be.
+std::unique_ptr<PageServer> ServeOnThisMachine(ServedPage page);
 
 // Throws RunFailure when there is no page.
 void RequireViewer(const std::string& page, const char* command);

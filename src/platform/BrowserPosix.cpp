@@ -115,7 +115,7 @@ bool OpenInBrowser(const std::string& address, std::string& reason)
 std::string UserCacheDirectory()
 {
     const std::string cache = Environment("XDG_CACHE_HOME");
-    if (cache.starts_with("/")) { // others are to be ignored, says the XDG Base Directory Specification
+    if (cache.starts_with("/")) { // others are to be ignored, says the XDG base directories
         return cache;
     }
     const std::string home = Environment("HOME");

@@ -25,14 +25,13 @@ struct Parts {
 class PageServerTest : public testing::Test {
 protected:
     explicit PageServerTest(bool takesPicture = false)
-        : server({"<p>page</p>", std::string("\0packet", 7), takesPicture})
+        : server(StartPageServer({"<p>page</p>", std::string("\0packet", 7), takesPicture}))
     {
-        EXPECT_EQ(server.Start(), "");
     }
 
     int Status(const std::string& method, const std::string& path, const std::string& host)
     {
-        httplib::Client client("http://" + Parts(server.Address()).host);
+        httplib::Client client("http://" + Parts(server->Address()).host);
         httplib::Request request;
         request.method = method;
         request.path = path;
@@ -41,10 +40,10 @@ protected:
         return result ? result->status : -1;
     }
 
-    std::string Base() const { return Parts(server.Address()).base; }
-    std::string Host() const { return Parts(server.Address()).host; }
+    std::string Base() const { return Parts(server->Address()).base; }
+    std::string Host() const { return Parts(server->Address()).host; }
 
-    PageServer server;
+    std::unique_ptr<PageServer> server;
 };
 
 class PictureServerTest : public PageServerTest {
@@ -68,11 +67,9 @@ TEST_F(PageServerTest, GivesPageAndPacket)
 
 TEST_F(PageServerTest, IsAtALoopbackAddressWithARandomWord)
 {
-    EXPECT_TRUE(server.Address().starts_with("http://127.0.0.1:"));
+    EXPECT_TRUE(server->Address().starts_with("http://127.0.0.1:"));
     EXPECT_EQ(Base().size(), 34u);
-    PageServer other({});
-    ASSERT_EQ(other.Start(), "");
-    EXPECT_NE(Parts(other.Address()).base, Base());
+    EXPECT_NE(Parts(StartPageServer({})->Address()).base, Base());
 }
 
 TEST_F(PageServerTest, RefusesOtherHosts)
@@ -98,7 +95,7 @@ TEST_F(PageServerTest, TakesNothing)
         EXPECT_EQ(Status(method, Base(), Host()), 405) << method;
     }
     EXPECT_EQ(Status("POST", Base() + "picture", Host()), 405);
-    EXPECT_FALSE(server.WaitForPicture(0ms));
+    EXPECT_FALSE(server->WaitForPicture(0ms));
 }
 
 TEST_F(PictureServerTest, TakesTheFirstPictureThatIsPosted)
@@ -107,7 +104,7 @@ TEST_F(PictureServerTest, TakesTheFirstPictureThatIsPosted)
     const std::string png("\x89PNG\0\xff", 6);
     ASSERT_TRUE(client.Post(Base() + "picture", png, "image/png"));
     ASSERT_TRUE(client.Post(Base() + "error", "too late", "text/plain"));
-    const std::optional<PostedPicture> posted = server.WaitForPicture(10s);
+    const std::optional<PostedPicture> posted = server->WaitForPicture(10s);
     ASSERT_TRUE(posted);
     EXPECT_EQ(posted->png, png);
     EXPECT_EQ(posted->error, "");
@@ -117,7 +114,7 @@ TEST_F(PictureServerTest, TakesAnError)
 {
     httplib::Client client("http://" + Host());
     ASSERT_TRUE(client.Post(Base() + "error", "no WebGL", "text/plain"));
-    const std::optional<PostedPicture> posted = server.WaitForPicture(10s);
+    const std::optional<PostedPicture> posted = server->WaitForPicture(10s);
     ASSERT_TRUE(posted);
     EXPECT_EQ(posted->error, "no WebGL");
 }
@@ -127,7 +124,7 @@ TEST_F(PictureServerTest, RefusesPostsElsewhereAndFromOtherHosts)
     EXPECT_EQ(Status("POST", Base() + "other", Host()), 404);
     EXPECT_EQ(Status("POST", "/picture", Host()), 404);
     EXPECT_EQ(Status("POST", Base() + "picture", "example.org"), 403);
-    EXPECT_FALSE(server.WaitForPicture(0ms));
+    EXPECT_FALSE(server->WaitForPicture(0ms));
 }
 
 } // namespace

@@ -12,6 +12,7 @@ import {
     caseNames,
     plainContour,
 } from '../support/ContourTexts';
+import { writtenContour } from '../support/WrittenContour';
 
 const NAME = 'contour.txt';
 const parse = (text: string) => parseContourText(bytesOf(text), NAME);
@@ -48,6 +49,8 @@ function stressesByCorner({ vertexNodes, positiveFace, negativeFace }: Result, c
     return { nodes: Array.from(corners, (vertex) => vertexNodes[vertex]), lines: Float32Array.from(lines) };
 }
 
+const plainZeros = (line: string) => line.replace(/(^|,)-0(?=,|$)/g, '$10');
+
 describe('a contour file', () => {
     test.each(caseNames())('of the case %s has every value that a plain reader finds', (name) => {
         const bytes = caseFile(name, CONTOUR_FILE);
@@ -77,6 +80,16 @@ describe('a contour file', () => {
         for (const beam of plain.beams) wallBegin.push(wallBegin[wallBegin.length - 1] + beam.walls.nodes.length);
         expect(result.shellQuads).toBe(wallBegin[0]);
         expect([...result.beams.wallBegin]).toEqual(wallBegin);
+    });
+
+    test.each(caseNames())('of the case %s is what writing its result gives, line for line', (name) => {
+        const text = new TextDecoder().decode(caseFile(name, CONTOUR_FILE));
+        const written = writtenContour(parseContourText(bytesOf(text), CONTOUR_FILE)).split('\n');
+        // stresses of -0 are taken for 0; line ends are those of the system
+        const lines = text.replaceAll('\r\n', '\n').split('\n');
+        const differs = lines.findIndex((line, i) => plainZeros(line) !== plainZeros(written[i] ?? ''));
+        expect(differs < 0 ? '' : `${differs + 1}: ${lines[differs]} is ${written[differs]}`).toBe('');
+        expect(written.length).toBe(lines.length);
     });
 
     test('has one vertex for each node and pair of face stresses', () => {
