@@ -44,13 +44,20 @@ export async function begin(root: HTMLElement): Promise<void> {
         if (app.shown) app.show(result);
         else showFirst(app, store, result, hash);
     });
-    app.onFiles = (list) => void files.open(list);
+    // Files that are opened while the page's own result is still on its way take its place.
+    const ownResult = new AbortController();
+    app.onFiles = (list) => {
+        ownResult.abort();
+        void files.open(list);
+    };
     try {
         requireWebGL(app);
-        const packet = await pagePacket(app);
+        const packet = await pagePacket(app, ownResult.signal);
+        if (ownResult.signal.aborted) return;
         if (packet) showPacket(app, store, packet, hash);
         else app.start.showDrop(app.texts);
     } catch (error) {
+        if (ownResult.signal.aborted) return;
         app.start.showError(messageOf(error, app.texts), app.texts, () => app.start.showDrop(app.texts));
     }
 }
@@ -64,7 +71,7 @@ function themeOf(hash: string, forPicture: boolean): ThemeMode {
 async function deliver(app: App, store: Store, order: PictureOrder): Promise<void> {
     try {
         requireWebGL(app);
-        const packet = await pagePacket(app);
+        const packet = await pagePacket(app, new AbortController().signal);
         if (!packet) throw new Error('the page has no result to draw');
         showPacket(app, store, packet, location.hash);
         // The first drawing sets up what copies are made with.
@@ -76,7 +83,7 @@ async function deliver(app: App, store: Store, order: PictureOrder): Promise<voi
 }
 
 /** The packet that the page holds or is told to fetch; undefined: it has none, files are to be opened. */
-async function pagePacket(app: App): Promise<Packet | undefined> {
+async function pagePacket(app: App, signal: AbortSignal): Promise<Packet | undefined> {
     const { texts } = app;
     const text = embeddedPacket(document);
     const address = packetAddress(document, location);
@@ -85,7 +92,7 @@ async function pagePacket(app: App): Promise<Packet | undefined> {
     progress(undefined);
     await painted();
     if (text !== undefined) return readEmbedded(document, text);
-    return fetchPacket(address!, texts, progress, new AbortController().signal);
+    return fetchPacket(address!, texts, progress, signal);
 }
 
 /** The packet says how its makers want it seen; the address has the last word. */
@@ -118,8 +125,10 @@ class Files {
             const beginFile = (name: string) =>
                 app.start.showProgress(texts.start.reading(name), texts, () => ending.abort());
             const opened = await readFiles(list, app.shown, texts, beginFile, ending.signal);
+            ending.signal.throwIfAborted();
             app.start.showProgress(texts.start.drawing, texts)(undefined);
             await painted();
+            ending.signal.throwIfAborted();
             // A report alone says something about what is shown already.
             if (opened.result === app.shown) app.start.hide();
             else this.show(opened.result);

@@ -97,6 +97,7 @@ export function legendContent(source: OverlaySource): LegendContent | undefined 
         if (found) {
             notes.push(...extremeNotes(texts.legend.max, found.max, source));
             notes.push(...extremeNotes(texts.legend.min, found.min, source));
+            if (found.notFinite > 0) notes.push(texts.legend.notFinite(found.notFinite));
         } else notes.push(texts.legend.noValues);
     } else if (isPropertyField(state.field)) content.key = categoryLegend(state.field, result, texts);
     if (state.deformed) notes.push(texts.legend.deformation(numberText(scene.scale(), 4)));

@@ -22,6 +22,9 @@ const TABLES = {
     grey: '262626 f2f2f2', // neither end is lost before a white or a black ground
 };
 
+/** As many as a picture can tell apart, and more. */
+export const MOST_BANDS = 64;
+
 export type ColourMap = keyof typeof TABLES;
 export const COLOUR_MAPS = Object.keys(TABLES) as ColourMap[];
 
@@ -62,13 +65,15 @@ export function positionOf(value: number, [low, high]: readonly [number, number]
 
 /** The inverse of positionOf. */
 export function valueAt(position: number, [low, high]: readonly [number, number], logarithmic: boolean): number {
+    if (position === 1) return high; // without round-off
     return logarithmic ? low * (high / low) ** position : low + (high - low) * position;
 }
 
 /**
  * Limits around [min, max] such that all borders of so many bands are round numbers: multiples of a step of 1, 1.2, 1.5,
  * 2, 2.5, 3, 4, 5, 6 or 8 times a power of ten, the least that will do. Zero is a limit where the values nearest to it
- * are less than a band away.
+ * are less than a band away. A value may be beyond by a thousandth of a band, which no eye tells from the border: the
+ * zero of a stress that must vanish is round-off of either sign, and shall not take a band of its own.
  */
 export function niceLimits(min: number, max: number, bands: number): [number, number] {
     const largest = Math.max(Math.abs(min), Math.abs(max));
@@ -77,10 +82,10 @@ export function niceLimits(min: number, max: number, bands: number): [number, nu
         const half = largest === 0 ? 1 : 0.1 * largest;
         return niceLimits(min - half, max + half, bands);
     }
-    const slack = 1e-9 * (max - min); // a value that is a border but for round-off needs no band of its own
     for (let power = Math.floor(Math.log10((max - min) / bands)); ; ++power) {
         for (const factor of [1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8]) {
             const step = factor * 10 ** power;
+            const slack = 1e-3 * step;
             const first = Math.floor((min + slack) / step);
             if ((first + bands) * step < max - slack) continue;
             return [withoutRoundOff(first * step), withoutRoundOff((first + bands) * step)];
@@ -88,33 +93,23 @@ export function niceLimits(min: number, max: number, bands: number): [number, nu
     }
 }
 
-/** Of a logarithmic scale: powers of ten around the positive values. */
-export interface LogarithmicLimits {
-    /** undefined: no value is positive. */
-    limits?: [number, number];
-    /** Values of zero or less, which have no place on the scale. */
-    notPositive: number;
-}
-
-/** shown: one per value, 0 for those left out. */
-export function logarithmicLimits(values: Float32Array, shown?: Uint8Array): LogarithmicLimits {
+/**
+ * Limits of a logarithmic scale: powers of ten around the positive values, undefined where there are none. shown: one
+ * per value, 0 for those left out.
+ */
+export function logarithmicLimits(values: Float32Array, shown?: Uint8Array): [number, number] | undefined {
     let min = Infinity;
     let max = 0;
-    let notPositive = 0;
     for (let i = 0; i < values.length; ++i) {
         const value = values[i];
-        if ((shown && shown[i] === 0) || !Number.isFinite(value)) continue;
-        if (value <= 0) {
-            ++notPositive;
-        } else {
-            if (value < min) min = value;
-            if (value > max) max = value;
-        }
+        if ((shown && shown[i] === 0) || !Number.isFinite(value) || value <= 0) continue;
+        if (value < min) min = value;
+        if (value > max) max = value;
     }
-    if (max === 0) return { notPositive };
+    if (max === 0) return undefined;
     const first = Math.floor(Math.log10(min) + 1e-6); // 10 in single precision is 10
     const last = Math.max(first + 1, Math.ceil(Math.log10(max) - 1e-6));
-    return { limits: [Number(`1e${first}`), Number(`1e${last}`)], notPositive };
+    return [Number(`1e${first}`), Number(`1e${last}`)];
 }
 
 function withoutRoundOff(value: number): number {

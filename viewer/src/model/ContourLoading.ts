@@ -43,8 +43,19 @@ function ask(
             else if (data.kind === 'fault') reject(new Error(data.message));
             else resolve(data);
         };
-        worker.onerror = (event) => reject(new Error(event.message));
+        worker.onerror = ({ message }) => reject(new Error(workerFault(request.name, message ?? '')));
+        worker.onmessageerror = () =>
+            reject(new Error(workerFault(request.name, 'what it has read was not taken over')));
         worker.postMessage(request);
     });
     return reading.finally(() => worker.terminate());
+}
+
+/** reason: empty where the browser does not tell, as when it refuses to start the worker. */
+function workerFault(name: string, reason: string): string {
+    return (
+        `${name}: error: the part of the page that reads files has failed${reason === '' ? '' : `: ${reason}`}\n` +
+        '  expected: a browser that lets pages start workers of their own, and memory for the file\n' +
+        '  to do:    close other pages and open it again; or make a page of the result with tarnvexo view'
+    );
 }

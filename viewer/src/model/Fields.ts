@@ -1,5 +1,5 @@
 // Values of any field of a result: per vertex, per corner of an element, or per element. Single precision throughout;
-// what is not a finite number is kept, and told by extremesOf.
+// what is not a finite number is kept.
 import {
     MOTION_FIELDS,
     PROPERTY_FIELDS,
@@ -152,38 +152,6 @@ export function fartherFromZero(a: Float32Array, b: Float32Array): Float32Array 
         values[i] = Number.isNaN(a[i]) || Math.abs(a[i]) >= Math.abs(b[i]) ? a[i] : b[i];
     }
     return values;
-}
-
-export interface Extremes {
-    min: number;
-    max: number;
-    /** Items of the arrays. */
-    minAt: number;
-    maxAt: number;
-    /** Items whose value on a side is infinite or not a number; they take no part. */
-    notFinite: number;
-}
-
-/** Of both sides; of equal values the first item. shown: one per item, 0 for those left out. undefined: no values. */
-export function extremesOf({ positive, negative }: FacePair, shown?: Uint8Array): Extremes | undefined {
-    let minAt = -1;
-    let maxAt = -1;
-    let min = Infinity;
-    let max = -Infinity;
-    let notFinite = 0;
-    for (let i = 0; i < positive.length; ++i) {
-        if (shown && shown[i] === 0) continue;
-        const a = positive[i];
-        const b = negative[i];
-        const isFiniteA = Number.isFinite(a);
-        const isFiniteB = Number.isFinite(b);
-        if (!isFiniteA || !isFiniteB) ++notFinite;
-        if (isFiniteA && a < min) [min, minAt] = [a, i];
-        if (isFiniteB && b < min) [min, minAt] = [b, i];
-        if (isFiniteA && a > max) [max, maxAt] = [a, i];
-        if (isFiniteB && b > max) [max, maxAt] = [b, i];
-    }
-    return minAt < 0 ? undefined : { min, max, minAt, maxAt, notFinite };
 }
 
 function facePair(face: Face, valuesOf: (side: 'positive' | 'negative') => Float32Array): FacePair {

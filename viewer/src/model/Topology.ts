@@ -30,21 +30,6 @@ export interface MeshEdges {
     kinds: Uint8Array;
 }
 
-/** keys[i] is the group of item i. */
-export function grouped(keys: Uint32Array, groups: number): Groups {
-    return sortedInto(keys, groups, undefined);
-}
-
-/** The vertices of each node: more than one where shells meet with different stresses. */
-export function verticesOfNodes(result: Result): Groups {
-    return grouped(result.vertexNodes, result.coordinates.length / 3);
-}
-
-/** The corners of elements at each node; elementOfCorner tells the elements. */
-export function cornersOfNodes(result: Result): Groups {
-    return grouped(cornerNodes(result), result.coordinates.length / 3);
-}
-
 export function elementOfCorner(result: Result, corner: number): number {
     const quadCorners = result.quads.length;
     return corner < quadCorners ? corner >>> 2 : quadCorners / 4 + Math.floor((corner - quadCorners) / 3);

@@ -1,9 +1,9 @@
 // Colours of everything in the picture.
-import { colourAt, colourTable } from '../model/ColourScale';
+import { colourAt, colourTable, MOST_BANDS } from '../model/ColourScale';
 import { isPropertyField } from '../model/Fields';
 import type { ViewState } from '../state/ViewState';
 import { categoryColours } from './Categories';
-import { MAX_COLOURS, type Look } from './SurfaceActor';
+import type { Look } from './SurfaceActor';
 
 export type Rgb = [number, number, number];
 export type Rgba = [number, number, number, number];
@@ -63,12 +63,12 @@ export function surfaceLook(state: ViewState, range: [number, number] | undefine
     if (isPropertyField(state.field)) return { ...look, mode: 'categories', colours: categoryColours() };
     if (!range) return { ...look, mode: 'plain', colours: Float32Array.from(theme.plain) };
     return state.bands
-        ? { ...look, mode: 'bands', colours: colourTable(state.colourMap, Math.min(MAX_COLOURS, state.bandCount)) }
+        ? { ...look, mode: 'bands', colours: colourTable(state.colourMap, state.bandCount) }
         : { ...look, mode: 'smooth', colours: smoothColours(state.colourMap) };
 }
 
 function smoothColours(map: ViewState['colourMap']): Float32Array {
-    const colours = new Float32Array(3 * MAX_COLOURS);
-    for (let i = 0; i < MAX_COLOURS; ++i) colours.set(colourAt(map, i / (MAX_COLOURS - 1)), 3 * i);
+    const colours = new Float32Array(3 * MOST_BANDS);
+    for (let i = 0; i < MOST_BANDS; ++i) colours.set(colourAt(map, i / (MOST_BANDS - 1)), 3 * i);
     return colours;
 }

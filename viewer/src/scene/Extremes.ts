@@ -1,30 +1,36 @@
 // Least and largest value of what is shown.
 import type { FacePair } from '../model/Fields';
-import type { Extreme } from './SceneView';
+import type { Extreme, Extremes } from './SceneView';
 import type { Surface } from './Surface';
 import { at } from './Vectors';
 import { isKept, type ClipPlane } from './Visibility';
 
-/** Values that are not finite count for nothing; undefined where no value is left. places: 3 per node. */
+/** Of values that are finite, the others are counted; undefined where no value is left. places: 3 per node. */
 export function extremes(
     surface: Surface,
     values: FacePair,
     shown: Uint8Array,
     places: Float32Array,
     plane: ClipPlane | undefined,
-): { min: Extreme; max: Extreme } | undefined {
+): Extremes | undefined {
     let least = -1;
     let largest = -1;
     let min = Infinity;
     let max = -Infinity;
+    let notFinite = 0;
     for (let element = 0; element < surface.elementCount; ++element) {
         if (!shown[element]) continue;
         const begin = surface.cornerBegin(element);
         const end = begin + surface.cornerCount(element);
         for (let corner = begin; corner < end; ++corner) {
-            for (const value of [values.positive[corner], values.negative[corner]]) {
-                if (!Number.isFinite(value) || (value >= min && value <= max)) continue;
-                if (plane && !isKept(plane, at(places, surface.cornerNode[corner]))) continue;
+            const one = values.positive[corner];
+            const other = values.negative[corner];
+            const areFinite = Number.isFinite(one) && Number.isFinite(other);
+            if (areFinite && one >= min && one <= max && other >= min && other <= max) continue;
+            if (plane && !isKept(plane, at(places, surface.cornerNode[corner]))) continue;
+            if (!areFinite) ++notFinite;
+            for (const value of [one, other]) {
+                if (!Number.isFinite(value)) continue;
                 if (value < min) [min, least] = [value, corner];
                 if (value > max) [max, largest] = [value, corner];
             }
@@ -37,5 +43,5 @@ export function extremes(
         node: surface.cornerNode[corner],
         position: at(surface.result.coordinates, surface.cornerNode[corner]),
     });
-    return { min: extreme(min, least), max: extreme(max, largest) };
+    return { min: extreme(min, least), max: extreme(max, largest), notFinite };
 }

@@ -13,7 +13,7 @@ import { bounds, diagonal, union, widened, type Bounds } from './Motion';
 import type { CutLine } from './Cut';
 import type { MotionActor } from './MotionActor';
 import { Projection } from './Projection';
-import type { ElementKind, Extreme, Probe, SceneView } from './SceneView';
+import type { ElementKind, Extremes, Probe, SceneView } from './SceneView';
 import { ShownResult } from './ShownResult';
 import { NO_VALUE, SurfaceActor } from './SurfaceActor';
 import { SymbolActors } from './SymbolActors';
@@ -168,13 +168,15 @@ export class Scene implements SceneView {
         return this.shown?.probe(this.projection().ray(x, y), this.state.parallel);
     }
 
-    extremes(): { min: Extreme; max: Extreme } | undefined {
+    extremes(): Extremes | undefined {
         return this.hasRange() ? this.shown?.extremes() : undefined;
     }
 
     range(): [number, number] | undefined {
         if (!this.hasRange()) return undefined;
-        return this.state.limits ?? this.shown?.range(this.state);
+        const { limits, logarithmic } = this.state;
+        // Zero has no place on a logarithmic scale.
+        return limits && !(logarithmic && limits[0] <= 0) ? limits : this.shown?.range(this.state);
     }
 
     scale(): number {
@@ -352,12 +354,12 @@ export class Scene implements SceneView {
         const swing = union(bounds(result, scale), bounds(result, this.state.animated ? -scale : 0));
         // Arrows stand out of the structure.
         this.reach = widened(swing, 0.1 * size);
-        this.setScale(scale);
+        this.shown!.setScale(scale);
+        this.moveActors(scale);
         this.animate();
     }
 
-    private setScale(scale: number): void {
-        this.shown!.setScale(scale);
+    private moveActors(scale: number): void {
         for (const actor of this.moving) actor.scale = scale;
     }
 
@@ -367,7 +369,9 @@ export class Scene implements SceneView {
         if (!this.shown || !this.state.animated || !this.state.deformed || document.hidden) return;
         const begin = performance.now();
         const step = (now: number) => {
-            this.setScale(this.scale() * Math.sin((2 * Math.PI * (now - begin)) / 1000 / PERIOD));
+            const scale = this.scale() * Math.sin((2 * Math.PI * (now - begin)) / 1000 / PERIOD);
+            this.shown!.swing(scale);
+            this.moveActors(scale);
             this.canvas.drawNow();
             this.animation = requestAnimationFrame(step);
         };

@@ -32,6 +32,13 @@ export interface Extreme {
     position: [number, number, number];
 }
 
+export interface Extremes {
+    min: Extreme;
+    max: Extreme;
+    /** Corners at which the value is infinite or no number at all. */
+    notFinite: number;
+}
+
 export interface SceneView {
     show(result: Result): void;
     /** Takes over what has changed. */
@@ -43,7 +50,7 @@ export interface SceneView {
     /** x, y: CSS pixels within the picture. */
     probe(x: number, y: number): Probe | undefined;
     /** Of what is visible; undefined for fields without values. */
-    extremes(): { min: Extreme; max: Extreme } | undefined;
+    extremes(): Extremes | undefined;
     /** The limits of the colours in use. */
     range(): [number, number] | undefined;
     /** Factor on displacements in use. */

@@ -11,7 +11,7 @@ import { extremes } from './Extremes';
 import { bounds, defaultScale, diagonal, place, translations, type Bounds } from './Motion';
 import type { Ray } from './Projection';
 import { RayTree, type Hit } from './RayTree';
-import type { ElementKind, Extreme, Probe } from './SceneView';
+import type { ElementKind, Extremes, Probe } from './SceneView';
 import { Surface } from './Surface';
 import { add, at, cross, dot, minus, norm, scaled, type Vec3 } from './Vectors';
 import { clipPlane, isKept, shownElements, type ClipPlane } from './Visibility';
@@ -29,12 +29,15 @@ export class ShownResult {
     values: FacePair;
     clip?: ClipPlane;
 
+    /** Factor on displacements at present, and where a swing of the structure ends. */
     private scale = 0;
+    private restingScale = 0;
     private placed?: Float32Array;
     private tree?: RayTree;
     private treePlaces?: Float32Array;
     private meshed?: MeshEdges;
-    private found?: { min: Extreme; max: Extreme };
+    private found?: Extremes;
+    private decades?: [number, number];
 
     constructor(
         readonly result: Result,
@@ -51,24 +54,31 @@ export class ShownResult {
 
     updateVisible(state: ViewState): void {
         this.visible = shownElements(this.surface, state);
-        this.found = undefined;
+        this.forgetValues();
     }
 
     updateValues(state: ViewState): void {
         this.values = shownValues(this.surface, state);
-        this.found = undefined;
+        this.forgetValues();
     }
 
     updateClip(state: ViewState): void {
         this.clip = clipPlane(state.clip, this.result.coordinates);
-        this.found = undefined;
+        this.forgetValues();
     }
 
     setScale(scale: number): void {
+        this.swing(scale);
+        if (scale === this.restingScale) return;
+        this.restingScale = scale;
+        if (this.clip) this.forgetValues();
+    }
+
+    /** For a moment: extremes and limits stay those of the structure at rest, as its colours do. */
+    swing(scale: number): void {
         if (scale === this.scale) return;
         this.scale = scale;
         this.placed = undefined;
-        if (this.clip) this.found = undefined;
     }
 
     /** 3 per node. */
@@ -104,8 +114,8 @@ export class ShownResult {
         return box;
     }
 
-    extremes(): { min: Extreme; max: Extreme } | undefined {
-        this.found ??= extremes(this.surface, this.values, this.visible, this.places(), this.clip);
+    extremes(): Extremes | undefined {
+        this.found ??= extremes(this.surface, this.values, this.visible, this.restingPlaces(), this.clip);
         return this.found;
     }
 
@@ -114,11 +124,8 @@ export class ShownResult {
         const found = this.extremes();
         if (!found) return undefined;
         if (!state.logarithmic) return niceLimits(found.min.value, found.max.value, state.bandCount);
-        const { positive, negative } = this.values;
-        const shown = this.shownCorners();
-        const limits = [positive, negative].map((values) => logarithmicLimits(values, shown).limits);
-        if (limits[0] && limits[1]) return [Math.min(limits[0][0], limits[1][0]), Math.max(limits[0][1], limits[1][1])];
-        return limits[0] ?? limits[1];
+        this.decades ??= this.findDecades();
+        return this.decades;
     }
 
     cut(rays: [Ray, Ray]): CutLine[] {
@@ -162,11 +169,32 @@ export class ShownResult {
         return { nodes: ring, rings: [ring] };
     }
 
+    private forgetValues(): void {
+        this.found = undefined;
+        this.decades = undefined;
+    }
+
+    private restingPlaces(): Float32Array {
+        if (this.scale === this.restingScale) return this.places();
+        const places = new Float32Array(this.motion.length);
+        place(this.result.coordinates, this.motion, this.restingScale, places);
+        return places;
+    }
+
+    private findDecades(): [number, number] | undefined {
+        const { positive, negative } = this.values;
+        const shown = this.shownCorners();
+        const one = logarithmicLimits(positive, shown);
+        const other = negative === positive ? one : logarithmicLimits(negative, shown);
+        return one && other ? [Math.min(one[0], other[0]), Math.max(one[1], other[1])] : (one ?? other);
+    }
+
     /** 1 for each corner that is neither hidden nor cut away. */
     private shownCorners(): Uint8Array {
         const { surface, visible, clip } = this;
+        const places = this.restingPlaces();
         return Uint8Array.from(surface.cornerNode, (node, corner) =>
-            visible[surface.elementOfCorner(corner)] && isKept(clip, at(this.places(), node)) ? 1 : 0,
+            visible[surface.elementOfCorner(corner)] && isKept(clip, at(places, node)) ? 1 : 0,
         );
     }
 

@@ -1,9 +1,10 @@
 // Draws triangles coloured by a field. Values are interpolated over each triangle and looked up per pixel, so that
 // bands have sharp edges, and new limits or colours rebuild nothing.
+import { MOST_BANDS } from '../model/ColourScale';
 import { MotionActor, type Program, type ShaderReplacement } from './MotionActor';
 
-/** Most colours of a map; those of WebGL's smallest guaranteed number of uniforms hold it. */
-export const MAX_COLOURS = 64;
+/** WebGL's smallest guaranteed number of uniforms holds them. */
+const MAX_COLOURS = MOST_BANDS;
 
 export interface Look {
     /** Of the values; positive where logarithmic. */
@@ -11,7 +12,7 @@ export interface Look {
     logarithmic: boolean;
     /** bands: a colour for each equal part of the range; smooth: between colours; categories: values are numbers of colours. */
     mode: 'bands' | 'smooth' | 'categories' | 'plain';
-    /** 3 per colour, 0 to 1, at most MAX_COLOURS; plain: one. */
+    /** 3 per colour, 0 to 1, at most MOST_BANDS; plain: one. */
     colours: Float32Array;
     /** Where there is no value. */
     none: [number, number, number];

@@ -1,7 +1,7 @@
 // The state of the view as text behind the "#" of the page's address: "v=1&field=SX&limits=0,2e6". Only what differs
 // from the state that a page begins with. Keys that are not known and values that make no sense are passed over, so
 // that a link of another version still shows what it can.
-import { COLOUR_MAPS } from '../model/ColourScale';
+import { COLOUR_MAPS, MOST_BANDS } from '../model/ColourScale';
 import { DEFAULT_STATE, MOTION_FIELDS, PROPERTY_FIELDS, STRESS_FIELDS, type Camera, type ViewState } from './ViewState';
 
 const VERSION = '1';
@@ -98,7 +98,7 @@ const CODECS: { [K in keyof Required<ViewState>]: Codec<NonNullable<ViewState[K]
     face: choice(['positive', 'negative', 'larger', 'viewed']),
     average: choice(['nodal', 'element']),
     bands: flag,
-    bandCount: number((count) => isIndex(count) && count >= 2 && count <= 256),
+    bandCount: number((count) => isIndex(count) && count >= 2 && count <= MOST_BANDS),
     colourMap: choice(COLOUR_MAPS),
     limits,
     logarithmic: flag,

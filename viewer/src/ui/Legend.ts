@@ -1,4 +1,5 @@
 // The legend: which colour is which value. Laid out and drawn apart from the page, so that screen and file are the same.
+import { positionOf, valueAt } from '../model/ColourScale';
 import { roundNumbers, scaleTexts } from './Numbers';
 import type { CanvasColours } from './Theme';
 import type { Rectangle } from './Flags';
@@ -44,24 +45,17 @@ export function legendTicks(scale: ScaleLegend, height: number): LegendTick[] {
     const most = Math.max(2, Math.floor(height / ROW));
     const positions = scale.bands === undefined ? undefined : bandPositions(scale.bands, most);
     const [lowest, highest] = scale.range;
-    const logarithmic = scale.logarithmic && lowest > 0;
-    const valueAt = (position: number): number => {
-        if (position === 0) return lowest;
-        if (position === 1) return highest;
-        return logarithmic ? lowest * (highest / lowest) ** position : lowest + (highest - lowest) * position;
-    };
-    const positionOf = (value: number): number =>
-        logarithmic ? Math.log(value / lowest) / Math.log(highest / lowest) : (value - lowest) / (highest - lowest);
+    const { logarithmic } = scale;
     if (!(highest > lowest)) return [{ position: 0, value: lowest, text: scaleTexts([lowest])[0] }];
 
     let ticks: { position: number; value: number }[];
     if (positions) {
-        ticks = positions.map((position) => ({ position, value: valueAt(position) }));
+        ticks = positions.map((position) => ({ position, value: valueAt(position, scale.range, logarithmic) }));
     } else {
         const values = logarithmic
             ? decades(lowest, highest, most)
             : roundNumbers(lowest, highest, Math.min(most - 1, 10));
-        ticks = values.map((value) => ({ position: positionOf(value), value }));
+        ticks = values.map((value) => ({ position: positionOf(value, scale.range, logarithmic), value }));
         // The ends are always named; round numbers that would touch them give way.
         const free = ROW / height;
         ticks = ticks.filter(

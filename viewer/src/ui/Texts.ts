@@ -97,6 +97,7 @@ export interface Texts {
         min: string;
         node: (node: string) => string;
         noValues: string;
+        notFinite: (corners: number) => string;
         deformation: (factor: string) => string;
     };
 
@@ -322,6 +323,7 @@ const english: Texts = {
         min: 'min',
         node: (node) => `node ${node}`,
         noValues: 'no values are visible',
+        notFinite: (corners) => `not finite: ${corners} corners`,
         deformation: (factor) => `displacements × ${factor}`,
     },
     probe: {
@@ -544,6 +546,7 @@ const chinese: Texts = {
         min: '最小',
         node: (node) => `节点 ${node}`,
         noValues: '没有可见的数值',
+        notFinite: (corners) => `非有限值：${corners} 个角点`,
         deformation: (factor) => `位移 × ${factor}`,
     },
     probe: {

@@ -165,6 +165,48 @@ test('a file that is opened is shown, also from a page of a file', async () => {
     await page.close();
 }, 60_000);
 
+test('a file that is opened while the packet is on its way stays', async () => {
+    const packet = Buffer.from(await encodePacket({ result: await resultOf('folds') }));
+    const { address, server } = await bench.serve(packet);
+    const page = await bench.openAddress('about:blank');
+    let arrive = (): void => undefined;
+    const isOpened = new Promise<void>((resolve) => (arrive = resolve));
+    await page.route('**/packet', async (route) => {
+        await isOpened;
+        await route.fulfill({ body: packet }).catch(() => undefined); // the page does not wait for it any more
+    });
+    await page.goto(address);
+    const buffer = Buffer.from(await contourFile('stiffened_panel'));
+    await page.setInputFiles('input[type=file]', { name: CONTOUR_NAME, mimeType: 'text/plain', buffer });
+    await shown(page);
+    arrive();
+    await page.waitForTimeout(1000);
+    expect(await page.title()).toBe(`${CONTOUR_NAME} – tarnvexo`);
+    await page.close();
+    server.close();
+}, 60_000);
+
+test('a browser that does not let the page read files away from its own thread is told of in words', async () => {
+    const page = await bench.open();
+    await page.evaluate(() => {
+        window.Worker = class extends EventTarget {
+            onerror: (event: { message?: string }) => void = () => undefined;
+            postMessage(): void {
+                setTimeout(() => this.onerror({ message: '' }));
+            }
+            terminate(): void {}
+        } as unknown as typeof Worker;
+    });
+    const buffer = Buffer.from(await contourFile('stiffened_panel'));
+    await page.setInputFiles('input[type=file]', { name: CONTOUR_NAME, mimeType: 'text/plain', buffer });
+    const alert = page.getByRole('alert');
+    await alert.waitFor();
+    const message = await alert.innerText();
+    expect(message).toContain(`${CONTOUR_NAME}: error: the part of the page that reads files has failed`);
+    expect(message).toMatch(/expected[^]*to do/);
+    await page.close();
+}, 60_000);
+
 test('a damaged packet in the page gives its message', async () => {
     const page = await bench.open(panel);
     await shown(page);

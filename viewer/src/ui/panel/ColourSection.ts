@@ -11,16 +11,18 @@ export function hasScale(state: Readonly<ViewState>): boolean {
 /** How values become colours. */
 export function colourSection({ store, texts, range }: PanelContext): PanelSection {
     const t = texts.panel;
-    const current = (): [number, number] => store.state.limits ?? range() ?? [0, 1];
+    const current = (): [number, number] => range() ?? store.state.limits ?? [0, 1];
     const noScale = (state: Readonly<ViewState>): string | undefined => (hasScale(state) ? undefined : t.noScale);
     const noOwnLimits = (state: Readonly<ViewState>): string | undefined =>
         noScale(state) ?? (state.limits ? undefined : t.ownLimits);
     const ordered = (low: number, high: number): string | undefined => (low < high ? undefined : t.limitsOrder);
+    const noPlace = (low: number): string | undefined =>
+        store.state.logarithmic && low <= 0 ? t.noLogarithm : undefined;
     const lowest = numberBox(
         t.lowest,
         () => current()[0],
         (value) => store.set({ limits: [value, current()[1]] }),
-        { refuse: (value) => ordered(value, current()[1]) },
+        { refuse: (value) => noPlace(value) ?? ordered(value, current()[1]) },
         noOwnLimits,
     );
     const highest = numberBox(

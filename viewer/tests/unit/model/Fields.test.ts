@@ -1,7 +1,7 @@
 import { describe, expect, test } from 'vitest';
 import { parseContourText } from '../../../src/model/ContourText';
 import { STRESS_FIELDS } from '../../../src/model/FieldNames';
-import { cornerValues, cornerVertex, elementValues, extremesOf, vertexValues } from '../../../src/model/Fields';
+import { cornerValues, cornerVertex, elementValues, vertexValues } from '../../../src/model/Fields';
 import { parseOwnStressText } from '../../../src/model/OwnStressText';
 import { STRESS_COLUMNS, type Result } from '../../../src/model/Result';
 import { CONTOUR_FILE, SMALL_TEXT, bytesOf, caseFile } from '../support/ContourTexts';
@@ -120,21 +120,5 @@ describe('values of elements', () => {
     test('need the model, but for the side', () => {
         expect(elementValues(small(), 'thickness')).toBeUndefined();
         expect(elementValues(small(), 'side')).toEqual({ positive: single(1, 1, 1), negative: single(-1, -1, -1) });
-    });
-});
-
-describe('extremes', () => {
-    test('are found on both sides, with their places', () => {
-        const pair = { positive: single(1, 5, 3), negative: single(-2, 4, 9) };
-        expect(extremesOf(pair)).toEqual({ min: -2, max: 9, minAt: 0, maxAt: 2, notFinite: 0 });
-    });
-
-    test('leave out what is hidden and what is no number, and count the latter', () => {
-        const values = single(NaN, 5, 3, Infinity, 100);
-        const pair = { positive: values, negative: values };
-        const shown = Uint8Array.of(1, 1, 1, 1, 0);
-        expect(extremesOf(pair, shown)).toEqual({ min: 3, max: 5, minAt: 2, maxAt: 1, notFinite: 2 });
-        expect(extremesOf(pair, new Uint8Array(5))).toBeUndefined();
-        expect(extremesOf({ positive: single(NaN), negative: single(NaN) })).toBeUndefined();
     });
 });

@@ -4,12 +4,10 @@ import { cornerVertex } from '../../../src/model/Fields';
 import {
     FEATURE_EDGE,
     FREE_EDGE,
-    cornersOfNodes,
     edgeLines,
     elementNormals,
     elementOfCorner,
     meshEdges,
-    verticesOfNodes,
 } from '../../../src/model/Topology';
 import type { Result } from '../../../src/model/Result';
 import { CONTOUR_FILE, SMALL_TEXT, bytesOf, caseFile, caseNames } from '../support/ContourTexts';
@@ -144,15 +142,4 @@ test('normals are of unit length, on the side from which the nodes run anticlock
     [0, 0, 1, -1, 0, 0].forEach((value, i) => expect(normals[i]).toBeCloseTo(value, 6));
     const line = shellResult([[0, 0, 0], [1, 0, 0], [2, 0, 0]], [], [[0, 1, 2]]); // prettier-ignore
     expect([...elementNormals(line)]).toEqual([0, 0, 0]);
-});
-
-test('every vertex and every corner is found at its node', () => {
-    const result = parseContourText(bytesOf(SMALL_TEXT), 'small');
-    const vertices = verticesOfNodes(result);
-    const corners = cornersOfNodes(result);
-    expect([...vertices.items.subarray(vertices.begin[2], vertices.begin[3])]).toEqual([2, 4]);
-    expect([...corners.items.subarray(corners.begin[2], corners.begin[3])]).toEqual([2, 8]);
-    expect([...corners.items].map((corner) => elementOfCorner(result, corner)).sort()).toEqual(
-        [0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2], // prettier-ignore
-    );
 });

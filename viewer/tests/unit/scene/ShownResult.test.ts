@@ -122,11 +122,25 @@ describe('extremes', () => {
         expect(shown(twoStoreys(), { face: 'viewed' }).extremes()!.min.value).toBe(-21);
     });
 
-    test('leave out what is no number', () => {
+    test('leave out what is no number, and count it', () => {
         const result = plateStrip(2, 1);
         result.positiveFace[6] = NaN;
         result.positiveFace[3 * STRESS_COLUMNS + 6] = -Infinity;
-        expect(shown(result, { face: 'positive' }).extremes()!.min.value).toBe(1);
+        const found = shown(result, { face: 'positive' }).extremes()!;
+        expect(found.min.value).toBe(1);
+        expect(found.notFinite).toBe(2);
+    });
+
+    test('and limits are those of the structure at rest while it swings through the plane that cuts it', () => {
+        const state: ViewState = { ...DEFAULT_STATE, face: 'positive', clip: { normal: [1, 0, 0], offset: 0.5 } };
+        const result = plateStrip(4, 1);
+        for (let node = 0; node < result.structureNodes; ++node) result.displacements[6 * node] = 2;
+        const moved = shown(result, state);
+        moved.setScale(1);
+        moved.swing(-1);
+        expect(moved.extremes()!.max.value).toBe(0);
+        expect(moved.range({ ...state, logarithmic: true })).toBeUndefined();
+        expect(moved.places()[0]).toBe(-2);
     });
 
     test('are undefined where nothing is shown', () => {
