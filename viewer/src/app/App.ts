@@ -11,7 +11,7 @@ import { Drawer } from '../ui/Drawer';
 import { HelpDialog } from '../ui/HelpDialog';
 import { actionOf, type Action } from '../ui/Keys';
 import { elementName, nodeName } from '../ui/Names';
-import { numberText } from '../ui/Numbers';
+import { numberText, placeText } from '../ui/Numbers';
 import { PictureArea } from '../ui/PictureArea';
 import { ProbeTable } from '../ui/ProbeTable';
 import { ReportSheet } from '../ui/ReportSheet';
@@ -256,7 +256,7 @@ export class App {
         const t = this.texts;
         const lines = [
             `${t.probe.node} ${nodeName(this.result, probe.node, t)}   ${elementName(probe, t)}`,
-            `(${probe.position.map((value) => numberText(value)).join(', ')})`,
+            `(${placeText(probe.position)})`,
         ];
         const hasValue = hasScale(state);
         if (hasValue) lines.splice(1, 0, `${t.probe.atNode} ${numberText(probe.cornerValue)}`);

@@ -7,7 +7,7 @@ import type { Extreme, Probe, SceneView } from '../scene/SceneView';
 import type { PropertyField, ViewState } from '../state/ViewState';
 import type { CategoryLegend, LegendContent, ScaleLegend } from '../ui/Legend';
 import { nodeName } from '../ui/Names';
-import { numberText } from '../ui/Numbers';
+import { numberText, placeText } from '../ui/Numbers';
 import type { Flag, OverlayContent } from '../ui/Overlay';
 import { hasScale } from '../ui/panel/ColourSection';
 import type { Texts } from '../ui/Texts';
@@ -116,12 +116,11 @@ export function overlayContent(source: OverlaySource, map: (point: Point) => Poi
         const flag = (name: string, extreme: Extreme): void => {
             const at = scene.projectNode(extreme.node);
             if (!at) return;
-            const place = extreme.position.map((value) => numberText(value, 5)).join(', ');
             const flagged: Flag = {
                 at: map(at),
                 lines: [
                     `${name} ${numberText(extreme.value)}`,
-                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${place})`,
+                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${placeText(extreme.position, 5)})`,
                 ],
             };
             content.flags.push(flagged);

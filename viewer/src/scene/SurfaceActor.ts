@@ -28,6 +28,8 @@ export class SurfaceActor extends MotionActor {
         colours: new Float32Array([0.7, 0.7, 0.7]),
         none: [0.5, 0.5, 0.5],
     };
+    /** Steps of depth; asked for once, since the browser waits for all that is being drawn before it answers. */
+    private depthSteps = 0;
     private readonly palette = new Float32Array(3 * MAX_COLOURS);
 
     /** back: how far behind its place it is drawn, as part of the depth of the picture. */
@@ -38,8 +40,8 @@ export class SurfaceActor extends MotionActor {
     protected beforeDrawing(program: Program, gl: WebGL2RenderingContext): void {
         // Back in depth, by its slope, so that lines on a surface are not covered by it.
         gl.enable(gl.POLYGON_OFFSET_FILL);
-        const steps = 2 ** (gl.getParameter(gl.DEPTH_BITS) as number);
-        gl.polygonOffset(1.5, 4 + this.back * steps);
+        this.depthSteps ||= 2 ** (gl.getParameter(gl.DEPTH_BITS) as number);
+        gl.polygonOffset(1.5, 4 + this.back * this.depthSteps);
         const { limits, logarithmic, mode, colours, none } = this.look;
         this.palette.set(colours.subarray(0, this.palette.length));
         const [low, high] = logarithmic ? [Math.log(limits[0]), Math.log(limits[1])] : limits;

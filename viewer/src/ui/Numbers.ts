@@ -6,17 +6,23 @@ export function numberText(value: number, digits = 6): string {
     if (!Number.isFinite(value)) return Number.isNaN(value) ? '–' : value > 0 ? '∞' : '-∞';
     const rounded = Number(value.toPrecision(digits));
     const exponent = exponentOf(rounded);
-    if (exponent >= -3 && exponent < 6) return String(Number(rounded.toPrecision(digits)));
-    const thousands = 3 * Math.floor(exponent / 3);
+    const thousands = thousandsOf(exponent);
+    if (thousands === 0) return String(rounded);
     return `${Number((rounded / 10 ** thousands).toPrecision(digits))}e${thousands}`;
+}
+
+/** "2.16, 5.1, 0": what is round-off beside the other coordinates is 0. */
+export function placeText(position: ArrayLike<number>, digits = 6): string {
+    const coordinates = Array.from(position);
+    const noise = 1e-12 * Math.max(...coordinates.map(Math.abs));
+    return coordinates.map((x) => numberText(Math.abs(x) < noise ? 0 : x, digits)).join(', ');
 }
 
 /** Numbers of one scale: the same exponent and the same decimals for all. */
 export function scaleTexts(values: readonly number[]): string[] {
     const largest = Math.max(...values.map(Math.abs), 0);
     if (largest === 0) return values.map(() => '0');
-    const exponent = exponentOf(largest);
-    const thousands = exponent >= -2 && exponent < 5 ? 0 : 3 * Math.floor(exponent / 3);
+    const thousands = thousandsOf(exponentOf(largest));
     const divided = values.map((value) => value / 10 ** thousands);
     const decimals = decimalsFor(divided);
     return divided.map((value) => {
@@ -54,6 +60,11 @@ function decimalsFor(values: readonly number[]): number {
         if (values.every((value) => Math.abs(value - Math.round(value / unit) * unit) < 0.01 * gap)) return decimals;
     }
     return 12;
+}
+
+/** The exponent that is written; 0 for numbers that are short enough without, in a scale and beside it alike. */
+function thousandsOf(exponent: number): number {
+    return exponent >= -3 && exponent < 6 ? 0 : 3 * Math.floor(exponent / 3);
 }
 
 function exponentOf(value: number): number {

@@ -1,5 +1,5 @@
 import { expect, test } from 'vitest';
-import { numberText, roundNumbers, scaleTexts } from '../../../src/ui/Numbers';
+import { numberText, placeText, roundNumbers, scaleTexts } from '../../../src/ui/Numbers';
 
 test('numbers keep the six digits of the result files, also out of single precision', () => {
     for (const text of ['93.582', '0.019099', '788288', '-0.5', '1234.56']) {
@@ -22,6 +22,17 @@ test('what is no number does not look like one', () => {
 test('numbers of one scale have the same exponent and decimals', () => {
     expect(scaleTexts([0, 2.5e6, 5e6, 7.5e6, 10e6])).toEqual(['0', '2.5e6', '5.0e6', '7.5e6', '10.0e6']);
     expect(scaleTexts([-0.02, 0, 0.02])).toEqual(['-0.02', '0', '0.02']);
+});
+
+test('a scale is written as the numbers beside it', () => {
+    for (const value of [0.0016, 0.02, 6, 120000, 120e6, 160e-6]) {
+        expect(scaleTexts([0, value])).toEqual(['0', numberText(value)]);
+    }
+});
+
+test('round-off in a place is zero', () => {
+    expect(placeText([9.98372, 4.89859e-18, 1.28])).toBe('9.98372, 0, 1.28');
+    expect(placeText([0, 2e-9, 0])).toBe('0, 2e-9, 0');
 });
 
 test('round numbers are multiples of 1, 2 or 5 times a power of ten within the range', () => {
