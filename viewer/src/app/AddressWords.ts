@@ -2,9 +2,12 @@
 // They need the result, or the size of the picture, before they become a state.
 import type { Result } from '../model/Result';
 import { DEFAULT_PART, defaultScale } from '../scene/Motion';
-import { stateOfAddress } from '../state/ViewAddress';
+import { isWordOfState, stateOfAddress, wordsOf } from '../state/ViewAddress';
 import type { StandardView, ViewState } from '../state/ViewState';
 import { STANDARD_VIEWS } from '../ui/panel/ViewSection';
+
+/** Fields that only the model tells. */
+export const NEED_MODEL: readonly string[] = ['thickness', 'section', 'material'];
 
 /** The last of several counts. */
 function lastOf(address: string, name: string): string | undefined {
@@ -23,10 +26,40 @@ export function stateOfWords(address: string, initial: ViewState, result: Result
     const state = stateOfAddress(address, initial);
     const text = lastOf(address, 'deformed');
     if (text === undefined || lastOf(address, 'scale') !== undefined) return state;
-    if (text === 'off') return { ...state, deformed: false };
-    const number = text === 'true' ? 1 : Number(text.replace(/%$/, ''));
-    if (text.trim() === '' || !Number.isFinite(number) || number < 0) return state;
+    const number = deformationOf(text);
+    if (number === undefined) return state;
     if (number === 0) return { ...state, deformed: false };
     const scale = text.endsWith('%') ? (defaultScale(result) * number) / 100 / DEFAULT_PART : number;
     return { ...state, deformed: true, scale };
+}
+
+/** The number of a word as "20" or "10%"; undefined: it makes no sense. */
+function deformationOf(text: string): number | undefined {
+    if (text === 'off') return 0;
+    const number = text === 'true' ? 1 : Number(text.replace(/%$/, ''));
+    return text.trim() === '' || !Number.isFinite(number) || number < 0 ? undefined : number;
+}
+
+/** Words of an address that say nothing, or what this result cannot show: "fild=SX". */
+export function faultsOf(address: string, result: Result): string[] {
+    return wordsOf(address)
+        .filter(([word, text]) => !isGood(word, text, result))
+        .map(([word, text]) => (text === '' ? word : `${word}=${text}`));
+}
+
+function isGood(word: string, text: string, result: Result): boolean {
+    switch (word) {
+        case 'picture': // its size is looked at before there is a result
+            return true;
+        case 'view':
+            return STANDARD_VIEWS.some((view) => view === text);
+        case 'deformed':
+            return deformationOf(text) !== undefined;
+        case 'field':
+            return isWordOfState(word, text) && (result.model !== undefined || !NEED_MODEL.includes(text));
+        case 'average':
+            return isWordOfState(word, text) && (text !== 'element' || result.own !== undefined);
+        default:
+            return isWordOfState(word, text);
+    }
 }

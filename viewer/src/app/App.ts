@@ -3,6 +3,7 @@ import type { Result } from '../model/Result';
 import type { RunReport } from '../model/RunReport';
 import type { Probe, SceneView } from '../scene/SceneView';
 import type { Store } from '../state/Store';
+import { stressUnit, unitOf, withUnit } from '../state/Units';
 import type { Face, Language, StandardView, ViewState } from '../state/ViewState';
 import { CutPlot } from '../ui/CutPlot';
 import { CutTool } from '../ui/CutTool';
@@ -15,6 +16,7 @@ import { numberText, placeText } from '../ui/Numbers';
 import { PictureArea } from '../ui/PictureArea';
 import { ProbeTable } from '../ui/ProbeTable';
 import { ReportSheet } from '../ui/ReportSheet';
+import { findNumber, type SearchKind } from '../ui/Search';
 import { StartPanel } from '../ui/StartPanel';
 import { LANGUAGE_TAGS, texts, type Texts } from '../ui/Texts';
 import { isDark, storeTheme, type ThemeMode } from '../ui/Theme';
@@ -23,8 +25,9 @@ import { DEFAULT_CLIP } from '../ui/panel/ClipSection';
 import { hasScale } from '../ui/panel/ColourSection';
 import { Panel, PanelFrame } from '../ui/panel/Panel';
 import { STANDARD_VIEWS } from '../ui/panel/ViewSection';
-import { composePicture, type PictureSize } from './Compose';
-import { fieldSubtitle, legendContent, overlayContent, type OverlaySource } from './OverlayContent';
+import { NEED_MODEL } from './AddressWords';
+import { composePicture, letterScale, type PictureSize } from './Compose';
+import { fieldSubtitle, fieldTitle, legendContent, overlayContent, type OverlaySource } from './OverlayContent';
 
 const FACES: Face[] = ['larger', 'positive', 'negative', 'viewed'];
 const EDGES: ViewState['edges'][] = ['none', 'mesh', 'feature', 'free'];
@@ -111,7 +114,7 @@ export class App {
         this.closeCut();
         this.closeReport();
         // What this result cannot show gives way to what every result has.
-        const needsModel = ['thickness', 'section', 'material'].includes(state.field) && !result.model;
+        const needsModel = NEED_MODEL.includes(state.field) && !result.model;
         if (needsModel) this.store.set({ field: 'SE' });
         if (state.average === 'element' && !result.own) this.store.set({ average: 'nodal' });
         this.scene.show(result);
@@ -135,7 +138,7 @@ export class App {
     }
 
     /** A picture as it is shown, of another size in pixels. */
-    async compose(size: PictureSize, letters?: number): Promise<Blob> {
+    async compose(size: PictureSize, letters: number): Promise<Blob> {
         const source = this.source()!;
         return composePicture(source.scene, size, this.area.size, (map) => overlayContent(source, map), letters);
     }
@@ -172,6 +175,7 @@ export class App {
         // The lines of a cut stay where the structure was when it was cut.
         if (changed.has('deformed') || changed.has('scale') || changed.has('animated')) this.forgetCutLines();
         if (changed.has('dark')) document.documentElement.dataset.theme = this.store.state.dark ? 'dark' : 'light';
+        if (changed.has('unitFactor') || changed.has('unitName')) this.showTable();
         if (changed.has('language')) this.followLanguage();
         else if (!(changed.size === 1 && changed.has('camera'))) this.panel?.sync(this.store);
         this.describe();
@@ -188,7 +192,7 @@ export class App {
             {
                 open: () => this.picker.click(),
                 flipCut: () => this.cut.flip(),
-                goTo: (kind, number) => this.scene?.goTo(kind, number) ?? false,
+                goTo: (kind, text) => this.goTo(kind, text),
                 setTheme: (mode) => this.setTheme(mode),
                 setLanguage: (next: Language) => this.store.set({ language: next }),
                 help: () => this.help.flip(this.texts),
@@ -256,11 +260,14 @@ export class App {
         const t = this.texts;
         const lines = [
             `${t.probe.node} ${nodeName(this.result, probe.node, t)}   ${elementName(probe, t)}`,
-            `(${placeText(probe.position)})`,
+            `(${placeText(probe.position, this.scene?.size())})`,
         ];
+        const { factor } = unitOf(state);
         const hasValue = hasScale(state);
-        if (hasValue) lines.splice(1, 0, `${t.probe.atNode} ${numberText(probe.cornerValue)}`);
-        const title = hasValue ? `${state.field} ${numberText(probe.value, 5)}` : t.fields[state.field];
+        if (hasValue) lines.splice(1, 0, `${t.probe.atNode} ${numberText(probe.cornerValue / factor)}`);
+        const title = hasValue
+            ? withUnit(`${state.field} ${numberText(probe.value / factor, 5)}`, unitOf(state))
+            : t.fields[state.field];
         this.area.showTooltip(at, title, lines);
     }
 
@@ -274,13 +281,30 @@ export class App {
         else this.scene?.unmark();
     }
 
+    /** Gives back why there is nothing of that number. */
+    private goTo(kind: SearchKind, text: string): string | undefined {
+        if (!this.scene || !this.result) return undefined;
+        const found = findNumber(this.result, kind, text, this.texts);
+        if ('refusal' in found) return found.refusal;
+        this.table.addAll(this.scene.valuesOf(kind, found.number));
+        this.scene.goTo(kind, found.number);
+        return undefined;
+    }
+
+    /** What the address of the view asks for that cannot be shown. */
+    tellFaults(faults: readonly string[]): void {
+        const { address, dismiss } = this.texts.errors;
+        if (faults.length > 0) this.area.notice(address(faults.join(', ')), dismiss);
+    }
+
     private showTable(): void {
         this.area.redraw();
         if (!this.result || this.table.points.length === 0) {
             this.drawer.remove(this.table.root);
             return;
         }
-        this.table.render(this.result, this.texts, (text) => this.area.say(text));
+        const size = this.scene?.size() ?? 0;
+        this.table.render(this.result, this.texts, stressUnit(this.store.state), size, (text) => this.area.say(text));
         this.drawer.open(this.table.root, this.texts.probe.title, this.texts.probe.removeAll, () => this.table.clear());
     }
 
@@ -294,11 +318,13 @@ export class App {
 
     private showCut(from: Point, to: Point): void {
         const { state } = this.store;
-        const subtitle = fieldSubtitle(state, this.texts);
-        const title = this.texts.fields[state.field] + (subtitle ? `, ${subtitle}` : '');
+        const subtitle = fieldSubtitle(state, this.texts, this.scene?.showsWalls() ?? false);
+        const axis = fieldTitle(state, this.texts);
+        const { factor } = unitOf(state);
         const lines = this.scene?.cut(from, to) ?? [];
         this.cutLines = lines.map((line) => line.points);
-        this.plot.show(lines, title, this.texts);
+        const pieces = lines.map(({ length, value }) => ({ length, value: value.map((one) => one / factor) }));
+        this.plot.show(pieces, axis + (subtitle ? `, ${subtitle}` : ''), axis, this.texts);
         this.plot.onRead = (at) => {
             const points = at && lines[at.piece].points.subarray(3 * at.point, 3 * at.point + 3);
             this.cutPoint = points && [points[0], points[1], points[2]];
@@ -327,7 +353,9 @@ export class App {
             ? { width: Math.round(page.width * ratio), height: Math.round(page.height * ratio) }
             : { width, height };
         try {
-            const picture = await this.compose(size, asShown ? ratio : undefined);
+            // The legend covers no more of the structure than on the page.
+            const letters = asShown ? ratio : Math.min(letterScale(size), size.height / page.height);
+            const picture = await this.compose(size, letters);
             const name = `${this.result!.title.replace(/[^\p{L}\p{N}._+-]+/gu, '-')}-${this.store.state.field}.png`;
             save(name, picture);
             this.area.say(this.texts.saved(name));

@@ -9,8 +9,9 @@ import { faultText } from '../ui/ErrorPanel';
 import type { Texts } from '../ui/Texts';
 import { isDark, storedTheme, type ThemeMode } from '../ui/Theme';
 import { Address, complete } from './Address';
-import { standardViewOf, stateOfWords } from './AddressWords';
+import { faultsOf, standardViewOf, stateOfWords } from './AddressWords';
 import { App } from './App';
+import { letterScale } from './Compose';
 import { makePlace, pictureOrder, postError, postPicture, type PictureOrder } from './PictureMode';
 import { embeddedPacket, fetchPacket, packetAddress, readEmbedded, readFiles } from './Sources';
 
@@ -42,7 +43,10 @@ export async function begin(root: HTMLElement): Promise<void> {
     app.linkToView = () => address.link();
     const files = new Files(app, (result) => {
         if (app.shown) app.show(result);
-        else showFirst(app, store, result, hash);
+        else {
+            showFirst(app, store, result, hash);
+            app.tellFaults(faultsOf(hash, result));
+        }
     });
     // Files that are opened while the page's own result is still on its way take its place.
     const ownResult = new AbortController();
@@ -54,8 +58,10 @@ export async function begin(root: HTMLElement): Promise<void> {
         requireWebGL(app);
         const packet = await pagePacket(app, ownResult.signal);
         if (ownResult.signal.aborted) return;
-        if (packet) showPacket(app, store, packet, hash);
-        else app.start.showDrop(app.texts);
+        if (packet) {
+            showPacket(app, store, packet, hash);
+            app.tellFaults(faultsOf(packetView(packet, hash), packet.result));
+        } else app.start.showDrop(app.texts);
     } catch (error) {
         if (ownResult.signal.aborted) return;
         app.start.showError(messageOf(error, app.texts), app.texts, () => app.start.showDrop(app.texts));
@@ -73,10 +79,15 @@ async function deliver(app: App, store: Store, order: PictureOrder): Promise<voi
         requireWebGL(app);
         const packet = await pagePacket(app, new AbortController().signal);
         if (!packet) throw new Error('the page has no result to draw');
+        const faults = faultsOf(packetView(packet, location.hash), packet.result);
+        if (faults.length > 0) {
+            const { address, addressExpected, addressToDo } = app.texts.errors;
+            throw new Error(faultText(address(faults.join(', ')), addressExpected, addressToDo));
+        }
         showPacket(app, store, packet, location.hash);
         // The first drawing sets up what copies are made with.
         await new Promise<void>((resolve) => app.picture!.onDraw(resolve));
-        await postPicture(await app.compose(order));
+        await postPicture(await app.compose(order, letterScale(order)));
     } catch (error) {
         await postError(messageOf(error, app.texts));
     }
@@ -96,8 +107,12 @@ async function pagePacket(app: App, signal: AbortSignal): Promise<Packet | undef
 }
 
 /** The packet says how its makers want it seen; the address has the last word. */
-function showPacket(app: App, store: Store, { result, view }: Packet, hash: string): void {
-    showFirst(app, store, result, `${view ?? ''}&${hash.replace(/^#/, '')}`);
+function packetView({ view }: Packet, hash: string): string {
+    return `${view ?? ''}&${hash.replace(/^#/, '')}`;
+}
+
+function showPacket(app: App, store: Store, packet: Packet, hash: string): void {
+    showFirst(app, store, packet.result, packetView(packet, hash));
 }
 
 function showFirst(app: App, store: Store, result: Result, address: string): void {

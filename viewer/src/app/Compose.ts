@@ -25,17 +25,17 @@ export function mapping(from: PictureSize, to: PictureSize): (point: Point) => P
 }
 
 /**
- * width and height in pixels, page: size of the picture on the page in CSS pixels. content gives the overlay with its
- * points mapped into the size that letters are measured in.
+ * width and height in pixels, page: size of the picture on the page in CSS pixels. letters: factor on letters, lines and
+ * markers. content gives the overlay with its points mapped into the size that letters are measured in.
  */
 export async function composePicture(
     scene: SceneView,
     size: PictureSize,
     page: PictureSize,
     content: (map: (point: Point) => Point) => OverlayContent,
-    letters = letterScale(size),
+    letters: number,
 ): Promise<Blob> {
-    const structure = await createImageBitmap(await scene.picture(size.width, size.height));
+    const structure = await createImageBitmap(await scene.picture(size.width, size.height, letters));
     const canvas = document.createElement('canvas');
     canvas.width = size.width;
     canvas.height = size.height;

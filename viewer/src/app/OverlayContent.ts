@@ -1,9 +1,12 @@
 // What stands over the picture at present, from the state of the view and what the scene shows.
-import { cssColour } from '../model/ColourScale';
+import { cssColour, cssOf, OVER_COLOUR, positionOf, positionSlack, UNDER_COLOURS } from '../model/ColourScale';
 import { isPropertyField, isStressField } from '../model/Fields';
+import { appliedLoads, inertiaLoads } from '../model/Loads';
 import type { Result } from '../model/Result';
+import { marksBeyond, themeOf } from '../scene/Appearance';
 import { categories, type Category } from '../scene/Categories';
-import type { Extreme, Probe, SceneView } from '../scene/SceneView';
+import type { Extreme, Extremes, Probe, SceneView } from '../scene/SceneView';
+import { unitOf, withUnit } from '../state/Units';
 import type { PropertyField, ViewState } from '../state/ViewState';
 import type { CategoryLegend, LegendContent, ScaleLegend } from '../ui/Legend';
 import { nodeName } from '../ui/Names';
@@ -26,21 +29,74 @@ export interface OverlaySource {
     cutPoint?: [number, number, number];
 }
 
-/** "larger face, nodal average" where the field has faces. */
-export function fieldSubtitle(state: Readonly<ViewState>, texts: Texts): string {
+/** "larger face, nodal average" where the field has faces; walls: whether walls of beams are seen. */
+export function fieldSubtitle(state: Readonly<ViewState>, texts: Texts, walls: boolean): string {
     if (!isStressField(state.field)) return '';
-    return `${texts.faceOf[state.face]}, ${texts.averageOf[state.average]}`;
+    const { nodal, element, elementButWalls } = texts.averageOf;
+    const average = state.average === 'nodal' ? nodal : walls ? elementButWalls : element;
+    return `${texts.faceOf[state.face]}, ${average}`;
+}
+
+/** "Equivalent stress SE (MPa)". */
+export function fieldTitle(state: Readonly<ViewState>, texts: Texts): string {
+    return withUnit(texts.fields[state.field], unitOf(state));
 }
 
 /** Bands have the colour of their middle, as on the structure. */
-function scaleLegend(state: Readonly<ViewState>, range: [number, number]): ScaleLegend {
-    return {
+export function scaleLegend(state: Readonly<ViewState>, range: [number, number], found?: Extremes): ScaleLegend {
+    const { factor } = unitOf(state);
+    const { logarithmic, colourMap } = state;
+    const legend: ScaleLegend = {
         kind: 'scale',
-        range,
+        range: [range[0] / factor, range[1] / factor],
         bands: state.bands ? state.bandCount : undefined,
-        logarithmic: state.logarithmic,
-        colourAt: (position) => cssColour(state.colourMap, position),
+        logarithmic,
+        colourAt: (position) => cssColour(colourMap, position),
     };
+    if (!found || !marksBeyond(state)) return legend;
+    const slack = positionSlack(range, logarithmic);
+    const isUnder = !(positionOf(found.min.value, range, logarithmic) >= -slack); // zero has no logarithm
+    const isOver = positionOf(found.max.value, range, logarithmic) > 1 + slack;
+    if (isUnder) legend.under = cssOf(UNDER_COLOURS[colourMap]);
+    if (isOver) legend.over = cssOf(OVER_COLOUR);
+    return legend;
+}
+
+/** The largest load of each kind, which is dear to find in a large result. */
+const knownLoads = new WeakMap<Result, { forces: number; moments: number; inertia: number }>();
+
+function largestLoads(result: Result): { forces: number; moments: number; inertia: number } {
+    let known = knownLoads.get(result);
+    if (!known) {
+        const applied = appliedLoads(result);
+        known = {
+            forces: applied.forces.longest,
+            moments: applied.moments.longest,
+            inertia: inertiaLoads(result).forces.longest,
+        };
+        knownLoads.set(result, known);
+    }
+    return known;
+}
+
+/** Of the arrows and cones that are shown. */
+export function symbolKey(state: Readonly<ViewState>, result: Result, texts: Texts): LegendContent['symbols'] {
+    const { showLoads, showInertia, showSupports } = state;
+    if (!result.model || !(showLoads || showInertia || showSupports)) return [];
+    const { forces, moments, inertia } = largestLoads(result);
+    const theme = themeOf(state);
+    const t = texts.legend;
+    const key: LegendContent['symbols'] = [];
+    const arrow = (colour: readonly number[], text: (largest: string) => string, largest: number): void => {
+        if (largest > 0) key.push({ colour: cssOf(colour), text: text(numberText(largest)), shape: 'arrow' });
+    };
+    if (showLoads) arrow(theme.force, t.forces, forces);
+    if (showLoads) arrow(theme.moment, t.moments, moments);
+    if (showInertia) arrow(theme.inertia, t.inertia, inertia);
+    if (showSupports && result.model.supportNodes.length > 0) {
+        key.push({ colour: cssOf(theme.support), text: t.supports, shape: 'cone' });
+    }
+    return key;
 }
 
 function categoryText(field: PropertyField, value: number, { model }: Result, texts: Texts): string {
@@ -78,22 +134,26 @@ function categoryLegend(field: PropertyField, result: Result, texts: Texts): Cat
 }
 
 /** Value and node on lines of their own: the legend stays narrow. */
-function extremeNotes(name: string, extreme: Extreme, { result, texts }: OverlaySource): string[] {
-    return [`${name} ${numberText(extreme.value)}`, texts.legend.node(nodeName(result, extreme.node, texts))];
+function extremeNotes(name: string, extreme: Extreme, { result, texts, state }: OverlaySource): string[] {
+    return [
+        `${name} ${numberText(extreme.value / unitOf(state).factor)}`,
+        texts.legend.node(nodeName(result, extreme.node, texts)),
+    ];
 }
 
 export function legendContent(source: OverlaySource): LegendContent | undefined {
     const { scene, state, result, texts } = source;
     const notes: string[] = [];
     const content: LegendContent = {
-        title: texts.fields[state.field],
-        subtitle: fieldSubtitle(state, texts),
+        title: fieldTitle(state, texts),
+        subtitle: fieldSubtitle(state, texts, scene.showsWalls()),
         notes,
+        symbols: symbolKey(state, result, texts),
     };
     if (hasScale(state)) {
         const range = scene.range();
         const found = scene.extremes();
-        if (range) content.key = scaleLegend(state, range);
+        if (range) content.key = scaleLegend(state, range, found);
         if (found) {
             notes.push(...extremeNotes(texts.legend.max, found.max, source));
             notes.push(...extremeNotes(texts.legend.min, found.min, source));
@@ -101,7 +161,7 @@ export function legendContent(source: OverlaySource): LegendContent | undefined 
         } else notes.push(texts.legend.noValues);
     } else if (isPropertyField(state.field)) content.key = categoryLegend(state.field, result, texts);
     if (state.deformed) notes.push(texts.legend.deformation(numberText(scene.scale(), 4)));
-    return state.field === 'none' && notes.length === 0 ? undefined : content;
+    return state.field === 'none' && notes.length === 0 && content.symbols.length === 0 ? undefined : content;
 }
 
 /** map: from the picture on the page to the one that is drawn. */
@@ -118,9 +178,10 @@ export function overlayContent(source: OverlaySource, map: (point: Point) => Poi
             if (!at) return;
             const flagged: Flag = {
                 at: map(at),
+                hidden: scene.isHidden(extreme.node),
                 lines: [
-                    `${name} ${numberText(extreme.value)}`,
-                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${placeText(extreme.position, 5)})`,
+                    `${name} ${numberText(extreme.value / unitOf(state).factor)}`,
+                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${placeText(extreme.position, scene.size(), 5)})`,
                 ],
             };
             content.flags.push(flagged);

@@ -1,5 +1,6 @@
 // A page that draws one picture and hands it to the program that serves it: "#...&picture=1600x900" in the address.
 // The picture is posted to "picture" beside the page, or a text that says why there is none to "error".
+import { letterScale } from './Compose';
 
 export interface PictureOrder {
     width: number;
@@ -24,11 +25,15 @@ export function pictureOrder(hash: string): PictureOrder | undefined {
     return { width, height };
 }
 
-/** The picture alone, as large as it is asked for: the structure is fitted as it would be on a page of this size. */
-export function makePlace(root: HTMLElement, { width, height }: PictureOrder): void {
+/**
+ * The picture alone, as large as it is asked for, measured in what letters are measured in: structure, legend and lines
+ * stand to one another as on a page of that size.
+ */
+export function makePlace(root: HTMLElement, order: PictureOrder): void {
+    const letters = letterScale(order);
     root.classList.add('picture-mode');
-    root.style.setProperty('--picture-width', `${width}px`);
-    root.style.setProperty('--picture-height', `${height}px`);
+    root.style.setProperty('--picture-width', `${order.width / letters}px`);
+    root.style.setProperty('--picture-height', `${order.height / letters}px`);
 }
 
 export async function postPicture(picture: Blob): Promise<void> {

@@ -39,6 +39,18 @@ export function colourAt(map: ColourMap, position: number): [number, number, num
     return [mixed(0), mixed(1), mixed(2)];
 }
 
+/** Of values above the limits: no map has it. */
+export const OVER_COLOUR: readonly [number, number, number] = [0.95, 0.2, 0.8];
+
+/** Of values below the limits: as light or dark, or of such a hue, as the map is nowhere. */
+export const UNDER_COLOURS: Record<ColourMap, readonly [number, number, number]> = {
+    viridis: [0.78, 0.9, 1],
+    cividis: [0.78, 0.9, 1],
+    turbo: [0.8, 0.8, 0.8],
+    coolwarm: [0.14, 0.14, 0.14],
+    grey: [0.35, 0.72, 1],
+};
+
 /** 3 per colour, at the middle of each band, so that bands and smooth colours agree. */
 export function colourTable(map: ColourMap, count: number): Float32Array {
     const table = new Float32Array(3 * count);
@@ -48,9 +60,11 @@ export function colourTable(map: ColourMap, count: number): Float32Array {
 
 /** For style sheets and canvases: "rgb(253 231 37)". */
 export function cssColour(map: ColourMap, position: number): string {
-    return `rgb(${colourAt(map, position)
-        .map((part) => Math.round(255 * part))
-        .join(' ')})`;
+    return cssOf(colourAt(map, position));
+}
+
+export function cssOf(colour: readonly number[]): string {
+    return `rgb(${colour.map((part) => Math.round(255 * part)).join(' ')})`;
 }
 
 /**
@@ -61,6 +75,15 @@ export function positionOf(value: number, [low, high]: readonly [number, number]
     if (!Number.isFinite(value) || (logarithmic && value <= 0)) return NaN;
     if (low === high) return value === low ? 0.5 : value < low ? -Infinity : Infinity;
     return logarithmic ? Math.log(value / low) / Math.log(high / low) : (value - low) / (high - low);
+}
+
+/**
+ * How far a position may be beyond 0 or 1 and still be a limit: values are single precision, a millionth of the limit
+ * is no excess.
+ */
+export function positionSlack([low, high]: readonly [number, number], logarithmic: boolean): number {
+    const part = 1e-6;
+    return logarithmic ? part / Math.log(high / low) : (part * Math.max(Math.abs(low), Math.abs(high))) / (high - low);
 }
 
 /** The inverse of positionOf. */
@@ -93,9 +116,21 @@ export function niceLimits(min: number, max: number, bands: number): [number, nu
     }
 }
 
+/** Decades of a logarithmic scale whose lower limit was given as zero or less. */
+const DECADES_BELOW = 3;
+
 /**
- * Limits of a logarithmic scale: powers of ten around the positive values, undefined where there are none. shown: one
- * per value, 0 for those left out.
+ * Limits that a logarithmic scale can have: for a lower one of zero or less another is taken, some decades under the
+ * upper one. undefined where that is not positive either.
+ */
+export function positiveLimits([low, high]: readonly [number, number]): [number, number] | undefined {
+    if (low > 0) return [low, high];
+    return high > 0 ? [Number((high / 10 ** DECADES_BELOW).toPrecision(12)), high] : undefined;
+}
+
+/**
+ * Limits of a logarithmic scale: 1, 2 or 5 times a power of ten around the positive values, undefined where there are
+ * none. shown: one per value, 0 for those left out.
  */
 export function logarithmicLimits(values: Float32Array, shown?: Uint8Array): [number, number] | undefined {
     let min = Infinity;
@@ -107,9 +142,19 @@ export function logarithmicLimits(values: Float32Array, shown?: Uint8Array): [nu
         if (value > max) max = value;
     }
     if (max === 0) return undefined;
-    const first = Math.floor(Math.log10(min) + 1e-6); // 10 in single precision is 10
-    const last = Math.max(first + 1, Math.ceil(Math.log10(max) - 1e-6));
-    return [Number(`1e${first}`), Number(`1e${last}`)];
+    // 10 in single precision is 10
+    const low = oneTwoFive(min * (1 + 1e-6)).below;
+    const high = oneTwoFive(max * (1 - 1e-6)).above;
+    return [low, high > low ? high : oneTwoFive(max * (1 + 1e-6)).above];
+}
+
+/** The nearest of 1, 2 and 5 times a power of ten: not above the value, and above it. */
+function oneTwoFive(value: number): { below: number; above: number } {
+    const power = Math.floor(Math.log10(value));
+    const steps = [`1e${power - 1}`, `1e${power}`, `2e${power}`, `5e${power}`, `1e${power + 1}`, `2e${power + 1}`];
+    const numbers = steps.map(Number);
+    const next = numbers.findIndex((number) => number > value);
+    return { below: numbers[next - 1], above: numbers[next] };
 }
 
 function withoutRoundOff(value: number): number {

@@ -1,5 +1,5 @@
 // Colours of everything in the picture.
-import { colourAt, colourTable, MOST_BANDS } from '../model/ColourScale';
+import { colourAt, colourTable, MOST_BANDS, OVER_COLOUR, UNDER_COLOURS } from '../model/ColourScale';
 import { isPropertyField } from '../model/Fields';
 import type { ViewState } from '../state/ViewState';
 import { categoryColours } from './Categories';
@@ -62,9 +62,15 @@ export function surfaceLook(state: ViewState, range: [number, number] | undefine
     const look = { limits: range ?? [0, 1], logarithmic: state.logarithmic, none: theme.none } satisfies Partial<Look>;
     if (isPropertyField(state.field)) return { ...look, mode: 'categories', colours: categoryColours() };
     if (!range) return { ...look, mode: 'plain', colours: Float32Array.from(theme.plain) };
+    const beyond = marksBeyond(state) ? { under: UNDER_COLOURS[state.colourMap], over: OVER_COLOUR } : undefined;
     return state.bands
-        ? { ...look, mode: 'bands', colours: colourTable(state.colourMap, state.bandCount) }
-        : { ...look, mode: 'smooth', colours: smoothColours(state.colourMap) };
+        ? { ...look, beyond, mode: 'bands', colours: colourTable(state.colourMap, state.bandCount) }
+        : { ...look, beyond, mode: 'smooth', colours: smoothColours(state.colourMap) };
+}
+
+/** Automatic limits hold all values, but for those of zero and less on a logarithmic scale. */
+export function marksBeyond(state: Pick<ViewState, 'limits' | 'logarithmic'>): boolean {
+    return state.limits !== undefined || state.logarithmic;
 }
 
 function smoothColours(map: ViewState['colourMap']): Float32Array {

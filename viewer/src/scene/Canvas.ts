@@ -15,6 +15,8 @@ import { minus, scaled } from './Vectors';
 export class Canvas {
     /** Called before the picture is drawn. */
     beforeDrawing: () => void = () => {};
+    /** Called when the picture has another size, before it is drawn in it. */
+    afterResize: () => void = () => {};
     /** Called after the picture was drawn. */
     afterDrawing: () => void = () => {};
 
@@ -37,6 +39,7 @@ export class Canvas {
         this.fillContainer();
         this.observer = new ResizeObserver(() => {
             this.fillContainer();
+            this.afterResize();
             this.drawNow();
         });
         this.observer.observe(container);
@@ -104,19 +107,24 @@ export class Canvas {
         this.lastBegin = begin;
     }
 
-    /** A copy of the picture in another size, in pixels; rejected where the graphics card cannot draw so large a one. */
-    async copy(width: number, height: number): Promise<HTMLCanvasElement> {
+    /** Throws where the graphics card cannot draw so large a picture. */
+    requireSize(width: number, height: number): void {
         const gl = this.graphics()!;
         const limit = gl.getParameter(gl.MAX_RENDERBUFFER_SIZE) as number;
         if (!(width >= 1 && height >= 1 && Math.max(width, height) <= limit)) {
             throw new RangeError(`picture of ${width} x ${height} pixels: from 1 to ${limit} pixels are possible`);
         }
+    }
+
+    /** A copy of the picture in another size, in pixels. drawn: called before the picture of the page is drawn again. */
+    copy(width: number, height: number, drawn: () => void): HTMLCanvasElement {
         const copy = document.createElement('canvas');
         [copy.width, copy.height] = [Math.round(width), Math.round(height)];
         this.view.setSize(copy.width, copy.height);
         this.drawNow();
         // Within the same task, while the drawing still stands in the canvas.
         copy.getContext('2d')!.drawImage(this.element, 0, 0);
+        drawn();
         this.fillContainer();
         this.drawNow();
         return copy;

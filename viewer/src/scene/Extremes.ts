@@ -5,6 +5,9 @@ import type { Surface } from './Surface';
 import { at } from './Vectors';
 import { isKept, type ClipPlane } from './Visibility';
 
+/** Values are single precision: of those that differ by no more than this part, either may come out as the larger. */
+const TIE = 1e-6;
+
 /** Of values that are finite, the others are counted; undefined where no value is left. places: 3 per node. */
 export function extremes(
     surface: Surface,
@@ -37,6 +40,9 @@ export function extremes(
         }
     }
     if (least < 0 || largest < 0) return undefined;
+    least = firstCorner(surface, values, shown, places, plane, (value) => value <= min + TIE * Math.abs(min)) ?? least;
+    largest =
+        firstCorner(surface, values, shown, places, plane, (value) => value >= max - TIE * Math.abs(max)) ?? largest;
     const extreme = (value: number, corner: number): Extreme => ({
         value,
         vertex: surface.cornerVertex[corner],
@@ -44,4 +50,31 @@ export function extremes(
         position: at(surface.result.coordinates, surface.cornerNode[corner]),
     });
     return { min: extreme(min, least), max: extreme(max, largest), notFinite };
+}
+
+/** In the order of the shells, quadrilaterals before triangles, walls of beams last. */
+function firstCorner(
+    surface: Surface,
+    values: FacePair,
+    shown: Uint8Array,
+    places: Float32Array,
+    plane: ClipPlane | undefined,
+    takes: (value: number) => boolean,
+): number | undefined {
+    const { quadCount, elementCount, result } = surface;
+    for (const [first, end] of [
+        [0, result.shellQuads],
+        [quadCount, elementCount],
+        [result.shellQuads, quadCount],
+    ]) {
+        for (let element = first; element < end; ++element) {
+            if (!shown[element]) continue;
+            const begin = surface.cornerBegin(element);
+            for (let corner = begin; corner < begin + surface.cornerCount(element); ++corner) {
+                const isTaken = takes(values.positive[corner]) || takes(values.negative[corner]);
+                if (isTaken && (!plane || isKept(plane, at(places, surface.cornerNode[corner])))) return corner;
+            }
+        }
+    }
+    return undefined;
 }

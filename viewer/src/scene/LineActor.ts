@@ -2,16 +2,20 @@
 import { MotionActor, type Program, type ShaderReplacement } from './MotionActor';
 
 export class LineActor extends MotionActor {
+    private factor = 1;
+
     /** onTop: also in front of what hides it. */
-    constructor(width: number, options: { onTop?: boolean; discs?: boolean } = {}) {
+    constructor(
+        private width: number,
+        options: { onTop?: boolean; discs?: boolean } = {},
+    ) {
         super([options.onTop ? ON_TOP : NEARER, ...(options.discs ? DISCS : [])], []);
         const property = this.actor.getProperty();
         property.setLighting(false);
         property.setInterpolationToFlat();
         property.setAmbient(1);
         property.setDiffuse(0);
-        property.setLineWidth(width);
-        property.setPointSize(width);
+        this.applyWidth();
     }
 
     protected beforeDrawing(_program: Program, gl: WebGL2RenderingContext): void {
@@ -26,8 +30,19 @@ export class LineActor extends MotionActor {
     }
 
     setWidth(width: number): void {
-        this.actor.getProperty().setLineWidth(width);
-        this.actor.getProperty().setPointSize(width);
+        this.width = width;
+        this.applyWidth();
+    }
+
+    /** On the width, for a picture of another size. */
+    setFactor(factor: number): void {
+        this.factor = factor;
+        this.applyWidth();
+    }
+
+    private applyWidth(): void {
+        this.actor.getProperty().setLineWidth(this.factor * this.width);
+        this.actor.getProperty().setPointSize(this.factor * this.width);
     }
 }
 

@@ -1,4 +1,5 @@
 // The three-dimensional picture of a result: brings together what is shown, its actors and the camera.
+import { positiveLimits } from '../model/ColourScale';
 import { isMotionField, isPropertyField, isStressField } from '../model/Fields';
 import type { Result } from '../model/Result';
 import type { Camera, StandardView, ViewState } from '../state/ViewState';
@@ -36,6 +37,7 @@ const LOOK_KEYS = [
     'bandCount',
     'colourMap',
     'logarithmic',
+    'unitFactor',
     'dark',
     'clip',
     'deformed',
@@ -64,6 +66,8 @@ export class Scene implements SceneView {
     private shown?: ShownResult;
     /** Whatever is drawn is within. */
     private reach: Bounds = [0, 1, 0, 1, 0, 1];
+    /** Whether the camera stands where it was put to show the whole; a picture of another size is fitted anew then. */
+    private fits = false;
     private animation = 0;
     private telling = 0;
     private resting = 0;
@@ -79,6 +83,7 @@ export class Scene implements SceneView {
         if (!container.hasAttribute('tabindex')) container.tabIndex = 0;
         this.control = new CameraControl(container, (change) => this.dragCamera(change(this.camera)));
         this.canvas.beforeDrawing = () => this.placeCamera();
+        this.canvas.afterResize = () => this.fits && this.fit();
         this.canvas.afterDrawing = () => {
             this.axes.draw(this.projection());
             for (const listener of this.drawListeners) listener();
@@ -110,8 +115,10 @@ export class Scene implements SceneView {
         this.updateClip();
         this.updateScale();
         this.updateLook();
-        if (this.state.camera) this.camera = this.state.camera;
-        else this.setStandardView('iso');
+        if (this.state.camera) {
+            this.camera = this.state.camera;
+            this.fits = false;
+        } else this.setStandardView('iso');
         this.canvas.draw();
     }
 
@@ -132,18 +139,23 @@ export class Scene implements SceneView {
             if (any('deformed', 'scale', 'animated')) this.updateScale();
             if (visibility || values || any(...LOOK_KEYS)) this.updateLook();
             // Not told to those who listen: it is they who have set it.
-            if (changed.has('camera') && state.camera) this.camera = state.camera;
+            if (changed.has('camera') && state.camera && state.camera !== this.camera) {
+                this.camera = state.camera;
+                this.fits = false;
+            }
         }
         this.canvas.draw();
     }
 
     fit(): void {
         if (!this.shown) return;
+        this.fits = true;
         this.moveCamera(this.beside(fitted(this.camera, this.shown.box(), this.aspect(), this.state.parallel)));
     }
 
     setStandardView(view: StandardView): void {
         if (!this.shown) return;
+        this.fits = true;
         this.moveCamera(this.beside(standardView(view, this.shown.box(), this.aspect(), this.state.parallel)));
     }
 
@@ -151,6 +163,7 @@ export class Scene implements SceneView {
         const found = this.shown?.find(kind, number);
         if (!this.shown || !found) return false;
         this.markUp(found);
+        this.fits = false;
         const box = this.shown.boxOf(found.nodes);
         const centre: Vec3 = [(box[0] + box[1]) / 2, (box[2] + box[3]) / 2, (box[4] + box[5]) / 2];
         const half = Math.max(FOUND_PART * this.shown.size, 2 * diagonal(box)) / 2;
@@ -176,7 +189,29 @@ export class Scene implements SceneView {
         if (!this.hasRange()) return undefined;
         const { limits, logarithmic } = this.state;
         // Zero has no place on a logarithmic scale.
-        return limits && !(logarithmic && limits[0] <= 0) ? limits : this.shown?.range(this.state);
+        const own = limits && logarithmic ? positiveLimits(limits) : limits;
+        return own ?? this.shown?.range(this.state);
+    }
+
+    valuesOf(kind: 'node' | ElementKind | 'beam', number: number): Probe[] {
+        return this.shown?.valuesOf(kind, number) ?? [];
+    }
+
+    showsWalls(): boolean {
+        if (!this.shown) return false;
+        const { visible, surface } = this.shown;
+        return visible.subarray(surface.result.shellQuads, surface.quadCount).includes(1);
+    }
+
+    isHidden(node: number): boolean {
+        if (!this.shown || (this.state.animated && this.state.deformed)) return false;
+        const projection = this.projection();
+        const pixel = projection.toPixel(at(this.shown.places(), node));
+        return pixel !== undefined && this.shown.hides(node, projection.ray(...pixel), this.state.parallel);
+    }
+
+    size(): number {
+        return this.shown?.size ?? 0;
     }
 
     scale(): number {
@@ -209,10 +244,11 @@ export class Scene implements SceneView {
         this.drawListeners.push(listener);
     }
 
-    async picture(width: number, height: number): Promise<Blob> {
+    async picture(width: number, height: number, factor = 1): Promise<Blob> {
+        this.canvas.requireSize(width, height);
         this.rest();
-        const copy = await this.canvas.copy(width, height);
-        const factor = Math.max(1, height / this.canvas.size[1]);
+        for (const lines of this.lines()) lines.setFactor(factor);
+        const copy = this.canvas.copy(width, height, () => this.lines().forEach((lines) => lines.setFactor(1)));
         const context = copy.getContext('2d')!;
         this.axes.drawInto(context, this.projection(), 4 * factor, height - (4 + Axes.size) * factor, factor);
         return new Promise((resolve, reject) =>
@@ -221,6 +257,10 @@ export class Scene implements SceneView {
                 'image/png',
             ),
         );
+    }
+
+    private lines(): LineActor[] {
+        return [...this.moving, this.outline].filter((actor) => actor instanceof LineActor);
     }
 
     private hasRange(): boolean {
@@ -261,6 +301,7 @@ export class Scene implements SceneView {
         }
         clearTimeout(this.resting);
         this.resting = window.setTimeout(() => this.rest(), REST);
+        this.fits = false;
         this.moveCamera(camera);
     }
 

@@ -7,7 +7,8 @@ export type ElementKind = 'quad' | 'tri' | 'wall';
 
 /** What stands under a point of the picture. */
 export interface Probe {
-    kind: ElementKind;
+    /** 'node': it belongs to no shell or wall, and has no stresses. */
+    kind: ElementKind | 'node';
     /** Number within its kind, as in the model file; of a wall: within its beam. */
     element: number;
     /** Of a wall: the number of its beam. */
@@ -51,12 +52,23 @@ export interface SceneView {
     probe(x: number, y: number): Probe | undefined;
     /** Of what is visible; undefined for fields without values. */
     extremes(): Extremes | undefined;
+    /** Values at a node, at the corners of an element, or where they are largest on a beam. */
+    valuesOf(kind: 'node' | ElementKind | 'beam', number: number): Probe[];
+    /** Whether section walls of beams are among what is visible. */
+    showsWalls(): boolean;
+    /** Whether a node, as it is deformed, stands behind the structure; never while that swings. */
+    isHidden(node: number): boolean;
+    /** Diagonal of the undeformed model. */
+    size(): number;
     /** The limits of the colours in use. */
     range(): [number, number] | undefined;
     /** Factor on displacements in use. */
     scale(): number;
-    /** PNG, in pixels of the picture; rejected with a RangeError where the graphics card cannot draw so many. */
-    picture(width: number, height: number): Promise<Blob>;
+    /**
+     * PNG, in pixels of the picture; rejected with a RangeError where the graphics card cannot draw so many. factor: on
+     * widths of lines and the directions of the axes, which are those of the page for 1.
+     */
+    picture(width: number, height: number, factor?: number): Promise<Blob>;
     /** Takes away the mark that goTo has set. */
     unmark(): void;
     /** CSS pixels of a place of the model, and of a node as it is deformed; undefined: outside of the picture. */

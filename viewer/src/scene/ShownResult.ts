@@ -4,6 +4,7 @@ import { logarithmicLimits, niceLimits } from '../model/ColourScale';
 import type { FacePair } from '../model/Fields';
 import type { Result } from '../model/Result';
 import { meshEdges, type MeshEdges } from '../model/Topology';
+import { unitOf } from '../state/Units';
 import type { ViewState } from '../state/ViewState';
 import { shownValues } from './ShownValues';
 import { cutSurface, type CutLine } from './Cut';
@@ -15,6 +16,9 @@ import type { ElementKind, Extremes, Probe } from './SceneView';
 import { Surface } from './Surface';
 import { add, at, cross, dot, minus, norm, scaled, type Vec3 } from './Vectors';
 import { clipPlane, isKept, shownElements, type ClipPlane } from './Visibility';
+
+/** What is nearer to a point than this part of the size of the model does not hide it. */
+const NEAR_PART = 1e-4;
 
 export class ShownResult {
     readonly surface: Surface;
@@ -120,10 +124,15 @@ export class ShownResult {
     }
 
     /** Limits of the colours: round numbers around the values shown; undefined where there are none. */
-    range(state: Pick<ViewState, 'logarithmic' | 'bandCount'>): [number, number] | undefined {
+    range(state: ViewState): [number, number] | undefined {
         const found = this.extremes();
         if (!found) return undefined;
-        if (!state.logarithmic) return niceLimits(found.min.value, found.max.value, state.bandCount);
+        if (!state.logarithmic) {
+            // Round in the unit in which they are told.
+            const { factor } = unitOf(state);
+            const [low, high] = niceLimits(found.min.value / factor, found.max.value / factor, state.bandCount);
+            return [low * factor, high * factor];
+        }
         this.decades ??= this.findDecades();
         return this.decades;
     }
@@ -144,6 +153,55 @@ export class ShownResult {
                 isKept(clip, pointAt(each)),
         );
         return hit && this.probeAt(hit, pointAt(hit), ray.direction);
+    }
+
+    /** Whether something shown stands before a node; ray: from the eye through it. Elements at the node hide it not. */
+    hides(node: number, ray: Ray, parallel: boolean): boolean {
+        const { surface, visible, clip } = this;
+        const distance = dot(minus(at(this.places(), node), ray.origin), ray.direction);
+        // Where a plate and the walls of a beam, or those of two beams, meet they have nodes of their own at one place.
+        const nearest = distance - NEAR_PART * this.size;
+        const hit = this.rayTree().cast(
+            ray,
+            (each) =>
+                each.distance < nearest &&
+                (parallel || each.distance > 0) &&
+                visible[surface.elementOfTriangle(each.triangle)] === 1 &&
+                [0, 1, 2].every((i) => surface.cornerNode[surface.triangles[3 * each.triangle + i]] !== node) &&
+                isKept(clip, add(ray.origin, scaled(ray.direction, each.distance))),
+        );
+        return hit !== undefined;
+    }
+
+    /** What a probe tells: of a node for each pair of face stresses, of an element for each corner, of a beam where its
+     * value is largest. */
+    valuesOf(kind: 'node' | ElementKind | 'beam', number: number): Probe[] {
+        const { surface, result } = this;
+        const found = this.find(kind, number);
+        if (!found) return [];
+        if (kind === 'node') {
+            const corners: number[] = [];
+            const vertices = new Set<number>();
+            for (let corner = 0; corner < surface.cornerNode.length; ++corner) {
+                if (surface.cornerNode[corner] !== number || vertices.has(surface.cornerVertex[corner])) continue;
+                vertices.add(surface.cornerVertex[corner]);
+                corners.push(corner);
+            }
+            return corners.length > 0
+                ? corners.map((corner) => this.probeOfCorner(corner))
+                : [this.probeOfNode(number)];
+        }
+        if (kind === 'beam') {
+            const [begin, end] = [result.beams.wallBegin[number], result.beams.wallBegin[number + 1]];
+            let largest = 4 * begin;
+            for (let corner = 4 * begin; corner < 4 * end; ++corner) {
+                if (this.largerValue(corner) > this.largerValue(largest)) largest = corner;
+            }
+            return begin < end ? [this.probeOfCorner(largest)] : [];
+        }
+        const element = number + { quad: 0, wall: result.shellQuads, tri: surface.quadCount }[kind];
+        const first = surface.cornerBegin(element);
+        return Array.from({ length: surface.cornerCount(element) }, (_, i) => this.probeOfCorner(first + i));
     }
 
     /** Its nodes, and closed rings of nodes to mark; undefined: there is none of this number. */
@@ -198,6 +256,40 @@ export class ShownResult {
         );
     }
 
+    private largerValue(corner: number): number {
+        return Math.max(this.values.positive[corner], this.values.negative[corner]);
+    }
+
+    private probeOfCorner(corner: number): Probe {
+        const { surface, values } = this;
+        const face = values.negative[corner] > values.positive[corner] ? 'negative' : 'positive';
+        const node = surface.cornerNode[corner];
+        return {
+            ...this.elementNames(surface.elementOfCorner(corner)),
+            ...this.placesOf(node),
+            vertex: surface.cornerVertex[corner],
+            value: values[face][corner],
+            cornerValue: values[face][corner],
+            face,
+        };
+    }
+
+    private probeOfNode(node: number): Probe {
+        const nothing = { vertex: -1, value: NaN, cornerValue: NaN, face: 'positive' } as const;
+        return { kind: 'node', element: node, ...this.placesOf(node), ...nothing };
+    }
+
+    private placesOf(node: number): Pick<Probe, 'node' | 'hit' | 'position'> {
+        return { node, hit: at(this.places(), node), position: at(this.result.coordinates, node) };
+    }
+
+    private elementNames(element: number): Pick<Probe, 'kind' | 'element' | 'beam'> {
+        const { surface } = this;
+        const kind = surface.kind(element);
+        const names = { kind, element: surface.numberInKind(element) };
+        return kind === 'wall' ? { ...names, beam: surface.wallBeam[element - this.result.shellQuads] } : names;
+    }
+
     private probeAt(hit: Hit, point: Vec3, direction: Vec3): Probe {
         const { surface, values } = this;
         const corners = [0, 1, 2].map((i) => surface.triangles[3 * hit.triangle + i]);
@@ -206,11 +298,8 @@ export class ShownResult {
         const face = dot(cross(minus(b, a), minus(c, a)), direction) < 0 ? 'positive' : 'negative';
         const [p, q, r] = corners.map((corner) => values[face][corner]);
         const nearest = this.nearestCorner(element, point);
-        const kind = surface.kind(element);
         return {
-            kind,
-            element: surface.numberInKind(element),
-            ...(kind === 'wall' ? { beam: surface.wallBeam[element - this.result.shellQuads] } : {}),
+            ...this.elementNames(element),
             node: surface.cornerNode[nearest],
             vertex: surface.cornerVertex[nearest],
             hit: point,

@@ -1,6 +1,6 @@
 // Draws triangles coloured by a field. Values are interpolated over each triangle and looked up per pixel, so that
 // bands have sharp edges, and new limits or colours rebuild nothing.
-import { MOST_BANDS } from '../model/ColourScale';
+import { MOST_BANDS, positionSlack } from '../model/ColourScale';
 import { MotionActor, type Program, type ShaderReplacement } from './MotionActor';
 
 /** WebGL's smallest guaranteed number of uniforms holds them. */
@@ -16,6 +16,8 @@ export interface Look {
     colours: Float32Array;
     /** Where there is no value. */
     none: [number, number, number];
+    /** Of values below and above the limits; undefined: they have the colours of the ends. */
+    beyond?: { under: readonly [number, number, number]; over: readonly [number, number, number] };
 }
 
 const MODES = ['bands', 'smooth', 'categories', 'plain'];
@@ -42,7 +44,7 @@ export class SurfaceActor extends MotionActor {
         gl.enable(gl.POLYGON_OFFSET_FILL);
         this.depthSteps ||= 2 ** (gl.getParameter(gl.DEPTH_BITS) as number);
         gl.polygonOffset(1.5, 4 + this.back * this.depthSteps);
-        const { limits, logarithmic, mode, colours, none } = this.look;
+        const { limits, logarithmic, mode, colours, none, beyond } = this.look;
         this.palette.set(colours.subarray(0, this.palette.length));
         const [low, high] = logarithmic ? [Math.log(limits[0]), Math.log(limits[1])] : limits;
         program.setUniform2f('fieldLimits', low, high);
@@ -51,6 +53,10 @@ export class SurfaceActor extends MotionActor {
         program.setUniformi('paletteCount', Math.min(MAX_COLOURS, colours.length / 3));
         program.setUniform3fv('palette', this.palette);
         program.setUniform3f('noneColour', ...none);
+        // As a part of the range.
+        program.setUniform2f('fieldBeyond', beyond ? 1 : 0, beyond ? positionSlack(limits, logarithmic) : 0);
+        program.setUniform3f('underColour', ...(beyond?.under ?? none));
+        program.setUniform3f('overColour', ...(beyond?.over ?? none));
     }
 }
 
@@ -81,15 +87,23 @@ uniform int fieldLogarithmic;
 uniform int paletteCount;
 uniform vec3 palette[${MAX_COLOURS}];
 uniform vec3 noneColour;
+uniform vec2 fieldBeyond;
+uniform vec3 underColour;
+uniform vec3 overColour;
 vec3 fieldColour(float value) {
   if (fieldMode == 3) return palette[0];
   if (!(abs(value) < 1.0e37)) return noneColour;
   if (fieldMode == 2) return palette[int(value + 0.5) % paletteCount];
   if (fieldLogarithmic == 1) {
-    if (value <= 0.0) return noneColour;
+    if (value <= 0.0) return fieldBeyond.x > 0.5 ? underColour : noneColour;
     value = log(value);
   }
-  float part = clamp((value - fieldLimits.x) / max(fieldLimits.y - fieldLimits.x, 1.0e-37), 0.0, 1.0);
+  float part = (value - fieldLimits.x) / max(fieldLimits.y - fieldLimits.x, 1.0e-37);
+  if (fieldBeyond.x > 0.5) {
+    if (part < -fieldBeyond.y) return underColour;
+    if (part > 1.0 + fieldBeyond.y) return overColour;
+  }
+  part = clamp(part, 0.0, 1.0);
   if (fieldMode == 0) return palette[min(int(part * float(paletteCount)), paletteCount - 1)];
   float place = part * float(paletteCount - 1);
   int below = min(int(place), paletteCount - 2);

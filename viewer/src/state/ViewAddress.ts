@@ -86,6 +86,14 @@ const box: Codec<NonNullable<ViewState['box']>> = converted(
     (values) => values as NonNullable<ViewState['box']>,
 );
 
+/** Of the name of a unit. */
+export const LONGEST_NAME = 16;
+
+const name: Codec<string> = {
+    write: (value) => encodeURIComponent(value),
+    read: (text) => (text.length <= LONGEST_NAME ? text : undefined),
+};
+
 const limits: Codec<NonNullable<ViewState['limits']>> = converted(
     numbers((values) => values.length === 2 && values[0] <= values[1]),
     (values) => [...values],
@@ -103,6 +111,8 @@ const CODECS: { [K in keyof Required<ViewState>]: Codec<NonNullable<ViewState[K]
     limits,
     logarithmic: flag,
     flags: flag,
+    unitFactor: number((factor) => factor > 0),
+    unitName: name,
     deformed: flag,
     scale: number((factor) => factor >= 0),
     animated: flag,
@@ -124,13 +134,20 @@ const CODECS: { [K in keyof Required<ViewState>]: Codec<NonNullable<ViewState[K]
     language: choice(['en', 'zh']),
 };
 
+/** Words that are shorter than the names of their parts. */
+const WORDS: Partial<Record<keyof ViewState, string>> = { unitFactor: 'unit' };
+
+const KEYS = new Map(
+    (Object.keys(CODECS) as (keyof ViewState)[]).map((key): [string, keyof ViewState] => [WORDS[key] ?? key, key]),
+);
+
 /** Without "#". Empty where nothing differs from `initial`. */
 export function addressOf(state: ViewState, initial: ViewState = DEFAULT_STATE): string {
     const parts: string[] = [];
-    for (const key of Object.keys(CODECS) as (keyof ViewState)[]) {
+    for (const [word, key] of KEYS) {
         const text = textOf(state, key);
         // What was taken away, as limits that were given, stands with an empty text.
-        if (text !== textOf(initial, key)) parts.push(`${key}=${text ?? ''}`);
+        if (text !== textOf(initial, key)) parts.push(`${word}=${text ?? ''}`);
     }
     return parts.length === 0 ? '' : [`v=${VERSION}`, ...parts].join('&');
 }
@@ -138,10 +155,22 @@ export function addressOf(state: ViewState, initial: ViewState = DEFAULT_STATE):
 /** With or without "#". */
 export function stateOfAddress(address: string, initial: ViewState = DEFAULT_STATE): ViewState {
     const state = { ...initial };
-    for (const [key, text] of new URLSearchParams(address.replace(/^#/, ''))) {
-        if (Object.hasOwn(CODECS, key)) readInto(state, key as keyof ViewState, text);
+    for (const [word, text] of wordsOf(address)) {
+        const key = KEYS.get(word);
+        if (key) readInto(state, key, text);
     }
     return state;
+}
+
+/** Of an address with or without "#", in order. */
+export function wordsOf(address: string): [string, string][] {
+    return [...new URLSearchParams(address.replace(/^#/, ''))].filter(([word, text]) => word !== '' || text !== '');
+}
+
+/** Whether a word is one of the state and its value makes sense. */
+export function isWordOfState(word: string, text: string): boolean {
+    const key = KEYS.get(word);
+    return key ? readInto({ ...DEFAULT_STATE }, key, text) : word === 'v';
 }
 
 function textOf<K extends keyof ViewState>(state: ViewState, key: K): string | undefined {
@@ -149,10 +178,13 @@ function textOf<K extends keyof ViewState>(state: ViewState, key: K): string | u
     return value === undefined ? undefined : CODECS[key].write(value as NonNullable<ViewState[K]>);
 }
 
-function readInto<K extends keyof ViewState>(state: ViewState, key: K, text: string): void {
+/** Whether the text makes sense. */
+function readInto<K extends keyof ViewState>(state: ViewState, key: K, text: string): boolean {
     const value = CODECS[key].read(text);
+    const takesAway = value === undefined && text === '' && DEFAULT_STATE[key] === undefined;
     if (value !== undefined) state[key] = value;
-    else if (text === '' && DEFAULT_STATE[key] === undefined) delete state[key];
+    else if (takesAway) delete state[key];
+    return value !== undefined || takesAway;
 }
 
 function isIndex(value: number): boolean {

@@ -36,6 +36,9 @@ export interface ViewState {
     limits?: [number, number];
     logarithmic: boolean;
     flags: boolean;
+    /** Stresses are told divided by this factor, in the unit of this name; limits stay in the unit of the model. */
+    unitFactor: number;
+    unitName: string;
 
     deformed: boolean;
     /** Factor on displacements; undefined: the largest is shown as 5 % of the size of the model. */
@@ -73,6 +76,8 @@ export const DEFAULT_STATE: ViewState = {
     colourMap: 'viridis',
     logarithmic: false,
     flags: true,
+    unitFactor: 1,
+    unitName: '',
     deformed: true,
     animated: false,
     undeformedOutline: false,

@@ -18,9 +18,14 @@ function row(label: string, id: string, control: Node): HTMLElement {
     return make('div', { class: 'row' }, make('label', { for: id }, label), control);
 }
 
-function applyReason(root: HTMLElement, inputs: (HTMLInputElement | HTMLSelectElement)[], reason?: string): void {
+function applyReason(
+    root: HTMLElement,
+    inputs: (HTMLInputElement | HTMLSelectElement)[],
+    reason?: string,
+    hint = '',
+): void {
     root.classList.toggle('disabled', reason !== undefined);
-    root.title = reason ?? '';
+    root.title = reason ?? hint;
     for (const input of inputs) {
         input.disabled = reason !== undefined;
         if (reason === undefined) input.removeAttribute('aria-description');
@@ -97,7 +102,14 @@ export function choice<T extends string>(
     };
 }
 
-export function check(label: string | Node, get: Get<boolean>, set: (on: boolean) => void, reason?: Reason): Control {
+/** hint: what it does, where its label cannot say all. */
+export function check(
+    label: string | Node,
+    get: Get<boolean>,
+    set: (on: boolean) => void,
+    reason?: Reason,
+    hint?: string,
+): Control {
     const id = newId();
     const input = make('input', { type: 'checkbox', id });
     input.addEventListener('change', () => set(input.checked));
@@ -106,7 +118,7 @@ export function check(label: string | Node, get: Get<boolean>, set: (on: boolean
         root,
         sync(state) {
             input.checked = get(state);
-            if (reason) applyReason(root, [input], reason(state));
+            if (reason) applyReason(root, [input], reason(state), hint);
         },
     };
 }
@@ -116,26 +128,41 @@ export interface NumberLimits {
     max?: number;
     whole?: boolean;
     step?: number;
-    /** Why a number cannot be taken, to be told beside the box. */
+    /** What can be typed, told where something else was. */
+    expected: string;
+    /** Why another number cannot be taken, told likewise. */
     refuse?: (value: number) => string | undefined;
 }
 
-/** A number is taken over with Enter or when the box is left; what is no number goes back to what it was. */
+/**
+ * A number is taken over with Enter or when the box is left. What cannot be taken stays, marked, with a word on what
+ * is expected; Esc brings back what it was.
+ */
 export function numberBox(
     label: string,
     get: Get<number | undefined>,
     set: (value: number) => void,
-    limits: NumberLimits = {},
+    limits: NumberLimits,
     reason?: Reason,
 ): Control {
     const id = newId();
     // A text field, since a numeric one rejects "1,5e6" without a word and hides what was typed.
     const input = make('input', { type: 'text', id, inputmode: 'decimal', class: 'number', autocomplete: 'off' });
     let shown: number | undefined;
-    const show = (): void => {
-        input.value = shown === undefined ? '' : numberText(shown);
+    const accept = (): void => {
         input.setCustomValidity('');
         input.removeAttribute('aria-invalid');
+        input.title = '';
+    };
+    const refuse = (why: string): void => {
+        input.setAttribute('aria-invalid', 'true');
+        input.setCustomValidity(why);
+        input.title = why;
+        input.reportValidity();
+    };
+    const show = (): void => {
+        input.value = shown === undefined ? '' : numberText(shown);
+        accept();
     };
     const take = (): void => {
         const value = parseNumber(input.value);
@@ -144,18 +171,13 @@ export function numberBox(
             value >= (limits.min ?? -Infinity) &&
             value <= (limits.max ?? Infinity) &&
             (!limits.whole || Number.isInteger(value));
-        if (!good) {
-            show();
-            return;
-        }
-        const refusal = limits.refuse?.(value);
+        const refusal = good ? limits.refuse?.(value) : limits.expected;
         if (refusal !== undefined) {
-            input.setAttribute('aria-invalid', 'true');
-            input.setCustomValidity(refusal);
-            input.reportValidity();
+            refuse(refusal);
             return;
         }
-        if (value !== shown) set(value);
+        accept();
+        if (value !== shown) set(value!);
     };
     input.addEventListener('change', take);
     input.addEventListener('input', () => {
@@ -164,6 +186,7 @@ export function numberBox(
         else input.removeAttribute('aria-invalid');
     });
     input.addEventListener('keydown', (event) => {
+        if (event.key === 'Escape') show();
         if (limits.step === undefined || (event.key !== 'ArrowUp' && event.key !== 'ArrowDown')) return;
         event.preventDefault();
         const next = (shown ?? 0) + (event.key === 'ArrowUp' ? limits.step : -limits.step);
@@ -173,8 +196,31 @@ export function numberBox(
     return {
         root,
         sync(state) {
-            shown = get(state);
-            if (document.activeElement !== input || input.getAttribute('aria-invalid') === null) show();
+            const value = get(state);
+            const isRefused = input.hasAttribute('aria-invalid') && value === shown;
+            shown = value;
+            if (!isRefused) show();
+            if (reason) applyReason(root, [input], reason(state));
+        },
+    };
+}
+
+/** A short text, taken over with Enter or when the box is left. */
+export function textBox(
+    label: string,
+    get: Get<string>,
+    set: (text: string) => void,
+    maxLength: number,
+    reason?: Reason,
+): Control {
+    const id = newId();
+    const input = make('input', { type: 'text', id, maxlength: maxLength, autocomplete: 'off' });
+    input.addEventListener('change', () => set(input.value.trim()));
+    const root = row(label, id, input);
+    return {
+        root,
+        sync(state) {
+            input.value = get(state);
             if (reason) applyReason(root, [input], reason(state));
         },
     };

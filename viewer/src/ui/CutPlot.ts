@@ -9,7 +9,7 @@ export interface CutPiece {
     value: Float32Array;
 }
 
-const LEFT = 64;
+const LEFT = 80;
 const RIGHT = 12;
 const TOP = 10;
 const BOTTOM = 34;
@@ -28,6 +28,7 @@ export class CutPlot {
     /** The point that is read: number of its piece, and within it. */
     onRead: (at: { piece: number; point: number } | undefined) => void = () => undefined;
     private title = '';
+    private axis = '';
     private texts?: Texts;
     private readonly observer = new ResizeObserver(() => this.draw());
     private readonly chart = make('div', { class: 'chart' });
@@ -37,8 +38,10 @@ export class CutPlot {
         this.observer.observe(this.chart);
     }
 
-    show(pieces: CutPiece[], title: string, texts: Texts): void {
+    /** title: of the values in full; axis: in short. */
+    show(pieces: CutPiece[], title: string, axis: string, texts: Texts): void {
         this.pieces = pieces;
+        this.axis = axis;
         this.title = title;
         this.texts = texts;
         if (this.pieces.length === 0) {
@@ -100,12 +103,22 @@ export class CutPlot {
                 this.texts.cut.length,
             ),
         );
+        const middle = (TOP + height - BOTTOM) / 2;
+        svg.append(
+            draw(
+                'text',
+                { class: 'quiet', x: 12, y: middle, transform: `rotate(-90 12 ${middle})`, 'text-anchor': 'middle' },
+                this.axis,
+            ),
+        );
         // The longest piece comes first and stands out; it is drawn last.
+        const curves: SVGElement[] = [];
         for (let piece = this.pieces.length - 1; piece >= 0; --piece) {
             const { length, value } = this.pieces[piece];
             let points = '';
             for (let i = 0; i < length.length; ++i) points += `${px(length[i]).toFixed(1)},${py(value[i]).toFixed(1)} `;
-            svg.append(draw('polyline', { class: piece === 0 ? 'curve' : 'curve minor', points }));
+            curves[piece] = draw('polyline', { class: piece === 0 ? 'curve' : 'curve minor', points });
+            svg.append(curves[piece]);
         }
         const cross = draw('circle', { class: 'cross', r: 4, cx: -10, cy: -10 });
         svg.append(cross);
@@ -117,10 +130,16 @@ export class CutPlot {
             const [x, y] = [length[nearest.point], value[nearest.point]];
             cross.setAttribute('cx', String(px(x)));
             cross.setAttribute('cy', String(py(y)));
-            this.readout.textContent = `${this.texts!.cut.length} ${numberText(x)}: ${numberText(y)}`;
+            curves.forEach((curve, piece) => curve.classList.toggle('read', piece === nearest.piece));
+            const { pieceOf, length: arc } = this.texts!.cut;
+            const which = this.pieces.length > 1 ? `${pieceOf(nearest.piece + 1, this.pieces.length)}, ` : '';
+            this.readout.textContent = `${which}${arc} ${numberText(x)}: ${numberText(y)}`;
             this.onRead(nearest);
         });
-        svg.addEventListener('pointerleave', () => this.onRead(undefined));
+        svg.addEventListener('pointerleave', () => {
+            curves.forEach((curve) => curve.classList.remove('read'));
+            this.onRead(undefined);
+        });
         this.chart.replaceChildren(svg);
     }
 }

@@ -12,6 +12,9 @@ export interface ScaleLegend {
     logarithmic: boolean;
     /** Style of the colour at 0 (lowest) to 1 (highest). */
     colourAt(position: number): string;
+    /** Colours of values beyond the range, where there are such. */
+    over?: string;
+    under?: string;
 }
 
 export interface CategoryLegend {
@@ -25,6 +28,8 @@ export interface LegendContent {
     key?: ScaleLegend | CategoryLegend;
     /** Below: highest and lowest value, factor on displacements. */
     notes: string[];
+    /** Below these: colours of arrows and cones. */
+    symbols: { colour: string; text: string; shape: 'arrow' | 'cone' }[];
 }
 
 export interface LegendTick {
@@ -37,6 +42,9 @@ export interface LegendTick {
 const ROW = 16;
 const BAR = 18;
 const PAD = 10;
+/** Height of what stands for values beyond the range, with the gap to the bar: numbers of its end keep their place. */
+const BEYOND = 24;
+const BEYOND_GAP = 10;
 const TITLE = '600 13px';
 const TEXT = '12px';
 
@@ -113,9 +121,11 @@ export function drawLegend(
     context.textAlign = 'left';
 
     const head = content.subtitle === '' ? [content.title] : [content.title, content.subtitle];
-    const fixed = 2 * PAD + ROW * head.length + (content.notes.length > 0 ? 6 + ROW * content.notes.length : 0);
-    const barHeight = Math.max(60, Math.min(300, picture.height - fixed - 60));
     const key = content.key;
+    const beyond = key?.kind === 'scale' ? (key.over ? BEYOND : 0) + (key.under ? BEYOND : 0) : 0;
+    const rows = (count: number): number => (count > 0 ? 6 + ROW * count : 0);
+    const fixed = 2 * PAD + ROW * head.length + rows(content.notes.length) + rows(content.symbols.length) + beyond;
+    const barHeight = Math.max(60, Math.min(300, picture.height - fixed - 60));
     const ticks = key?.kind === 'scale' ? legendTicks(key, barHeight) : [];
     const entries = key?.kind === 'categories' ? fewEntries(key.entries, barHeight) : [];
 
@@ -124,7 +134,9 @@ export function drawLegend(
     width = Math.max(width, context.measureText(content.title).width);
     font(TEXT);
     for (const text of [content.subtitle, ...content.notes]) width = Math.max(width, context.measureText(text).width);
-    for (const { text } of [...ticks, ...entries]) width = Math.max(width, BAR + 10 + context.measureText(text).width);
+    for (const { text } of [...ticks, ...entries, ...content.symbols, ...(beyond > 0 ? beyondTexts(ticks) : [])]) {
+        width = Math.max(width, BAR + 10 + context.measureText(text).width);
+    }
     width = Math.ceil(width) + 2 * PAD;
     const keyHeight = key === undefined ? 0 : key.kind === 'scale' ? barHeight + 20 : entries.length * 18 + 6;
     const height = fixed + keyHeight;
@@ -149,8 +161,18 @@ export function drawLegend(
     }
     if (key?.kind === 'scale') {
         top += 10;
+        const [over, under] = beyondTexts(ticks);
+        if (key.over) {
+            drawBeyond(context, x + PAD, top, key.over, over.text, colours);
+            top += BEYOND;
+        }
         drawBar(context, x + PAD, top, barHeight, key, ticks, colours);
-        top += barHeight + 10;
+        top += barHeight;
+        if (key.under) {
+            drawBeyond(context, x + PAD, top + BEYOND_GAP, key.under, under.text, colours);
+            top += BEYOND;
+        }
+        top += 10;
     }
     if (key?.kind === 'categories') {
         top += 6;
@@ -168,7 +190,61 @@ export function drawLegend(
         context.fillText(note, x + PAD, top + ROW / 2);
         top += ROW;
     }
+    if (content.symbols.length > 0) top += 6;
+    for (const { colour, text, shape } of content.symbols) {
+        drawSymbol(context, x + PAD, top + ROW / 2, colour, shape);
+        context.fillStyle = colours.ink;
+        context.fillText(text, x + PAD + BAR + 10, top + ROW / 2);
+        top += ROW;
+    }
     return { x, y, width, height };
+}
+
+/** "> 80e6" and "< 0", as the ends of the scale are written. */
+function beyondTexts(ticks: readonly LegendTick[]): { text: string }[] {
+    if (ticks.length === 0) return [];
+    return [{ text: `> ${ticks[ticks.length - 1].text}` }, { text: `< ${ticks[0].text}` }];
+}
+
+function drawBeyond(
+    context: CanvasRenderingContext2D,
+    x: number,
+    y: number,
+    colour: string,
+    text: string,
+    colours: CanvasColours,
+): void {
+    const height = BEYOND - BEYOND_GAP;
+    context.fillStyle = colour;
+    context.fillRect(x, y, BAR, height);
+    context.strokeStyle = colours.ink;
+    context.lineWidth = 1;
+    context.strokeRect(x - 0.5, Math.round(y) - 0.5, BAR + 1, height + 1);
+    context.fillStyle = colours.ink;
+    context.fillText(text, x + BAR + 10, y + height / 2);
+}
+
+function drawSymbol(
+    context: CanvasRenderingContext2D,
+    x: number,
+    y: number,
+    colour: string,
+    shape: 'arrow' | 'cone',
+): void {
+    context.fillStyle = context.strokeStyle = colour;
+    const head = shape === 'arrow' ? 6 : BAR - 4;
+    if (shape === 'arrow') {
+        context.lineWidth = 2;
+        context.beginPath();
+        context.moveTo(x, y);
+        context.lineTo(x + BAR - head, y);
+        context.stroke();
+    }
+    context.beginPath();
+    context.moveTo(x + BAR, y);
+    context.lineTo(x + BAR - head, y - 4);
+    context.lineTo(x + BAR - head, y + 4);
+    context.fill();
 }
 
 function drawBar(

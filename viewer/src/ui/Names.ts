@@ -17,6 +17,7 @@ export function nodeName(result: Result, node: number, texts: Texts): string {
 }
 
 export function elementName(probe: Probe, texts: Texts): string {
+    if (probe.kind === 'node') return '–';
     if (probe.kind === 'wall') return `${texts.kinds.beam} ${probe.beam}, ${texts.kinds.wall} ${probe.element}`;
     return `${texts.kinds[probe.kind]} ${probe.element}`;
 }

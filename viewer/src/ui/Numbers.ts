@@ -11,11 +11,16 @@ export function numberText(value: number, digits = 6): string {
     return `${Number((rounded / 10 ** thousands).toPrecision(digits))}e${thousands}`;
 }
 
-/** "2.16, 5.1, 0": what is round-off beside the other coordinates is 0. */
-export function placeText(position: ArrayLike<number>, digits = 6): string {
+/** Coordinates: what is round-off beside the others, or beside the size of the model, is 0. */
+export function placeTexts(position: ArrayLike<number>, size = 0, digits = 6): string[] {
     const coordinates = Array.from(position);
-    const noise = 1e-12 * Math.max(...coordinates.map(Math.abs));
-    return coordinates.map((x) => numberText(Math.abs(x) < noise ? 0 : x, digits)).join(', ');
+    const noise = 1e-9 * Math.max(size, ...coordinates.map(Math.abs));
+    return coordinates.map((x) => numberText(Math.abs(x) < noise ? 0 : x, digits));
+}
+
+/** "2.16, 5.1, 0". */
+export function placeText(position: ArrayLike<number>, size = 0, digits = 6): string {
+    return placeTexts(position, size, digits).join(', ');
 }
 
 /** Numbers of one scale: the same exponent and the same decimals for all. */
@@ -64,7 +69,7 @@ function decimalsFor(values: readonly number[]): number {
 
 /** The exponent that is written; 0 for numbers that are short enough without, in a scale and beside it alike. */
 function thousandsOf(exponent: number): number {
-    return exponent >= -3 && exponent < 6 ? 0 : 3 * Math.floor(exponent / 3);
+    return exponent >= -2 && exponent < 6 ? 0 : 3 * Math.floor(exponent / 3);
 }
 
 function exponentOf(value: number): number {

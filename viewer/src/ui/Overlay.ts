@@ -8,6 +8,8 @@ type Point = [number, number];
 export interface Flag {
     /** Pixels of the picture. */
     at: Point;
+    /** Behind the structure: the leader is dashed and its end hollow. */
+    hidden: boolean;
     /** The first line stands out. */
     lines: string[];
 }
@@ -45,7 +47,7 @@ export function drawOverlay(
     const anchors = content.flags.map((flag) => anchorOf(context, flag, colours));
     const labels = placeFlags(anchors, size, taken);
     // Leader lines first, so that none crosses a label.
-    labels.forEach((label, i) => label && drawLeader(context, label, content.flags[i].at, colours));
+    labels.forEach((label, i) => label && drawLeader(context, label, content.flags[i], colours));
     labels.forEach((label, i) => label && drawLabel(context, label, content.flags[i], colours));
     return legend;
 }
@@ -64,7 +66,12 @@ function anchorOf(context: CanvasRenderingContext2D, flag: Flag, colours: Canvas
     };
 }
 
-function drawLeader(context: CanvasRenderingContext2D, label: Rectangle, at: Point, colours: CanvasColours): void {
+function drawLeader(
+    context: CanvasRenderingContext2D,
+    label: Rectangle,
+    { at, hidden }: Flag,
+    colours: CanvasColours,
+): void {
     const [x, y] = leaderStart(label, { x: at[0], y: at[1] });
     for (const [style, width] of [
         [colours.paper, 3],
@@ -75,13 +82,15 @@ function drawLeader(context: CanvasRenderingContext2D, label: Rectangle, at: Poi
         context.beginPath();
         context.moveTo(x, y);
         context.lineTo(at[0], at[1]);
+        context.setLineDash(hidden && width === 1 ? [4, 3] : []);
         context.stroke();
     }
+    context.setLineDash([]);
     context.beginPath();
     context.arc(at[0], at[1], 3.5, 0, 2 * Math.PI);
-    context.fillStyle = colours.ink;
+    context.fillStyle = hidden ? colours.paper : colours.ink;
     context.fill();
-    context.strokeStyle = colours.paper;
+    context.strokeStyle = hidden ? colours.ink : colours.paper;
     context.lineWidth = 1.5;
     context.stroke();
 }

@@ -1,4 +1,4 @@
-import { make } from './Dom';
+import { button, make } from './Dom';
 import { drawOverlay, type OverlayContent } from './Overlay';
 import type { Rectangle } from './Flags';
 import { canvasColours } from './Theme';
@@ -17,6 +17,7 @@ export class PictureArea {
     private readonly tooltip = make('div', { class: 'tooltip', hidden: true });
     private readonly hintBox = make('div', { class: 'hint', role: 'status' });
     private readonly toast = make('div', { class: 'toast', role: 'status' });
+    private readonly noticeBox = make('div', { class: 'notice', role: 'alert', hidden: true });
     private toastTimer = 0;
     private pressed?: Point;
     private waiting = false;
@@ -29,7 +30,7 @@ export class PictureArea {
     private legend?: Rectangle;
 
     constructor() {
-        this.root.append(this.host, this.canvas, this.tooltip, this.hintBox, this.toast);
+        this.root.append(this.host, this.canvas, this.tooltip, this.hintBox, this.toast, this.noticeBox);
         new ResizeObserver(() => this.redraw()).observe(this.root);
         // In the capture phase, since whoever turns the camera may keep the events to himself.
         this.host.addEventListener('pointerdown', (event) => this.down(event), true);
@@ -65,6 +66,16 @@ export class PictureArea {
         this.toast.textContent = text;
         clearTimeout(this.toastTimer);
         this.toastTimer = window.setTimeout(() => (this.toast.textContent = ''), 2500);
+    }
+
+    /** Stays until it is closed. */
+    notice(text: string, closeLabel: string): void {
+        const close = button('×', () => (this.noticeBox.hidden = true), {
+            'aria-label': closeLabel,
+            title: closeLabel,
+        });
+        this.noticeBox.replaceChildren(make('span', {}, text), close);
+        this.noticeBox.hidden = false;
     }
 
     showTooltip(at: Point, title: string, lines: string[]): void {

@@ -3,35 +3,44 @@ import type { Probe } from '../scene/SceneView';
 import { tableText } from './Csv';
 import { button, copyText, make, save } from './Dom';
 import { elementName, nodeName } from './Names';
-import { numberText } from './Numbers';
+import { withUnit, type Unit } from '../state/Units';
+import { numberText, placeTexts } from './Numbers';
 import type { Texts } from './Texts';
 
 const STRESSES = ['SX', 'SY', 'SZ', 'TXY', 'TXZ', 'TYZ', 'SE'];
 const MOTIONS = ['dx', 'dy', 'dz', 'rx', 'ry', 'rz'];
 
+/** Columns of a row: number, node and element come first, the place follows. */
+const NAMES = 3;
+const PLACES = 3;
+
 /** Names of the columns behind node and element. */
-function columns(texts: Texts): string[] {
+function columns(texts: Texts, unit: Unit): string[] {
     const { positive, negative } = texts.probe;
     return [
         'x',
         'y',
         'z',
         ...MOTIONS,
-        ...STRESSES.map((name) => `${name} ${positive}`),
-        ...STRESSES.map((name) => `${name} ${negative}`),
+        ...STRESSES.map((name) => withUnit(`${name} ${positive}`, unit)),
+        ...STRESSES.map((name) => withUnit(`${name} ${negative}`, unit)),
     ];
 }
 
-/** Place, displacements and the nodal averages of both faces at the corner that was probed. */
-export function probeValues(result: Result, { node, vertex }: Probe): number[] {
+/** Place, displacements and the nodal averages of both faces at the corner that was probed; without stresses if none. */
+export function probeValues(result: Result, { node, vertex }: Probe, unit: Unit): number[] {
     const of = (array: Float32Array, index: number, width: number): number[] => [
         ...array.subarray(width * index, width * (index + 1)),
     ];
+    const stresses = (face: Float32Array): number[] =>
+        vertex < 0
+            ? new Array<number>(STRESS_COLUMNS).fill(NaN)
+            : of(face, vertex, STRESS_COLUMNS).map((stress) => stress / unit.factor);
     return [
         ...of(result.coordinates, node, 3),
         ...of(result.displacements, node, DOFS),
-        ...of(result.positiveFace, vertex, STRESS_COLUMNS),
-        ...of(result.negativeFace, vertex, STRESS_COLUMNS),
+        ...stresses(result.positiveFace),
+        ...stresses(result.negativeFace),
     ];
 }
 
@@ -50,20 +59,33 @@ export class ProbeTable {
         this.onChange();
     }
 
+    addAll(probes: readonly Probe[]): void {
+        this.probes.push(...probes);
+        this.onChange();
+    }
+
     clear(): void {
         this.probes = [];
         this.onChange();
     }
 
-    render(result: Result, texts: Texts, say: (text: string) => void): void {
+    /** size: of the model, beside which round-off in places is zero. */
+    render(result: Result, texts: Texts, unit: Unit, size: number, say: (text: string) => void): void {
         const t = texts.probe;
         const rows = this.probes.map((probe, i) => [
             i + 1,
             nodeName(result, probe.node, texts),
             elementName(probe, texts),
-            ...probeValues(result, probe),
+            ...probeValues(result, probe, unit),
         ]);
-        const head = ['#', t.node, t.element, ...columns(texts)];
+        const shown = (row: (string | number)[]): string[] => {
+            const places = placeTexts(row.slice(NAMES, NAMES + PLACES) as number[], size);
+            return row.map((cell, i) => {
+                if (i >= NAMES && i < NAMES + PLACES) return places[i - NAMES];
+                return typeof cell === 'number' ? numberText(cell) : cell;
+            });
+        };
+        const head = ['#', t.node, t.element, ...columns(texts, unit)];
         const table = make(
             'table',
             {},
@@ -71,11 +93,7 @@ export class ProbeTable {
         );
         const body = make('tbody');
         rows.forEach((row, i) => {
-            const line = make(
-                'tr',
-                {},
-                ...row.map((cell) => make('td', {}, typeof cell === 'number' ? numberText(cell) : cell)),
-            );
+            const line = make('tr', {}, ...shown(row).map((cell) => make('td', {}, cell)));
             const remove = button(
                 '×',
                 () => {

@@ -1,6 +1,6 @@
 import type { Place, RunReport } from '../model/RunReport';
 import { button, make } from './Dom';
-import type { SearchKind } from './TopBar';
+import type { SearchKind } from './Search';
 import type { Texts } from './Texts';
 
 const FOUND_IN_PICTURE: readonly string[] = ['node', 'quad', 'tri', 'beam'] satisfies SearchKind[];

@@ -7,7 +7,7 @@ export interface Texts {
     faces: Record<Face, string>;
     faceOf: Record<Face, string>;
     averages: { nodal: string; element: string };
-    averageOf: { nodal: string; element: string };
+    averageOf: { nodal: string; element: string; elementButWalls: string };
     maps: Record<ColourMap, string>;
     edges: Record<EdgeKind, string>;
     views: Record<StandardView, string>;
@@ -34,6 +34,15 @@ export interface Texts {
         limitsOrder: string;
         logarithmic: string;
         noLogarithm: string;
+        lowestReplaced: (low: string) => string;
+        unit: string;
+        unitFactor: string;
+        unitName: string;
+        unitHint: string;
+        numberExpected: string;
+        notNegativeExpected: string;
+        positiveExpected: string;
+        wholeExpected: (from: number, to: number) => string;
         noScale: string;
         flags: string;
         deformation: string;
@@ -46,6 +55,7 @@ export interface Texts {
         symbols: string;
         edges: string;
         loads: string;
+        loadsHint: string;
         inertia: string;
         supports: string;
         noModel: string;
@@ -85,7 +95,9 @@ export interface Texts {
         searchHint: string;
         searchKind: string;
         go: string;
-        notFound: (kind: string, number: string) => string;
+        noNumber: string;
+        notFound: (kind: string, number: string, from: number, to: number) => string;
+        noneOfKind: (kind: string) => string;
         theme: string;
         themes: { auto: string; light: string; dark: string };
         language: string;
@@ -99,6 +111,10 @@ export interface Texts {
         noValues: string;
         notFinite: (corners: number) => string;
         deformation: (factor: string) => string;
+        forces: (largest: string) => string;
+        moments: (largest: string) => string;
+        inertia: (largest: string) => string;
+        supports: string;
     };
 
     probe: {
@@ -124,6 +140,7 @@ export interface Texts {
         saveCsv: string;
         close: string;
         pieces: (pieces: number) => string;
+        pieceOf: (piece: number, pieces: number) => string;
     };
 
     report: {
@@ -161,6 +178,10 @@ export interface Texts {
         fetchExpected: string;
         fetchToDo: string;
         unforeseen: string;
+        address: (words: string) => string;
+        addressExpected: string;
+        addressToDo: string;
+        dismiss: string;
     };
 
     help: {
@@ -230,7 +251,11 @@ const english: Texts = {
     faces: { larger: 'Larger', positive: 'Positive', negative: 'Negative', viewed: 'Viewed' },
     faceOf: { larger: 'larger face', positive: 'positive face', negative: 'negative face', viewed: 'viewed face' },
     averages: { nodal: 'Nodal', element: 'Element' },
-    averageOf: { nodal: 'nodal average', element: 'element values' },
+    averageOf: {
+        nodal: 'nodal average',
+        element: 'element values',
+        elementButWalls: 'element values (beam walls: averaged)',
+    },
     maps: {
         viridis: 'Viridis',
         cividis: 'Cividis',
@@ -261,6 +286,15 @@ const english: Texts = {
         highest: 'Highest',
         limitsOrder: 'the highest must be above the lowest',
         logarithmic: 'Logarithmic',
+        lowestReplaced: (low) => `a logarithmic scale begins above zero: ${low} is used`,
+        unit: 'Unit of stresses',
+        unitFactor: 'Factor',
+        unitName: 'Name',
+        unitHint: 'stresses are told divided by the factor: 1e6 and MPa for a model in N and m',
+        numberExpected: 'expected: a number without unit, as 80e6',
+        notNegativeExpected: 'expected: a number from 0 on, without unit',
+        positiveExpected: 'expected: a number above 0, as 1e6',
+        wholeExpected: (from, to) => `expected: a whole number from ${from} to ${to}`,
         noScale: 'this field has no scale of values',
         noLogarithm: 'a logarithmic scale needs values above zero',
         flags: 'Flags at max and min',
@@ -273,7 +307,8 @@ const english: Texts = {
         outline: 'Undeformed outline',
         symbols: 'Edges and symbols',
         edges: 'Edges',
-        loads: 'Loads',
+        loads: 'Nodal forces',
+        loadsHint: 'forces and moments at nodes; pressures and line loads are not drawn',
         inertia: 'Inertia loads',
         supports: 'Supports',
         noModel: 'needs the model file: show the run with tarnvexo view',
@@ -312,7 +347,9 @@ const english: Texts = {
         searchHint: 'Go to the node or element of this number',
         searchKind: 'Kind of what is searched',
         go: 'Go',
-        notFound: (kind, number) => `${kind} ${number} is not in this result`,
+        noNumber: 'expected: a number; a node of a beam as 25 of beam 471, or 471/25',
+        notFound: (kind, number, from, to) => `${kind} ${number} is not in this result: ${from} to ${to}`,
+        noneOfKind: (kind) => `${kind}: this result has none`,
         theme: 'Theme',
         themes: { auto: 'Auto', light: 'Light', dark: 'Dark' },
         language: 'Language',
@@ -325,6 +362,10 @@ const english: Texts = {
         noValues: 'no values are visible',
         notFinite: (corners) => `not finite: ${corners} corners`,
         deformation: (factor) => `displacements × ${factor}`,
+        forces: (largest) => `forces, largest ${largest}`,
+        moments: (largest) => `moments, largest ${largest}`,
+        inertia: (largest) => `inertia loads, largest ${largest}`,
+        supports: 'supports',
     },
     probe: {
         title: 'Probed points',
@@ -347,7 +388,8 @@ const english: Texts = {
         length: 'arc length',
         saveCsv: 'Save CSV',
         close: 'Close',
-        pieces: (pieces) => (pieces === 1 ? '1 piece' : `${pieces} pieces`),
+        pieces: (pieces) => (pieces === 1 ? '1 piece' : `${pieces} pieces, the longest in colour`),
+        pieceOf: (piece, pieces) => `piece ${piece} of ${pieces}`,
     },
     report: {
         title: 'Report',
@@ -382,6 +424,10 @@ const english: Texts = {
         fetchExpected: 'a result packet from the program that serves this page',
         fetchToDo: 'see whether that program still runs, then load the page anew',
         unforeseen: 'the page met a fault of its own',
+        address: (words) => `the address of the view has what cannot be shown: ${words}`,
+        addressExpected: 'words and values as “Copy link to this view” gives them',
+        addressToDo: 'correct or leave out these words',
+        dismiss: 'Close this notice',
     },
     help: {
         title: 'Keyboard and mouse',
@@ -453,7 +499,7 @@ const chinese: Texts = {
     faces: { larger: '较大', positive: '正面', negative: '负面', viewed: '可见面' },
     faceOf: { larger: '两面较大值', positive: '正面', negative: '负面', viewed: '可见面' },
     averages: { nodal: '节点平均', element: '单元值' },
-    averageOf: { nodal: '节点平均', element: '单元值' },
+    averageOf: { nodal: '节点平均', element: '单元值', elementButWalls: '单元值(梁壁板为平均值)' },
     maps: {
         viridis: 'Viridis',
         cividis: 'Cividis',
@@ -484,6 +530,15 @@ const chinese: Texts = {
         highest: '上限',
         limitsOrder: '上限必须大于下限',
         logarithmic: '对数刻度',
+        lowestReplaced: (low) => `对数刻度须从大于零处开始:采用 ${low}`,
+        unit: '应力单位',
+        unitFactor: '系数',
+        unitName: '名称',
+        unitHint: '应力除以该系数后显示:模型以 N 和 m 为单位时,可用 1e6 和 MPa',
+        numberExpected: '应为不带单位的数值,如 80e6',
+        notNegativeExpected: '应为不小于 0、不带单位的数值',
+        positiveExpected: '应为大于 0 的数值,如 1e6',
+        wholeExpected: (from, to) => `应为 ${from} 至 ${to} 的整数`,
         noScale: '该场量没有数值刻度',
         noLogarithm: '对数刻度要求数值大于零',
         flags: '标出最大与最小值',
@@ -496,7 +551,8 @@ const chinese: Texts = {
         outline: '未变形轮廓',
         symbols: '边线与符号',
         edges: '边线',
-        loads: '载荷',
+        loads: '节点力',
+        loadsHint: '节点上的力和力矩;压力和线载荷不绘制',
         inertia: '惯性载荷',
         supports: '约束',
         noModel: '需要模型文件:请用 tarnvexo view 显示该次计算',
@@ -535,7 +591,9 @@ const chinese: Texts = {
         searchHint: '转到该编号的节点或单元',
         searchKind: '查找的种类',
         go: '转到',
-        notFound: (kind, number) => `结果中没有${kind} ${number}`,
+        noNumber: '应为编号;梁的节点可写作 471/25',
+        notFound: (kind, number, from, to) => `结果中没有${kind} ${number}:编号为 ${from} 至 ${to}`,
+        noneOfKind: (kind) => `结果中没有${kind}`,
         theme: '主题',
         themes: { auto: '自动', light: '浅色', dark: '深色' },
         language: '语言',
@@ -548,6 +606,10 @@ const chinese: Texts = {
         noValues: '没有可见的数值',
         notFinite: (corners) => `非有限值：${corners} 个角点`,
         deformation: (factor) => `位移 × ${factor}`,
+        forces: (largest) => `力,最大 ${largest}`,
+        moments: (largest) => `力矩,最大 ${largest}`,
+        inertia: (largest) => `惯性载荷,最大 ${largest}`,
+        supports: '约束',
     },
     probe: {
         title: '探测点',
@@ -570,7 +632,8 @@ const chinese: Texts = {
         length: '弧长',
         saveCsv: '保存 CSV',
         close: '关闭',
-        pieces: (pieces) => `${pieces} 段`,
+        pieces: (pieces) => (pieces === 1 ? '1 段' : `${pieces} 段,最长者着色`),
+        pieceOf: (piece, pieces) => `第 ${piece} 段(共 ${pieces} 段)`,
     },
     report: {
         title: '报告',
@@ -605,6 +668,10 @@ const chinese: Texts = {
         fetchExpected: '提供本页面的程序所给出的结果包',
         fetchToDo: '请检查该程序是否仍在运行,然后重新加载页面',
         unforeseen: '页面自身出错',
+        address: (words) => `视图地址中有无法显示的内容:${words}`,
+        addressExpected: '“复制此视图的链接”所给出的词和值',
+        addressToDo: '请改正或删去这些词',
+        dismiss: '关闭此提示',
     },
     help: {
         title: '键盘与鼠标',

@@ -1,16 +1,14 @@
-import type { ElementKind } from '../scene/SceneView';
 import type { Language } from '../state/ViewState';
 import { button, make } from './Dom';
+import type { SearchKind } from './Search';
 import type { Texts } from './Texts';
 import type { ThemeMode } from './Theme';
-
-export type SearchKind = 'node' | 'beam' | Exclude<ElementKind, 'wall'>;
 
 export interface TopBarActions {
     open(): void;
     flipCut(): void;
-    /** Whether there is such a node or element. */
-    goTo(kind: SearchKind, number: number): boolean;
+    /** What stands in the box of the search; gives back why it cannot be gone to. */
+    goTo(kind: SearchKind, text: string): string | undefined;
     setTheme(mode: ThemeMode): void;
     setLanguage(language: Language): void;
     help(): void;
@@ -87,9 +85,7 @@ export class TopBar {
         number.addEventListener('input', () => number.setCustomValidity(''));
         form.addEventListener('submit', (event) => {
             event.preventDefault();
-            const text = number.value.trim();
-            const found = /^\d+$/.test(text) && actions.goTo(kind.value as SearchKind, Number(text));
-            number.setCustomValidity(found ? '' : t.notFound(texts.kinds[kind.value as SearchKind], text));
+            number.setCustomValidity(actions.goTo(kind.value as SearchKind, number.value) ?? '');
             number.reportValidity();
         });
         this.search = number;

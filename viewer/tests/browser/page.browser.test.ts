@@ -249,7 +249,7 @@ test('a number that is not there is refused in words, one that is there is gone 
     await page.keyboard.press('Enter');
     const box = page.locator('.search input');
     const refusal = await box.evaluate((input: HTMLInputElement) => input.validationMessage);
-    expect(refusal).toBe('Node 99999999 is not in this result');
+    expect(refusal).toBe(`Node 99999999 is not in this result: 0 to ${panel.structureNodes - 1}`);
     const before = page.url();
     await box.fill('3');
     await page.keyboard.press('Enter');

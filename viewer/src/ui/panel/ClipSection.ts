@@ -50,7 +50,7 @@ export function clipSection({ store, result, texts }: PanelContext): PanelSectio
                     if (normal.some((component) => component !== 0)) change({ normal });
                     else store.set({ clip: { ...clip(store.state) } });
                 },
-                {},
+                { expected: t.numberExpected },
                 off,
             ),
         ),
@@ -85,7 +85,7 @@ export function clipSection({ store, result, texts }: PanelContext): PanelSectio
                 next[i] = value;
                 store.set({ box: next });
             },
-            {},
+            { expected: t.numberExpected },
             noBox,
         ),
     );

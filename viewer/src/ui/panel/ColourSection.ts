@@ -1,6 +1,10 @@
-import { isPropertyField } from '../../model/Fields';
+import { isPropertyField, isStressField } from '../../model/Fields';
+import { unitOf } from '../../state/Units';
+import { LONGEST_NAME } from '../../state/ViewAddress';
 import type { ColourMap, ViewState } from '../../state/ViewState';
-import { check, choice, numberBox, section, select } from '../Controls';
+import { check, choice, numberBox, section, select, textBox, type Control } from '../Controls';
+import { make } from '../Dom';
+import { numberText } from '../Numbers';
 import type { PanelContext, PanelSection } from './PanelContext';
 
 /** Whether the field has values on a scale, so that limits, bands and flags mean something. */
@@ -16,21 +20,59 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
     const noOwnLimits = (state: Readonly<ViewState>): string | undefined =>
         noScale(state) ?? (state.limits ? undefined : t.ownLimits);
     const ordered = (low: number, high: number): string | undefined => (low < high ? undefined : t.limitsOrder);
-    const noPlace = (low: number): string | undefined =>
-        store.state.logarithmic && low <= 0 ? t.noLogarithm : undefined;
+    const noPlace = (limit: number): string | undefined =>
+        store.state.logarithmic && limit <= 0 ? t.noLogarithm : undefined;
+    // Typed and shown in the unit of the legend, kept in that of the model.
+    const factor = (): number => unitOf(store.state).factor;
     const lowest = numberBox(
         t.lowest,
-        () => current()[0],
-        (value) => store.set({ limits: [value, current()[1]] }),
-        { refuse: (value) => noPlace(value) ?? ordered(value, current()[1]) },
+        () => current()[0] / factor(),
+        (value) => store.set({ limits: [value * factor(), current()[1]] }),
+        {
+            expected: t.numberExpected,
+            refuse: (value) => noPlace(value) ?? ordered(value * factor(), current()[1]),
+        },
         noOwnLimits,
     );
     const highest = numberBox(
         t.highest,
-        () => current()[1],
-        (value) => store.set({ limits: [current()[0], value] }),
-        { refuse: (value) => ordered(current()[0], value) },
+        () => current()[1] / factor(),
+        // A lower limit that a logarithmic scale has replaced for now stays as it was given.
+        (value) => store.set({ limits: [store.state.limits?.[0] ?? current()[0], value * factor()] }),
+        {
+            expected: t.numberExpected,
+            refuse: (value) => noPlace(value) ?? ordered(store.state.limits?.[0] ?? current()[0], value * factor()),
+        },
         noOwnLimits,
+    );
+    const replaced = replacedNote((state) => {
+        const isReplaced = hasScale(state) && state.logarithmic && state.limits && state.limits[0] <= 0;
+        return isReplaced ? t.lowestReplaced(numberText(current()[0] / factor())) : undefined;
+    });
+    const notStress = (state: Readonly<ViewState>): string | undefined =>
+        isStressField(state.field) ? undefined : t.notStress;
+    const unitFactor = numberBox(
+        t.unitFactor,
+        (state) => state.unitFactor,
+        (value) => store.set({ unitFactor: value }),
+        {
+            expected: t.positiveExpected,
+            refuse: (value) => (value > 0 ? undefined : t.positiveExpected),
+        },
+        notStress,
+    );
+    const unitName = textBox(
+        t.unitName,
+        (state) => state.unitName,
+        (name) => store.set({ unitName: name }),
+        LONGEST_NAME,
+        notStress,
+    );
+    const unit = make(
+        'div',
+        { class: 'unit', role: 'group', 'aria-label': t.unit, title: t.unitHint },
+        make('span', { class: 'label' }, t.unit),
+        make('div', { class: 'pair' }, unitFactor.root, unitName.root),
     );
 
     const controls = [
@@ -48,7 +90,7 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
             t.bandCount,
             (state) => state.bandCount,
             (bandCount) => store.set({ bandCount }),
-            { min: 2, max: 32, whole: true, step: 1 },
+            { min: 2, max: 32, whole: true, step: 1, expected: t.wholeExpected(2, 32) },
             (state) => noScale(state) ?? (state.bands ? undefined : t.smooth),
         ),
         select<ColourMap>(
@@ -66,6 +108,7 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
         ),
         lowest,
         highest,
+        replaced,
         check(
             t.logarithmic,
             (state) => state.logarithmic,
@@ -79,5 +122,19 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
             noScale,
         ),
     ];
-    return { root: section(t.colours, true, ...controls.map((control) => control.root)), controls };
+    const roots = controls.map((control) => control.root);
+    return { root: section(t.colours, true, ...roots, unit), controls: [...controls, unitFactor, unitName] };
+}
+
+/** Says that another limit is in use than was given; hidden otherwise. */
+function replacedNote(text: (state: Readonly<ViewState>) => string | undefined): Control {
+    const root = make('p', { class: 'note', role: 'status', hidden: true });
+    return {
+        root,
+        sync(state) {
+            const said = text(state);
+            root.hidden = said === undefined;
+            root.textContent = said ?? '';
+        },
+    };
 }

@@ -24,7 +24,7 @@ export function deformationSection({ store, result, texts }: PanelContext): Pane
             t.scale,
             () => inUse(),
             (factor) => store.set({ scale: factor, deformed: true }),
-            { min: 0 },
+            { min: 0, expected: t.notNegativeExpected },
         ),
         slider(
             '',

@@ -23,6 +23,7 @@ export function symbolSection({ store, result, texts }: PanelContext): PanelSect
             (state) => state.showLoads,
             (showLoads) => store.set({ showLoads }),
             reason(model?.forceNodes.length, t.noneInModel),
+            t.loadsHint,
         ),
         check(
             t.inertia,

@@ -1,5 +1,5 @@
 import { expect, test } from 'vitest';
-import { standardViewOf, stateOfWords } from '../../../src/app/AddressWords';
+import { faultsOf, standardViewOf, stateOfWords } from '../../../src/app/AddressWords';
 import { defaultScale } from '../../../src/scene/Motion';
 import { DEFAULT_STATE } from '../../../src/state/ViewState';
 import { plateStrip } from '../scene/models';
@@ -29,4 +29,14 @@ test('displacements can be left out', () => {
 test('words that make no sense change nothing, and a scale in the address has the last word', () => {
     expect(stateOfWords('deformed=much', DEFAULT_STATE, plate)).toEqual(DEFAULT_STATE);
     expect(scaleOf('deformed=20&scale=3')).toBe(3);
+});
+
+test('words and values that say nothing are named', () => {
+    const address = '#v=1&fild=SX&view=above&deformed=10%25&face=upper&limits=2,1&picture=9x9&camera=';
+    expect(faultsOf(address, plate)).toEqual(['fild=SX', 'view=above', 'face=upper', 'limits=2,1']);
+    expect(faultsOf('v=1&deformed=much&&', plate)).toEqual(['deformed=much']);
+});
+
+test('what this result cannot show is named', () => {
+    expect(faultsOf('field=thickness&average=element', plate)).toEqual(['field=thickness', 'average=element']);
 });

@@ -6,7 +6,11 @@ import {
     cssColour,
     logarithmicLimits,
     niceLimits,
+    OVER_COLOUR,
     positionOf,
+    positionSlack,
+    positiveLimits,
+    UNDER_COLOURS,
     valueAt,
 } from '../../../src/model/ColourScale';
 
@@ -48,6 +52,29 @@ describe('colours', () => {
         for (const map of COLOUR_MAPS) {
             expect(colourAt(map, -3)).toEqual(colourAt(map, 0));
             expect(colourAt(map, Infinity)).toEqual(colourAt(map, 1));
+        }
+    });
+
+    test('of values beyond the limits are far from all of the map', () => {
+        for (const map of COLOUR_MAPS) {
+            for (const beyond of [OVER_COLOUR, UNDER_COLOURS[map]]) {
+                for (let i = 0; i <= 100; ++i) {
+                    const apart = colourAt(map, i / 100).map((part, axis) => part - beyond[axis]);
+                    expect(Math.hypot(...apart)).toBeGreaterThan(0.4);
+                }
+            }
+        }
+    });
+
+    // Blue and lightness are seen with and without red-green blindness. The other maps use up all of both.
+    test.each(['viridis', 'cividis', 'grey'] as const)('beyond the limits of %s differ in blue or lightness', (map) => {
+        for (const beyond of [OVER_COLOUR, UNDER_COLOURS[map]]) {
+            for (let i = 0; i <= 100; ++i) {
+                const colour = colourAt(map, i / 100);
+                const blue = Math.abs(colour[2] - beyond[2]);
+                const light = Math.abs(lightness(colour) - lightness(beyond)) / 100;
+                expect(Math.max(blue, light)).toBeGreaterThan(0.12);
+            }
         }
     });
 
@@ -102,13 +129,25 @@ describe('limits', () => {
         }
     });
 
-    test('of a logarithmic scale are powers of ten around positive values', () => {
+    test('of a logarithmic scale are 1, 2 or 5 times powers of ten around positive values', () => {
         const values = Float32Array.of(0, -5, 3, 20, 450, NaN, Infinity, 1e9);
         const shown = Uint8Array.of(1, 1, 1, 1, 1, 1, 1, 0);
-        expect(logarithmicLimits(values, shown)).toEqual([1, 1000]);
+        expect(logarithmicLimits(values, shown)).toEqual([2, 500]);
         expect(logarithmicLimits(Float32Array.of(1e-3, 1e6))).toEqual([1e-3, 1e6]);
-        expect(logarithmicLimits(Float32Array.of(10, 10))).toEqual([10, 100]);
+        expect(logarithmicLimits(Float32Array.of(10, 10))).toEqual([10, 20]);
+        expect(logarithmicLimits(Float32Array.of(1.07e8))).toEqual([1e8, 2e8]);
         expect(logarithmicLimits(Float32Array.of(0, -1))).toBeUndefined();
+    });
+
+    test('of a logarithmic scale begin above zero where zero was asked for', () => {
+        expect(positiveLimits([0, 80e6])).toEqual([80e3, 80e6]);
+        expect(positiveLimits([-5, 10])).toEqual([0.01, 10]);
+        expect(positiveLimits([2, 10])).toEqual([2, 10]);
+        expect(positiveLimits([-5, 0])).toBeUndefined();
+    });
+
+    test('leave little to values: S1 from -4 to 111e6 begins at zero', () => {
+        expect(niceLimits(-4, 111e6, 12)).toEqual([0, 120e6]);
     });
 });
 
@@ -122,6 +161,15 @@ describe('the place of a value', () => {
     test('is none for what is not finite, and for zero and less on a logarithmic scale', () => {
         for (const value of [NaN, Infinity, -Infinity]) expect(positionOf(value, [0, 1], false)).toBeNaN();
         for (const value of [0, -1]) expect(positionOf(value, [1, 10], true)).toBeNaN();
+    });
+
+    test('may be beyond a limit by what single precision loses', () => {
+        const limits: [number, number] = [79e6, 80.3e6];
+        const beyond = positionOf(Math.fround(80.3e6) + 8, limits, false) - 1;
+        expect(beyond).toBeGreaterThan(0);
+        expect(beyond).toBeLessThan(positionSlack(limits, false));
+        expect(positionOf(80.4e6, limits, false) - 1).toBeGreaterThan(positionSlack(limits, false));
+        expect(positionOf(1001, [1, 1000], true) - 1).toBeGreaterThan(positionSlack([1, 1000], true));
     });
 
     test('leads back to the value', () => {

@@ -143,6 +143,17 @@ describe('extremes', () => {
         expect(moved.places()[0]).toBe(-2);
     });
 
+    test('that several corners share are told of the first shell in order and its first corner', () => {
+        const result = stiffenedPlate(4, 2, 1, 3);
+        for (let i = 0; i < result.positiveFace.length; i += STRESS_COLUMNS) result.positiveFace[i + 6] = 7;
+        // A later one is larger, but by less than single precision can tell after a sum.
+        result.positiveFace[STRESS_COLUMNS * 9 + 6] = 7.000001;
+        const found = shown(result, { face: 'positive' }).extremes()!;
+        expect(found.max.node).toBe(result.vertexNodes[result.quads[0]]);
+        expect(found.min.node).toBe(found.max.node);
+        expect(found.max.value).toBeCloseTo(7.000001, 6);
+    });
+
     test('are undefined where nothing is shown', () => {
         expect(shown(twoStoreys(), { showQuads: false }).extremes()).toBeUndefined();
     });
@@ -182,14 +193,63 @@ describe('find', () => {
     });
 });
 
+describe('what stands before a node', () => {
+    const from = ([x, y]: number[]) => ({ origin: [x, y, 9] as Vec3, direction: DOWN });
+
+    test('hides it, unless it is hidden itself or cut away', () => {
+        const result = withThicknesses(twoStoreys(), [0, 1]);
+        expect(shown(result).hides(0, from([0, 0]), true)).toBe(true);
+        expect(shown(result).hides(4, from([0, 0]), true)).toBe(false);
+        expect(shown(result, { hiddenThicknesses: [1] }).hides(0, from([0, 0]), true)).toBe(false);
+        expect(shown(result, { clip: { normal: [0, 0, 1], offset: 0.5 } }).hides(0, from([0, 0]), true)).toBe(false);
+    });
+
+    test('is no element of its own, and none that touches it with a node of its own', () => {
+        const result = stiffenedPlate(4, 2, 1, 3);
+        for (let node = 0; node < result.structureNodes; ++node) {
+            const [x, y] = result.coordinates.subarray(3 * node, 3 * node + 2);
+            expect(shown(result).hides(node, from([x, y]), true)).toBe(false);
+        }
+    });
+});
+
+describe('values of what is searched', () => {
+    test('are of each corner of an element', () => {
+        const found = shown(plateStrip(4, 2), { face: 'positive' }).valuesOf('quad', 1);
+        expect(found.map(({ node }) => node)).toEqual([1, 2, 7, 6]);
+        expect(found.map(({ value }) => value)).toEqual([1, 2, 2, 1]);
+    });
+
+    test('are of a node once for each pair of face stresses', () => {
+        const result = shown(plateStrip(4, 2), { face: 'positive' });
+        expect(result.valuesOf('node', 7)).toMatchObject([{ kind: 'quad', element: 1, node: 7, value: 2 }]);
+    });
+
+    test('are none for a node without shells, which has its displacements', () => {
+        const result = plateStrip(4, 2);
+        result.quads = result.quads.subarray(4);
+        result.shellQuads -= 1;
+        expect(shown(result).valuesOf('node', 0)).toMatchObject([{ kind: 'node', node: 0, vertex: -1 }]);
+    });
+
+    test('are of a beam where it has its largest', () => {
+        const result = stiffenedPlate(4, 2, 2, 3);
+        const vertex = result.quads[4 * result.beams.wallBegin[1] + 6];
+        result.positiveFace[STRESS_COLUMNS * vertex + 6] = 1e4;
+        expect(shown(result, { face: 'positive' }).valuesOf('beam', 1)).toMatchObject([
+            { beam: 1, vertex, value: 1e4 },
+        ]);
+    });
+});
+
 describe('range', () => {
     test('is of round numbers around the values', () => {
         const state = { ...DEFAULT_STATE, face: 'positive', bandCount: 10 } as const;
         expect(shown(plateStrip(10, 1), state).range(state)).toEqual([0, 10]);
     });
 
-    test('is of powers of ten around the positive values on a logarithmic scale', () => {
+    test('is of 1, 2 or 5 times powers of ten around the positive values on a logarithmic scale', () => {
         const state = { ...DEFAULT_STATE, face: 'positive', logarithmic: true } as const;
-        expect(shown(plateStrip(30, 1), state).range(state)).toEqual([1, 100]);
+        expect(shown(plateStrip(30, 1), state).range(state)).toEqual([1, 50]);
     });
 });

@@ -13,6 +13,8 @@ const CHANGED: Required<ViewState> = {
     limits: [-1.25e6, 3e7],
     logarithmic: true,
     flags: false,
+    unitFactor: 1e6,
+    unitName: 'MPa',
     deformed: false,
     scale: 12.5,
     animated: true,
@@ -46,7 +48,9 @@ describe('the address of a view', () => {
 
     test('gives back every part of the state', () => {
         const address = addressOf(CHANGED);
-        for (const key of Object.keys(CHANGED)) expect(address).toContain(`&${key}=`);
+        for (const key of Object.keys(CHANGED)) {
+            expect(address).toContain(`&${key === 'unitFactor' ? 'unit' : key}=`);
+        }
         expect(stateOfAddress(`#${address}`)).toEqual(CHANGED);
     });
 
@@ -62,6 +66,12 @@ describe('the address of a view', () => {
             const initial = { ...DEFAULT_STATE, ...CHANGED, field: 'RX', hiddenThicknesses: [9] } as ViewState;
             expect(stateOfAddress(addressOf(state, initial), initial)).toEqual(state);
         }
+    });
+
+    test('may name any unit', () => {
+        const state = { ...DEFAULT_STATE, unitFactor: 1e6, unitName: 'N/mm² & more' };
+        expect(stateOfAddress(addressOf(state))).toEqual(state);
+        expect(stateOfAddress('unit=0&unitName=longer+than+sixteen')).toEqual(DEFAULT_STATE);
     });
 
     test('is a text that needs no escapes', () => {

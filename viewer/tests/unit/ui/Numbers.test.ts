@@ -40,3 +40,16 @@ test('round numbers are multiples of 1, 2 or 5 times a power of ten within the r
     expect(roundNumbers(0, 1e7, 5)).toEqual([0, 2e6, 4e6, 6e6, 8e6, 1e7]);
     expect(roundNumbers(3, 3, 5)).toEqual([3]);
 });
+
+test('one rule writes a row: from six digits before the point on, and under a hundredth, with exponents', () => {
+    expect([-0.00145109, 0.000612308, -0.000518, 0.0145109].map((x) => numberText(x))).toEqual([
+        '-1.45109e-3',
+        '612.308e-6',
+        '-518e-6',
+        '0.0145109',
+    ]);
+});
+
+test('round-off in a place is zero beside the size of the model too', () => {
+    expect(placeText([4.8986e-18, 0, 0], 30)).toBe('0, 0, 0');
+});
