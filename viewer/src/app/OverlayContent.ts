@@ -188,12 +188,21 @@ export function overlayContent(source: OverlaySource, map: (point: Point) => Poi
         };
         flag(texts.legend.max, found.max);
         flag(texts.legend.min, found.min);
+        content.covered = coveredIn(scene, map);
     }
     probes.forEach((probe, i) => {
         const at = scene.projectNode(probe.node);
         if (at) content.markers.push({ at: map(at), text: String(i + 1) });
     });
     return content;
+}
+
+/** The squares that the structure covers, in the picture that is drawn. */
+function coveredIn(scene: SceneView, map: (point: Point) => Point): OverlayContent['covered'] {
+    const { middles, side } = scene.covered();
+    const mapped = new Float32Array(middles.length);
+    for (let i = 0; i < middles.length; i += 2) mapped.set(map([middles[i], middles[i + 1]]), i);
+    return { middles: mapped, side: map([side, 0])[0] - map([0, 0])[0] };
 }
 
 /** The parts of a line that are within the picture. */

@@ -58,6 +58,8 @@ export interface SceneView {
     showsWalls(): boolean;
     /** Whether a node, as it is deformed, stands behind the structure; never while that swings. */
     isHidden(node: number): boolean;
+    /** Where in the picture the structure is, coarsely: squares of that side, x and y of the middle of each. CSS pixels. */
+    covered(): { middles: Float32Array; side: number };
     /** Diagonal of the undeformed model. */
     size(): number;
     /** The limits of the colours in use. */

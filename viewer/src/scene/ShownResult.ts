@@ -7,10 +7,12 @@ import { meshEdges, type MeshEdges } from '../model/Topology';
 import { unitOf } from '../state/Units';
 import type { ViewState } from '../state/ViewState';
 import { shownValues } from './ShownValues';
+import { coveredSquares } from './Coverage';
 import { cutSurface, type CutLine } from './Cut';
+import { shownPoints } from './Extent';
 import { extremes } from './Extremes';
 import { bounds, defaultScale, diagonal, place, translations, type Bounds } from './Motion';
-import type { Ray } from './Projection';
+import type { Projection, Ray } from './Projection';
 import { RayTree, type Hit } from './RayTree';
 import type { ElementKind, Extremes, Probe } from './SceneView';
 import { Surface } from './Surface';
@@ -99,17 +101,15 @@ export class ShownResult {
         return this.meshed;
     }
 
-    /** Of what is shown; of the whole structure if that is nothing. */
-    box(): Bounds {
-        const box: Bounds = [Infinity, -Infinity, Infinity, -Infinity, Infinity, -Infinity];
-        const { surface, visible } = this;
-        for (let element = 0; element < surface.elementCount; ++element) {
-            if (!visible[element]) continue;
-            const begin = surface.cornerBegin(element);
-            const end = begin + surface.cornerCount(element);
-            for (let corner = begin; corner < end; ++corner) extend(box, this.places(), surface.cornerNode[corner]);
-        }
-        return box[0] <= box[1] ? box : bounds(this.result, this.scale);
+    /** That tell how far what is shown reaches, 3 coordinates each; of the whole structure if that is nothing. */
+    points(): Float32Array {
+        const points = shownPoints(this.surface, this.visible, this.places(), this.clip);
+        return points.length > 0 ? points : this.places();
+    }
+
+    /** Middles of the squares of the picture that it covers; x and y each. */
+    covered(projection: Projection): Float32Array {
+        return coveredSquares(this.surface, this.visible, this.places(), this.clip, projection);
     }
 
     boxOf(nodes: Iterable<number>): Bounds {
