@@ -7,7 +7,7 @@ import { marksBeyond, themeOf } from '../scene/Appearance';
 import { categories, type Category } from '../scene/Categories';
 import type { Extreme, Extremes, Probe, SceneView } from '../scene/SceneView';
 import { unitOf, withUnit } from '../state/Units';
-import type { PropertyField, ViewState } from '../state/ViewState';
+import type { Field, PropertyField, ViewState } from '../state/ViewState';
 import type { CategoryLegend, LegendContent, ScaleLegend } from '../ui/Legend';
 import { nodeName } from '../ui/Names';
 import { numberText, placeText } from '../ui/Numbers';
@@ -16,6 +16,8 @@ import { hasScale } from '../ui/panel/ColourSection';
 import type { Texts } from '../ui/Texts';
 
 type Point = [number, number];
+
+const ROTATIONS: readonly Field[] = ['R', 'RX', 'RY', 'RZ'];
 
 export interface OverlaySource {
     scene: SceneView;
@@ -40,6 +42,14 @@ export function fieldSubtitle(state: Readonly<ViewState>, texts: Texts, walls: b
 /** "Equivalent stress SE (MPa)". */
 export function fieldTitle(state: Readonly<ViewState>, texts: Texts): string {
     return withUnit(texts.fields[state.field], unitOf(state));
+}
+
+/** Of the axis of a graph: its unit is always told, "Displacement DX (unit of the model)". */
+export function axisTitle(state: Readonly<ViewState>, texts: Texts): string {
+    const unit = unitOf(state);
+    if (unit.name !== '') return fieldTitle(state, texts);
+    const name = ROTATIONS.includes(state.field) ? 'rad' : texts.cut.unit;
+    return withUnit(texts.fields[state.field], { ...unit, name });
 }
 
 /** Bands have the colour of their middle, as on the structure. */
@@ -160,7 +170,7 @@ export function legendContent(source: OverlaySource): LegendContent | undefined 
             if (found.notFinite > 0) notes.push(texts.legend.notFinite(found.notFinite));
         } else notes.push(texts.legend.noValues);
     } else if (isPropertyField(state.field)) content.key = categoryLegend(state.field, result, texts);
-    if (state.deformed) notes.push(texts.legend.deformation(numberText(scene.scale(), 4)));
+    if (state.deformed) notes.push(texts.legend.deformation(numberText(scene.scale())));
     return state.field === 'none' && notes.length === 0 && content.symbols.length === 0 ? undefined : content;
 }
 
@@ -181,7 +191,7 @@ export function overlayContent(source: OverlaySource, map: (point: Point) => Poi
                 hidden: scene.isHidden(extreme.node),
                 lines: [
                     `${name} ${numberText(extreme.value / unitOf(state).factor)}`,
-                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${placeText(extreme.position, scene.size(), 5)})`,
+                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${placeText(extreme.position, scene.size())})`,
                 ],
             };
             content.flags.push(flagged);

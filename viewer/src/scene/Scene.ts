@@ -198,6 +198,10 @@ export class Scene implements SceneView {
         return this.shown?.valuesOf(kind, number) ?? [];
     }
 
+    valueOf(probe: Probe): number {
+        return this.shown?.valueOf(probe) ?? NaN;
+    }
+
     showsWalls(): boolean {
         if (!this.shown) return false;
         const { visible, surface } = this.shown;

@@ -16,6 +16,8 @@ export interface Probe {
     /** The nearest corner. Nodes from Result.structureNodes on are those of section walls. */
     node: number;
     vertex: number;
+    /** Of the surface; -1: none. */
+    corner: number;
     /** Where the deformed surface was hit, and where that corner stands undeformed. */
     hit: [number, number, number];
     position: [number, number, number];
@@ -54,6 +56,8 @@ export interface SceneView {
     extremes(): Extremes | undefined;
     /** Values at a node, at the corners of an element, or where they are largest on a beam. */
     valuesOf(kind: 'node' | ElementKind | 'beam', number: number): Probe[];
+    /** Of the field that is shown now, at the corner that was probed; not a number where it has none. */
+    valueOf(probe: Probe): number;
     /** Whether section walls of beams are among what is visible. */
     showsWalls(): boolean;
     /** Whether a node, as it is deformed, stands behind the structure; never while that swings. */

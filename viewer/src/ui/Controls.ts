@@ -258,6 +258,19 @@ export function slider(
     };
 }
 
+/** A line of text that is there while it has something to say. */
+export function note(text: Reason): Control {
+    const root = make('p', { class: 'note', role: 'status', hidden: true });
+    return {
+        root,
+        sync(state) {
+            const said = text(state);
+            root.hidden = said === undefined;
+            root.textContent = said ?? '';
+        },
+    };
+}
+
 /** A folding section of controls. */
 export function section(title: string, open: boolean, ...children: Node[]): HTMLDetailsElement {
     return make('details', { open }, make('summary', {}, title), make('div', { class: 'section' }, ...children));

@@ -24,7 +24,7 @@ export interface Covered {
 }
 
 /** So much farther from its anchor a label may stand if it covers nothing there, and all of its ground nearer to it. */
-const COVER_COST = 260;
+const COVER_COST = 400;
 
 /** Distance between labels, and from the border of the picture. */
 const GAP = 6;

@@ -1,4 +1,5 @@
 // What stands on the three-dimensional picture: legend, flags, markers. Drawn on a canvas, on the page as in files.
+import { Axes } from '../scene/Axes';
 import { drawLegend, type LegendContent } from './Legend';
 import { leaderStart, placeFlags, type Anchor, type Covered, type Rectangle } from './Flags';
 import type { CanvasColours } from './Theme';
@@ -45,6 +46,7 @@ export function drawOverlay(
     for (const marker of content.markers) taken.push(drawMarker(context, marker.at, marker.text, colours));
     const legend = content.legend && drawLegend(context, size, content.legend, colours);
     if (legend) taken.push(legend);
+    taken.push({ x: 0, y: size.height - Axes.size, width: Axes.size, height: Axes.size });
 
     const anchors = content.flags.map((flag) => anchorOf(context, flag, colours));
     const labels = placeFlags(anchors, size, taken, content.covered);

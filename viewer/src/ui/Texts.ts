@@ -139,6 +139,7 @@ export interface Texts {
         second: string;
         nothing: string;
         length: string;
+        unit: string;
         saveCsv: string;
         close: string;
         pieces: (pieces: number) => string;

@@ -74,10 +74,11 @@ test('the value at a node under the pointer is the one of the file, and a click 
 
     await page.mouse.click(...at);
     const cells = await page.locator('.probe-table tbody td').allInnerTexts();
-    expect(cells.slice(3, 6)).toEqual(
+    expect(cells[3]).toBe(value);
+    expect(cells.slice(4, 7)).toEqual(
         [...panel.coordinates.subarray(3 * number, 3 * number + 3)].map((x) => numberText(x)),
     );
-    expect(cells[3 + 3 + 6 + SE]).toBe(value);
+    expect(cells[4 + 3 + 6 + SE]).toBe(value);
     await page.close();
 }, 60_000);
 
@@ -254,6 +255,44 @@ test('a number that is not there is refused in words, one that is there is gone 
     await box.fill('3');
     await page.keyboard.press('Enter');
     await expect.poll(() => page.url()).not.toBe(before);
+    const cells = await page.locator('.probe-table tbody tr').first().locator('td').allInnerTexts();
+    expect(cells[1]).toBe('3');
+    const found = [...panel.vertexNodes.keys()].filter((vertex) => panel.vertexNodes[vertex] === 3);
+    const larger = (vertex: number): number =>
+        Math.max(...[panel.positiveFace, panel.negativeFace].map((face) => face[STRESS_COLUMNS * vertex + SE]));
+    expect(found.map((vertex) => numberText(larger(vertex)))).toContain(cells[3]);
+    await page.close();
+}, 60_000);
+
+test('an address that is typed is followed, and what it says wrongly is told until it is right', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    const notice = page.locator('.notice');
+    await page.evaluate(() => (location.hash = 'v=1&fild=SX&field=U&view=top'));
+    await expect.poll(() => legend(page)).toContain('Displacement U');
+    expect(await notice.innerText()).toContain('fild=SX');
+    await expect.poll(() => page.url()).toContain('camera=');
+    await page.evaluate(() => (location.hash = 'v=1&field=SX'));
+    await expect.poll(() => legend(page)).toContain('Stress SX');
+    expect(await notice.isVisible()).toBe(false);
+    await page.close();
+}, 60_000);
+
+test('a window of another size is fitted anew, unless the user has moved the structure', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    const half = (): number => Number(/camera=([^&]*)/.exec(page.url())?.[1].split(/,|%2C/).pop());
+    await expect.poll(half).toBeGreaterThan(0);
+    const before = half();
+    await page.setViewportSize({ width: 700, height: 760 });
+    await expect.poll(half).toBeGreaterThan(1.1 * before);
+    await page.locator('.scene').focus();
+    await page.keyboard.press('+');
+    await page.waitForTimeout(800);
+    const moved = half();
+    await page.setViewportSize({ width: 1100, height: 760 });
+    await page.waitForTimeout(800);
+    expect(half()).toBe(moved);
     await page.close();
 }, 60_000);
 

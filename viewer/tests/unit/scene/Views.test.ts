@@ -74,3 +74,22 @@ test('what is behind the eye stands nowhere in a perspective picture', () => {
     const behind: Vec3 = [camera.position[0], camera.position[1] - 1, camera.position[2]];
     expect(new Projection(camera, false, WIDTH, HEIGHT).toPixel(behind)).toBeUndefined();
 });
+
+test('a slanting bar fills a fitted picture from end to end', () => {
+    const bar = { points: Float32Array.of(0, 0, 0, 9, 12, 8), around: 0 };
+    const aspect = WIDTH / HEIGHT;
+    for (const view of ['iso', 'front', 'left', 'top'] as const) {
+        const projection = new Projection(standardView(view, bar, aspect, true), true, WIDTH, HEIGHT);
+        const [a, b] = [0, 3].map((i) => projection.toPixel([bar.points[i], bar.points[i + 1], bar.points[i + 2]])!);
+        const part = Math.max(Math.abs(a[0] - b[0]) / WIDTH, Math.abs(a[1] - b[1]) / HEIGHT);
+        expect(part).toBeCloseTo(1 / 1.08, 6);
+    }
+});
+
+test('what stands out of the points has its place in a fitted picture', () => {
+    const around = 3;
+    const camera = standardView('front', { ...CONTENT, around }, WIDTH / HEIGHT, true);
+    const projection = new Projection(camera, true, WIDTH, HEIGHT);
+    expect(projection.toPixel([2, 2.5, BOX[5] + around])![1]).toBeGreaterThan(0);
+    expect(projection.toPixel([2, 2.5, BOX[4] - around])![1]).toBeLessThan(HEIGHT);
+});
