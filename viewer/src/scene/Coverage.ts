@@ -11,8 +11,8 @@ export const SQUARE = 12;
 const MOST_ELEMENTS = 4000;
 /** Into how many parts an element is divided each way. */
 const MOST_PARTS = 64;
-/** Spreads them so that no regular mesh meets them always in the same row. */
-const SPREAD = 7919;
+/** The golden section spreads them most evenly, and no regular mesh meets them always in the same row. */
+const SPREAD = (Math.sqrt(5) - 1) / 2;
 
 /** Middles of the squares with something of the structure in them; x and y each. places: 3 per node. */
 export function coveredSquares(
@@ -33,7 +33,7 @@ export function coveredSquares(
     };
     const step = Math.ceil(surface.elementCount / MOST_ELEMENTS);
     for (let lot = 0; lot * step < surface.elementCount; ++lot) {
-        const element = Math.min(surface.elementCount - 1, lot * step + ((lot * SPREAD) % step));
+        const element = Math.min(surface.elementCount - 1, lot * step + Math.floor(step * ((lot * SPREAD) % 1)));
         if (!shown[element]) continue;
         // A triangle is a quadrilateral whose last two corners are one.
         const last = surface.cornerCount(element) - 1;
