@@ -196,7 +196,7 @@ export class App {
         // The lines of a cut stay where the structure was when it was cut.
         if (changed.has('deformed') || changed.has('scale') || changed.has('animated')) this.forgetCutLines();
         if (changed.has('dark')) document.documentElement.dataset.theme = this.store.state.dark ? 'dark' : 'light';
-        if (TOLD_IN_TABLE.some((key) => changed.has(key))) this.showTable();
+        if (TOLD_IN_TABLE.some((key) => changed.has(key))) this.fillTable();
         if (changed.has('language')) this.followLanguage();
         else if (!(changed.size === 1 && changed.has('camera'))) this.panel?.sync(this.store);
         this.describe();
@@ -324,10 +324,16 @@ export class App {
             this.drawer.remove(this.table.root);
             return;
         }
+        this.fillTable();
+        this.drawer.open(this.table.root, this.texts.probe.title, this.texts.probe.removeAll, () => this.table.clear());
+    }
+
+    /** Where it is, also behind the graph of a cut. */
+    private fillTable(): void {
+        if (!this.result || this.table.points.length === 0) return;
         const size = this.scene?.size() ?? 0;
         const say = (text: string): void => this.area.say(text);
         this.table.render(this.result, this.texts, stressUnit(this.store.state), this.shownColumn(), size, say);
-        this.drawer.open(this.table.root, this.texts.probe.title, this.texts.probe.removeAll, () => this.table.clear());
     }
 
     private shownColumn(): ShownColumn | undefined {

@@ -241,6 +241,9 @@ test('two clicks with the tool for cuts give a graph of the field over the lengt
     const lines = (await readFile((await download.path())!, 'utf8')).trim().split('\n');
     expect(lines[0]).toBe('piece,length,"Equivalent stress SE, larger face, nodal average"');
     expect(lines.length).toBeGreaterThan(5);
+    // Titles of both axes, with units.
+    const labels = await page.locator('.chart text.quiet').allTextContents();
+    expect(labels).toEqual(['arc length (unit of the model)', 'Equivalent stress SE (unit of the model)']);
     await page.close();
 }, 60_000);
 
