@@ -44,12 +44,11 @@ export function fieldTitle(state: Readonly<ViewState>, texts: Texts): string {
     return withUnit(texts.fields[state.field], unitOf(state));
 }
 
-/** Of the axis of a graph: its unit is always told, "Displacement DX (unit of the model)". */
+/** Of the axis of a graph, short and always with a unit: "DX (unit of the model)". */
 export function axisTitle(state: Readonly<ViewState>, texts: Texts): string {
     const unit = unitOf(state);
-    if (unit.name !== '') return fieldTitle(state, texts);
-    const name = ROTATIONS.includes(state.field) ? 'rad' : texts.cut.unit;
-    return withUnit(texts.fields[state.field], { ...unit, name });
+    const known = ROTATIONS.includes(state.field) ? 'rad' : unit.name;
+    return withUnit(state.field, { ...unit, name: known || texts.cut.unit });
 }
 
 /** Bands have the colour of their middle, as on the structure. */

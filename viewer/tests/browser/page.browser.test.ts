@@ -243,7 +243,7 @@ test('two clicks with the tool for cuts give a graph of the field over the lengt
     expect(lines.length).toBeGreaterThan(5);
     // Titles of both axes, with units.
     const labels = await page.locator('.chart text.quiet').allTextContents();
-    expect(labels).toEqual(['arc length (unit of the model)', 'Equivalent stress SE (unit of the model)']);
+    expect(labels).toEqual(['arc length (unit of the model)', 'SE (unit of the model)']);
     await page.close();
 }, 60_000);
 
