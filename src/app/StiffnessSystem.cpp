@@ -29,9 +29,18 @@ constexpr const char* DofNames[DofsPerNode] = {"dx", "dy", "dz", "rx", "ry", "rz
 
 EngineKind KindFor(const ModelStore& model, SolverKind kind)
 {
+    switch (kind) {
+    case SolverKind::Sparse:
+        return EngineKind::Multifrontal;
+    case SolverKind::Cholmod:
+        return EngineKind::Cholmod;
+    case SolverKind::Skyline:
+        return EngineKind::Skyline;
+    case SolverKind::Automatic:
+        break;
+    }
     const bool isSmall = std::int64_t(DofsPerNode) * model.NPOIN <= FewEquations;
-    return kind == SolverKind::Skyline || (kind == SolverKind::Automatic && isSmall) ? EngineKind::Skyline
-                                                                                     : EngineKind::Cholmod;
+    return isSmall ? EngineKind::Skyline : EngineKind::Multifrontal;
 }
 
 // Elements of one kind that have the node, as "quads 3, 17, 20".
