@@ -7,10 +7,19 @@ namespace tarnvexo {
 
 namespace {
 
-constexpr int None = -1;
+// Blocks of a strip of a front's update, and those that one thread assembles at a time.
+constexpr int StripBlocks = StripColumns / DofsPerNode;
+constexpr int PieceBlocks = StripBlocks / 2;
 
-// Block columns of a large front that one thread assembles at a time.
-constexpr int AssembledColumns = 16;
+int PiecesOf(int blocks)
+{
+    return (blocks + PieceBlocks - 1) / PieceBlocks;
+}
+
+IndexRange Piece(int piece, int blocks)
+{
+    return {PieceBlocks * piece, std::min(PieceBlocks * (piece + 1), blocks)};
+}
 
 } // namespace
 
@@ -58,27 +67,19 @@ FrontArray MultifrontalEngine::PanelOf(int front) const
     return PanelAt(factor.Data() + panelAt[front], tree.fronts[front].Size());
 }
 
-FrontArray MultifrontalEngine::UpdateOf(int front, int stack, const Workspace& work) const
+FrontUpdate MultifrontalEngine::UpdateOf(int front, int stack, const Workspace& work) const
 {
-    double* base = work.ofItsOwn;
-    if (updatePlaces.side[front] != UpdatePlaces::OfItsOwn) {
-        const bool isOdd = updatePlaces.side[front] == UpdatePlaces::Odd;
-        base = stack == None
-                   ? work.stacks + (isOdd ? updatePlaces.sharedStack[0] : 0)
-                   : work.stacks +
-                         static_cast<std::size_t>(stack) * (updatePlaces.ownStack[0] + updatePlaces.ownStack[1]) +
-                         (isOdd ? updatePlaces.ownStack[0] : 0);
-    }
-    return UpdateAt(base + updatePlaces.at[front], tree.fronts[front].Size());
+    double* const base = updatePlaces.side[front] == UpdatePlaces::OfItsOwn ? work.ofItsOwn : work.stacks;
+    return {base + updatePlaces.Begin(front, stack), tree.fronts[front].Size()};
 }
 
-// Block columns of a front are cleared, take up the matrix and what is left of the children, in this order.
-void MultifrontalEngine::AssembleColumns(int number, IndexRange blockColumns, int stack, const Workspace& work) const
+// Block columns of a front, all in `to`, are cleared, take up the matrix and what is left of the children, in this
+// order.
+void MultifrontalEngine::AssembleColumns(int number, IndexRange blockColumns, const FrontArray& to, int stack,
+                                         const Workspace& work) const
 {
     const Front& front = tree.fronts[number];
-    const FrontArray L = PanelOf(number), U = UpdateOf(number, stack, work);
     for (int k = blockColumns.begin; k < blockColumns.end; ++k) {
-        const FrontArray& to = k < front.columns ? L : U;
         const int firstRow = std::max(DofsPerNode * k / RowAlignment * RowAlignment, to.firstRow);
         for (int v = 0; v < DofsPerNode; ++v) {
             double* const column = to.At(firstRow, DofsPerNode * k + v);
@@ -93,36 +94,45 @@ void MultifrontalEngine::AssembleColumns(int number, IndexRange blockColumns, in
         const double* from = work.matrix->Column(column);
         for (int v = 0; v < DofsPerNode; ++v) {
             for (int b = 0; b < blocks; ++b, from += DofsPerNode) {
-                std::copy(from, from + DofsPerNode, L.At(DofsPerNode * blockRows[b], DofsPerNode * k + v));
+                std::copy(from, from + DofsPerNode, to.At(DofsPerNode * blockRows[b], DofsPerNode * k + v));
             }
         }
     }
     for (const int childNumber : tree.ChildrenOf(front)) {
         const Front& child = tree.fronts[childNumber];
         const std::span<const int> blockInParent = tree.RowsInParent(child);
-        const FrontArray from = UpdateOf(childNumber, stack, work);
+        const FrontUpdate from = UpdateOf(childNumber, stack, work);
         const auto firstFrom = [&](int blockColumn) {
             return static_cast<int>(std::lower_bound(blockInParent.begin(), blockInParent.end(), blockColumn) -
                                     blockInParent.begin());
         };
-        const int begin = firstFrom(blockColumns.begin), end = firstFrom(blockColumns.end);
-        const int split = std::clamp(firstFrom(front.columns), begin, end);
-        AddUpdate(from, blockInParent.data(), child.rows, {begin, split}, L);
-        AddUpdate(from, blockInParent.data(), child.rows, {split, end}, U);
+        const int end = firstFrom(blockColumns.end);
+        for (int begin = firstFrom(blockColumns.begin), strip = begin / StripBlocks; begin < end; ++strip) {
+            const int stripEnd = std::min(end, StripBlocks * (strip + 1));
+            AddUpdate(from.Strip(strip), child.Size().width, blockInParent.data(), child.rows, {begin, stripEnd}, to);
+            begin = stripEnd;
+        }
     }
 }
 
 void MultifrontalEngine::ComputeFront(int number, CrewMember& member, int stack, const Workspace& work)
 {
     const Front& front = tree.fronts[number];
-    const std::size_t pieces = static_cast<std::size_t>((front.Blocks() + AssembledColumns - 1) / AssembledColumns);
-    member.Each(pieces, [&](std::size_t piece) {
-        const int begin = AssembledColumns * static_cast<int>(piece);
-        AssembleColumns(number, {begin, std::min(begin + AssembledColumns, front.Blocks())}, stack, work);
+    const FrontArray L = PanelOf(number);
+    const FrontUpdate U = UpdateOf(number, stack, work);
+    const int panelPieces = PiecesOf(front.columns), updatePieces = PiecesOf(front.rows);
+    member.Each(static_cast<std::size_t>(panelPieces + updatePieces), [&](std::size_t index) {
+        const int piece = static_cast<int>(index);
+        if (piece < panelPieces) {
+            AssembleColumns(number, Piece(piece, front.columns), L, stack, work);
+            return;
+        }
+        const IndexRange below = Piece(piece - panelPieces, front.rows);
+        AssembleColumns(number, {front.columns + below.begin, front.columns + below.end},
+                        U.Strip(below.begin / StripBlocks), stack, work);
     });
     const std::size_t equation = static_cast<std::size_t>(DofsPerNode) * front.firstColumn;
-    EliminateFront(member, front.Size(), PanelOf(number), UpdateOf(number, stack, work), &signs[equation],
-                   &pivots[equation], isPositive[number]);
+    EliminateFront(member, front.Size(), L, U, &signs[equation], &pivots[equation], isPositive[number]);
 }
 
 PivotReport MultifrontalEngine::Factorise(const BlockMatrix& matrix)
@@ -142,7 +152,7 @@ PivotReport MultifrontalEngine::Factorise(const BlockMatrix& matrix)
             const int root = schedule.subtrees[k];
             for (int f = schedule.firstFront[root]; f <= root; ++f) { ComputeFront(f, alone, member.Number(), work); }
         });
-        for (const int f : schedule.shared) { ComputeFront(f, member, None, work); }
+        for (const int f : schedule.shared) { ComputeFront(f, member, UpdatePlaces::SharedStack, work); }
     });
 
     PivotReport report;

@@ -36,9 +36,10 @@ private:
     struct Vectors;
 
     FrontArray PanelOf(int front) const;
-    FrontArray UpdateOf(int front, int member, const Workspace& work) const;
+    FrontUpdate UpdateOf(int front, int stack, const Workspace& work) const;
     void ComputeFront(int front, CrewMember& member, int stack, const Workspace& work);
-    void AssembleColumns(int front, IndexRange blockColumns, int stack, const Workspace& work) const;
+    void AssembleColumns(int front, IndexRange blockColumns, const FrontArray& to, int stack,
+                         const Workspace& work) const;
     void SolveDown(int front, CrewMember& member, int stack, const Vectors& vectors) const;
     void SolveUp(int front, CrewMember& member, int stack, const Vectors& vectors) const;
 
