@@ -42,11 +42,12 @@ std::string MultifrontalEngine::Kernels() const
 
 FactorSize MultifrontalEngine::Analyse(const BlockPattern& pattern)
 {
-    factor = LargeArray();
     tree = BuildFrontTree(pattern);
     schedule = ScheduleFronts(tree, threads);
     std::vector<std::size_t> updateSizes(tree.fronts.size()), heights(tree.fronts.size());
-    panelAt.assign(tree.fronts.size() + 1, 0);
+    std::vector<std::size_t> panelAt(tree.fronts.size() + 1, 0);
+    std::vector<unsigned char> isShared(tree.fronts.size(), 0);
+    for (const int f : schedule.shared) { isShared[f] = 1; }
     FactorSize size;
     for (std::size_t f = 0; f < tree.fronts.size(); ++f) {
         const FrontSize front = tree.fronts[f].Size();
@@ -57,14 +58,23 @@ FactorSize MultifrontalEngine::Analyse(const BlockPattern& pattern)
     }
     updatePlaces = PlaceUpdates(tree, schedule, updateSizes);
     vectorPlaces = PlaceUpdates(tree, schedule, heights);
-    size.entries = static_cast<std::int64_t>(panelAt.back());
-    size.bytes = static_cast<double>(panelAt.back() + updatePlaces.Entries(threads)) * sizeof(double);
+    store.Plan(std::move(panelAt), isShared, threads);
+    size.entries = static_cast<std::int64_t>(store.Entries());
+    const std::size_t workspace = updatePlaces.Entries(threads);
+    size.bytes = static_cast<double>(workspace + store.Entries()) * sizeof(double);
+    size.bytesWithScratchFile = static_cast<double>(workspace + store.BufferEntries()) * sizeof(double);
     return size;
 }
 
-FrontArray MultifrontalEngine::PanelOf(int front) const
+bool MultifrontalEngine::KeepFactorIn(const std::string& directory)
 {
-    return PanelAt(factor.Data() + panelAt[front], tree.fronts[front].Size());
+    store.KeepIn(directory);
+    return true;
+}
+
+FrontArray MultifrontalEngine::PanelOf(int front, int stack)
+{
+    return PanelAt(store.Panel(front, stack), tree.fronts[front].Size());
 }
 
 FrontUpdate MultifrontalEngine::UpdateOf(int front, int stack, const Workspace& work) const
@@ -118,7 +128,7 @@ void MultifrontalEngine::AssembleColumns(int number, IndexRange blockColumns, co
 void MultifrontalEngine::ComputeFront(int number, CrewMember& member, int stack, const Workspace& work)
 {
     const Front& front = tree.fronts[number];
-    const FrontArray L = PanelOf(number);
+    const FrontArray L = PanelOf(number, stack);
     const FrontUpdate U = UpdateOf(number, stack, work);
     const int panelPieces = PiecesOf(front.columns), updatePieces = PiecesOf(front.rows);
     member.Each(static_cast<std::size_t>(panelPieces + updatePieces), [&](std::size_t index) {
@@ -133,14 +143,13 @@ void MultifrontalEngine::ComputeFront(int number, CrewMember& member, int stack,
     });
     const std::size_t equation = static_cast<std::size_t>(DofsPerNode) * front.firstColumn;
     EliminateFront(member, front.Size(), L, U, &signs[equation], &pivots[equation], isPositive[number]);
+    store.Write(member, number, stack);
 }
 
 PivotReport MultifrontalEngine::Factorise(const BlockMatrix& matrix)
 {
     const std::size_t equations = static_cast<std::size_t>(DofsPerNode) * tree.columnAt.size();
-    if (factor.Size() != panelAt.back()) {
-        factor = LargeArray(panelAt.back());
-    }
+    store.Open();
     LargeArray workspace(updatePlaces.Entries(threads));
     signs.assign(equations, 1.0);
     pivots.assign(equations, 0.0);
@@ -154,6 +163,7 @@ PivotReport MultifrontalEngine::Factorise(const BlockMatrix& matrix)
         });
         for (const int f : schedule.shared) { ComputeFront(f, member, UpdatePlaces::SharedStack, work); }
     });
+    store.ThrowFailure();
 
     PivotReport report;
     report.pivots.resize(equations);

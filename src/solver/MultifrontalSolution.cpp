@@ -64,11 +64,12 @@ struct MultifrontalEngine::Vectors {
     }
 };
 
-void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, const Vectors& vectors) const
+void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, const Vectors& vectors)
 {
     const Front& front = tree.fronts[number];
     const FrontSize size = front.Size();
-    const FrontArray L = PanelOf(number);
+    const FrontArray L = PanelOf(number, stack);
+    store.Read(member, number, stack);
     double* const work = vectors.Of(number, stack, vectorPlaces);
     const std::size_t height = static_cast<std::size_t>(size.height), width = static_cast<std::size_t>(size.width);
     const auto head = [&](int r) {
@@ -111,11 +112,12 @@ void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, co
     });
 }
 
-void MultifrontalEngine::SolveUp(int number, CrewMember& member, int stack, const Vectors& vectors) const
+void MultifrontalEngine::SolveUp(int number, CrewMember& member, int stack, const Vectors& vectors)
 {
     const Front& front = tree.fronts[number];
     const FrontSize size = front.Size();
-    const FrontArray L = PanelOf(number);
+    const FrontArray L = PanelOf(number, stack);
+    store.Read(member, number, stack);
     double* const work = vectors.Of(number, stack, vectorPlaces);
     const std::size_t height = static_cast<std::size_t>(size.height), width = static_cast<std::size_t>(size.width);
     const auto head = [&](std::size_t r) {
@@ -184,6 +186,7 @@ void MultifrontalEngine::Solve(double* vectors, int count)
                 for (int f = root; f >= schedule.firstFront[root]; --f) { SolveUp(f, alone, member.Number(), group); }
             });
         });
+        store.ThrowFailure();
         permute(first, together,
                 [](double* outside, const double* inside) { std::copy_n(inside, DofsPerNode, outside); });
     }
