@@ -8,9 +8,10 @@
 #define HWY_DISABLED_TARGETS (HWY_AVX3_DL | HWY_SSE4)
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "solver/CompensatedResidual.cpp"
+#include "solver/CompensatedResidual.h"
+
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
-#include "solver/CompensatedResidual.h"
 
 #include <algorithm>
 #include <cmath>
@@ -129,9 +130,7 @@ HWY_INLINE void MultiplyLeftBlocks(const BlockMatrix& matrix, const LeftBlocks& 
         const double* xJ = x + static_cast<std::ptrdiff_t>(DofsPerNode) * J;
         for (int v = 0; v < DofsPerNode; ++v, a += height) {
             const Vector xj = hn::Neg(hn::Set(d, xJ[v]));
-            for (int k = 0; k + 1 < NodeVectors; ++k) {
-                AddProduct(hn::LoadU(d, a + k * VectorLanes), xj, sums, k);
-            }
+            for (int k = 0; k + 1 < NodeVectors; ++k) { AddProduct(hn::LoadU(d, a + k * VectorLanes), xj, sums, k); }
             constexpr int last = NodeVectors - 1;
             AddProduct(hn::MaskedLoad(inside, d, a + last * VectorLanes), xj, sums, last);
         }

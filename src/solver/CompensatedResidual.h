@@ -8,8 +8,8 @@
 //     TwoSum       s = fl(a + b), e = a + b − s  (Knuth; six additions)
 //
 // and the parts taken away are summed beside: the result is as good as if summed with 106 bits and rounded once,
-// |error| ≤ ε·|r| + (n·ε)²·(|K|·|u| + |f|), ε = 2⁻⁵³, n terms. Source: T. Ogita, S. M. Rump, S. Oishi, Accurate sum and dot
-// product, SIAM J. Sci. Comput. 26 (2005) 1955–1988, algorithm 5.3 (Dot2).
+// |error| ≤ ε·|r| + (n·ε)²·(|K|·|u| + |f|), ε = 2⁻⁵³, n terms. Source: T. Ogita, S. M. Rump, S. Oishi, Accurate sum and
+// dot product, SIAM J. Sci. Comput. 26 (2005) 1955–1988, algorithm 5.3 (Dot2).
 //
 // A row needs the blocks of its own column, K_JIᵀ·u_J standing for the right half of the row, and those left of the
 // diagonal, which LeftBlocks finds. So the matrix is read twice, but no thread writes what another one does, and the
@@ -23,8 +23,8 @@
 
 namespace tarnvexo {
 
-// Blocks left of the diagonal, row by row, columns ascending: those of block row I are e = first[I] ... first[I + 1] - 1,
-// each block number block[e] of the pattern, in block column column[e].
+// Blocks left of the diagonal, row by row, columns ascending: those of block row I are e = first[I] ... first[I + 1] -
+// 1, each block number block[e] of the pattern, in block column column[e].
 struct LeftBlocks {
     std::vector<std::size_t> first; // columns + 1
     std::vector<std::size_t> block;

@@ -108,7 +108,9 @@ SOLUTION
   operations                            6.5e+06  0.2 GF/s while factorising
   smallest pivot ratio                  3.2e-05  at node 57 rz
   condition at least                    3.1e+04
-  relative residual                     1.7e-16
+  relative residual                     1.7e-16  2.4e-16 before refinement
+  steps of refinement                         1
+  digits of the displacements                16  9 before refinement, estimates
 
 LARGEST RESULTS
   displacement                          0.00214  m  node 87 at (11.5, 4, 0)
