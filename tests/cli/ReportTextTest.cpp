@@ -276,6 +276,21 @@ TEST(ReportText, SaysWhatAModelDoesNotHave)
     EXPECT_TRUE(Contains(text, "\nOTHER WARNINGS: none\n"));
 }
 
+TEST(ReportText, TellsDigitsOnlyWhereTheyAreKnown)
+{
+    SolveReport report = test::SampleSolveReport();
+    report.solver.refinementSteps = 0;
+    report.solver.displacementErrorBefore = report.solver.displacementError = 1.0; // no correction helps
+    std::string text = SolveReportText(report, UnitSystem::SI);
+    EXPECT_TRUE(Contains(text, "  digits of the displacements                 0  estimate\n")) << text;
+    EXPECT_FALSE(Contains(text, "before refinement")) << text;
+    report.solver.displacementErrorBefore.reset();
+    report.solver.displacementError.reset();
+    text = SolveReportText(report, UnitSystem::SI);
+    EXPECT_TRUE(Contains(text, "  steps of refinement                         0\n")) << text;
+    EXPECT_FALSE(Contains(text, "digits of the displacements")) << text;
+}
+
 TEST(ReportText, CutsALongListOfParts)
 {
     SolveReport report = test::SampleSolveReport();
