@@ -52,7 +52,7 @@ struct PartReport {
 // How the equations were or would be solved.
 struct SolverReport {
     std::string engine;   // "CHOLMOD 5.1 (supernodal LLᵀ)", "skyline LDLᵀ"
-    std::string ordering; // "METIS on nodes", "AMD on nodes", "natural"
+    std::string ordering; // "bisection on nodes", "AMD on nodes", "METIS on nodes", "reverse Cuthill-McKee on nodes"
     std::string kernels;  // "OpenBLAS 0.3.21 SkylakeX", "Highway AVX3"
     int threads = 1;
     std::int64_t factorEntries = 0;

@@ -99,7 +99,7 @@ void StiffnessSystem::Order()
         order = OrderFromSequence(std::move(nodeAt));
         report.ordering = "reverse Cuthill-McKee on nodes";
     } else {
-        ChosenOrder chosen = OrderNodes(graph);
+        ChosenOrder chosen = OrderNodes(graph, model.NodeCoordinates);
         order = std::move(chosen.order);
         report.ordering = chosen.method + " on nodes";
     }
