@@ -57,6 +57,7 @@ struct SolverReport {
     int threads = 1;
     std::int64_t factorEntries = 0;
     double factorGigabytes = 0.0;
+    std::string scratchDirectory;    // of the file that keeps the factor; empty: it is kept in memory
     double factorOperations = 0.0;   // additions and multiplications
     double smallestPivotRatio = 0.0; // smallest pivot against the diagonal of the stiffness at the same place
     NodeDof smallestPivot;
