@@ -104,6 +104,23 @@ TEST(FrontSchedule, LeavesTheTreeWholeForOneThread)
     });
 }
 
+// A girder that is cut more than a thousand times beside a hundred thousand nodes of which each is a subtree: what grew
+// by the product of the two would not come to an end.
+TEST(FrontSchedule, CutsALongTreeBesideManySmallOnes)
+{
+    constexpr int Alone = 100000, Members = 64;
+    const NodeGraph girder = Girder(6, 1500);
+    std::vector<Edge> edges;
+    for (int n = 0; n < girder.Size(); ++n) {
+        for (int e = girder.first[n]; e < girder.first[n + 1]; ++e) { edges.push_back({n, girder.neighbours[e]}); }
+    }
+    const int nodes = girder.Size() + Alone;
+    const FrontTree tree = BuildFrontTree(LowerPattern(GraphOf(nodes, edges), NaturalOrder(nodes)));
+    const FrontSchedule schedule = ScheduleFronts(tree, Members);
+    EXPECT_EQ(schedule.subtrees.size(), Alone + 1u);
+    EXPECT_GT(schedule.shared.size(), 1000u);
+}
+
 TEST(FrontSchedule, GivesEveryThreadOfABrickASubtree)
 {
     const NodeGraph brick = Brick(9, 9, 9);
