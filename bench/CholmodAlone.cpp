@@ -1,10 +1,10 @@
 // cholmod_alone MODEL [small-pages]
 // The equations of a model solved by CHOLMOD's public interface alone, set as well as we know how: the least time that
 // a whole run can be compared with. The model is read, balanced and assembled by our code and none of that is timed;
-// then, each with its time: ordering of the node graph by METIS and AMD at the same time, the cheaper one taken;
-// symbolic analysis of the equations, which come in that order, with 32-bit indices; supernodal LLᵀ with OpenBLAS on
-// all processors; solution of one right-hand side. CHOLMOD permutes nothing. Its large arrays stand on large pages
-// unless small-pages is given. JSON on standard output.
+// then, each with its time: ordering of the node graph, the cheapest of several taken; symbolic analysis of the
+// equations, which come in that order, with 32-bit indices; supernodal LLᵀ with OpenBLAS on all processors; solution of
+// one right-hand side. CHOLMOD permutes nothing. Its large arrays stand on large pages unless small-pages is given.
+// JSON on standard output.
 #include "BalancedModel.h"
 #include "ReadyEnvironment.h"
 #include "app/FreeParts.h"
@@ -139,7 +139,7 @@ void Run(const char* modelFile, bool largePages)
     common.postorder = false; // OrderNodes has done it
 
     Stopwatch watch;
-    const ChosenOrder chosen = OrderNodes(graph);
+    const ChosenOrder chosen = OrderNodes(graph, model.NodeCoordinates);
     const double orderSeconds = watch.Lap();
 
     BlockMatrix matrix;

@@ -59,7 +59,7 @@ void Run(const char* modelFile, EngineKind kind, int threads, int turns)
     const ModelStore model = BalancedModel(modelFile);
     const NodeGraph graph = BuildNodeGraph(model);
     ChosenOrder chosen;
-    const double orderSeconds = Seconds([&] { chosen = OrderNodes(graph); });
+    const double orderSeconds = Seconds([&] { chosen = OrderNodes(graph, model.NodeCoordinates); });
     BlockMatrix matrix;
     matrix.pattern = LowerPattern(graph, chosen.order);
     AssembleBlockMatrix(model, chosen.order, matrix);
