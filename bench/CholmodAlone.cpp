@@ -91,7 +91,7 @@ void Run(const char* modelFile, bool largePages)
     const ChosenOrder chosen = OrderByLibraries(graph);
     const double orderSeconds = watch.Lap();
 
-    const Equations equations = AssembleEquations(model, graph, chosen.order);
+    const Equations equations = AssembleEquations(model, LowerPattern(graph, chosen.order), chosen.order);
     cholmod_sparse* sparse = SparseOf(equations.matrix, common);
     cholmod_dense* f = cholmod_zeros(sparse->nrow, 1, CHOLMOD_REAL, &common);
     Require(f != nullptr, "allocate", common);

@@ -10,10 +10,10 @@
 
 namespace tarnvexo {
 
-Equations AssembleEquations(const ModelStore& model, const NodeGraph& graph, const EliminationOrder& order)
+Equations AssembleEquations(const ModelStore& model, BlockPattern pattern, const EliminationOrder& order)
 {
     Equations equations;
-    equations.matrix.pattern = LowerPattern(graph, order);
+    equations.matrix.pattern = std::move(pattern);
     AssembleBlockMatrix(model, order, equations.matrix);
     const std::vector<unsigned char> isHeld = FindFreeParts(model).isHeld;
     std::vector<unsigned char> held(isHeld.size());

@@ -15,7 +15,8 @@ struct Equations {
     BlockMatrix matrix;        // held equations taken out
     std::vector<double> loads; // [6·columns] in elimination order, zero where held
 };
-Equations AssembleEquations(const ModelStore& model, const NodeGraph& graph, const EliminationOrder& order);
+// pattern: of the model's graph in that order.
+Equations AssembleEquations(const ModelStore& model, BlockPattern pattern, const EliminationOrder& order);
 
 // METIS and AMD on the graph of nodes at the same time, the one with fewer operations, in postorder.
 ChosenOrder OrderByLibraries(const NodeGraph& graph);

@@ -171,7 +171,7 @@ void Run(const char* modelFile, int threads, const std::vector<Ordering>& orderi
         const ChosenOrder chosen = OrderByLibraries(graph);
         orderSeconds = watch.Lap();
         givenMethod = chosen.method;
-        equations = AssembleEquations(model, graph, chosen.order);
+        equations = AssembleEquations(model, LowerPattern(graph, chosen.order), chosen.order);
         triplets = TripletsOf(equations.matrix);
         identity.resize(equations.loads.size());
         std::iota(identity.begin(), identity.end(), 1);
