@@ -74,8 +74,7 @@ class Bench:
         for program in [self.tarnvexo, self.generate, self.machine_rates, self.cholmod_alone, self.engine_rates]:
             if not program.exists():
                 sys.exit(f"factorisation.py: error: {program} is missing\n"
-                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model machine_rates "
-                         "cholmod_alone engine_rates")
+                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model bench_programs")
         self.mumps = {}
         if options.mumps:
             mpirun = ["mpirun", "-np", self.cores, "--allow-run-as-root", "--oversubscribe", "--bind-to", "none"]

@@ -163,8 +163,7 @@ class Bench:
         for program in [self.tarnvexo, self.generate, self.machine_rates, self.cholmod_alone, self.calculix_export]:
             if not program.exists():
                 sys.exit(f"scaling.py: error: {program} is missing\n"
-                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model machine_rates "
-                         "cholmod_alone calculix_export")
+                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model bench_programs")
 
     def repeats(self, seconds):
         """How often a run that is expected to take so long is measured; an odd number."""
