@@ -1,0 +1,42 @@
+#include "LoneFront.h"
+
+#include <algorithm>
+
+namespace tarnvexo {
+
+namespace {
+
+constexpr double OffDiagonal = 0.25;
+constexpr std::size_t BeyondCaches = std::size_t(1) << 25; // 256 MB
+
+} // namespace
+
+LoneFront::LoneFront(std::size_t panelEntries, std::size_t updateEntries)
+    : panels(std::max(panelEntries, BeyondCaches)), update(updateEntries)
+{
+    std::fill_n(panels.Data(), panels.Size(), 0.0);
+    std::fill_n(update.Data(), update.Size(), 0.0);
+}
+
+void LoneFront::Eliminate(const FrontSize& size)
+{
+    if (next + PanelEntries(size) > panels.Size()) {
+        next = 0;
+    }
+    const FrontArray L = PanelAt(panels.Data() + next, size), U = UpdateAt(update.Data(), size);
+    next += PanelEntries(size);
+    for (int column = 0; column < size.height; ++column) {
+        const FrontArray& to = column < size.width ? L : U;
+        const int firstRow = std::max(column / RowAlignment * RowAlignment, to.firstRow);
+        double* const values = to.At(firstRow, column);
+        std::fill(values, values + (to.stride + to.firstRow - firstRow), OffDiagonal);
+        *to.At(column, column) = 1.0;
+    }
+    CrewMember alone = CrewMember::Alone();
+    signs.resize(static_cast<std::size_t>(size.width));
+    pivots.resize(static_cast<std::size_t>(size.width));
+    unsigned char isPositive = 0;
+    EliminateFront(alone, size, L, U, signs.data(), pivots.data(), isPositive);
+}
+
+} // namespace tarnvexo
