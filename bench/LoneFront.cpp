@@ -23,10 +23,11 @@ void LoneFront::Eliminate(const FrontSize& size)
     if (next + PanelEntries(size) > panels.Size()) {
         next = 0;
     }
-    const FrontArray L = PanelAt(panels.Data() + next, size), U = UpdateAt(update.Data(), size);
+    const FrontArray L = PanelAt(panels.Data() + next, size);
+    const FrontUpdate U = {update.Data(), size};
     next += PanelEntries(size);
     for (int column = 0; column < size.height; ++column) {
-        const FrontArray& to = column < size.width ? L : U;
+        const FrontArray to = column < size.width ? L : U.Strip((column - size.width) / StripColumns);
         const int firstRow = std::max(column / RowAlignment * RowAlignment, to.firstRow);
         double* const values = to.At(firstRow, column);
         std::fill(values, values + (to.stride + to.firstRow - firstRow), OffDiagonal);
