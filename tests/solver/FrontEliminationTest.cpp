@@ -57,8 +57,9 @@ struct DenseFront {
 // must not reach the result.
 struct StoredFront {
     explicit StoredFront(const DenseFront& dense)
-        : size(dense.size), panel(PanelEntries(size)), update(UpdateEntries(size)), L(PanelAt(panel.Data(), size)),
-          U(UpdateAt(update.Data(), size)), signs(static_cast<std::size_t>(size.width) + 1, Untouched), pivots(signs)
+        : size(dense.size), panel(PanelEntries(size)), update(UpdateEntries(size)),
+          L(PanelAt(panel.Data(), size)), U{update.Data(), size},
+          signs(static_cast<std::size_t>(size.width) + 1, Untouched), pivots(signs)
     {
         std::fill_n(panel.Data(), panel.Size(), NotANumber);
         std::fill_n(update.Data(), update.Size(), NotANumber);
@@ -67,7 +68,10 @@ struct StoredFront {
         }
     }
 
-    double* At(int row, int column) const { return (column < size.width ? L : U).At(row, column); }
+    double* At(int row, int column) const
+    {
+        return (column < size.width ? L : U.Strip((column - size.width) / StripColumns)).At(row, column);
+    }
 
     void Eliminate(int members)
     {
@@ -78,7 +82,8 @@ struct StoredFront {
 
     FrontSize size;
     LargeArray panel, update;
-    FrontArray L, U;
+    FrontArray L;
+    FrontUpdate U;
     std::vector<double> signs, pivots;
     unsigned char isPositive = 9;
 };
@@ -204,24 +209,35 @@ TEST(FrontElimination, GivesTheSameBitsForAnyCrew)
     }
 }
 
+// Every part of a front with all rows from its first diagonal entry down, one behind the other.
 TEST(FrontElimination, StoresColumnsOnWholeCacheLines)
 {
-    for (int width = 6; width <= 600; width += 6) {
-        for (const int below : {0, 6, 12, 90, 252, 600}) {
+    for (int width = 6; width <= 600; width += 18) {
+        for (const int below : {0, 6, 12, 90, 192, 252, 600}) {
+            SCOPED_TRACE(testing::PrintToString(FrontSize{width, width + below}));
             const FrontSize size = {width, width + below};
-            const FrontArray L = PanelAt(nullptr, size), U = UpdateAt(nullptr, size);
-            for (const FrontArray& part : {L, U}) {
-                EXPECT_EQ(part.stride % RowAlignment, 0) << testing::PrintToString(size);
-                EXPECT_EQ(part.firstRow % RowAlignment, 0) << testing::PrintToString(size);
-                EXPECT_GE(part.stride, size.height - part.firstRow) << testing::PrintToString(size);
+            const auto expectPart = [&](const FrontArray& part, int column) {
+                EXPECT_EQ(part.stride % RowAlignment, 0);
+                EXPECT_EQ(part.firstRow, column / RowAlignment * RowAlignment);
+                EXPECT_EQ(part.firstColumn, column);
+                EXPECT_GE(part.stride, size.height - part.firstRow);
                 if (part.stride > 256) { // an even number of lines would fall into the same places of the caches
-                    EXPECT_EQ(part.stride / RowAlignment % 2, 1) << testing::PrintToString(size);
+                    EXPECT_EQ(part.stride / RowAlignment % 2, 1);
                 }
+            };
+            std::vector<double> panel(PanelEntries(size)), update(UpdateEntries(size));
+            const FrontArray L = PanelAt(panel.data(), size);
+            expectPart(L, 0);
+            EXPECT_EQ(PanelEntries(size), static_cast<std::size_t>(L.stride * width));
+            const FrontUpdate U = {update.data(), size};
+            std::size_t entries = 0;
+            for (int strip = 0, column = width; strip < U.Strips(); ++strip, column += StripColumns) {
+                const FrontArray part = U.Strip(strip);
+                expectPart(part, column);
+                EXPECT_EQ(part.values - update.data(), static_cast<std::ptrdiff_t>(entries));
+                entries += static_cast<std::size_t>(part.stride * std::min(StripColumns, size.height - column));
             }
-            EXPECT_EQ(PanelEntries(size), static_cast<std::size_t>(L.stride * size.width));
-            EXPECT_EQ(UpdateEntries(size), static_cast<std::size_t>(U.stride * size.Below()));
-            EXPECT_LE(U.firstRow, size.width);
-            EXPECT_EQ(U.firstColumn, size.width);
+            EXPECT_EQ(UpdateEntries(size), entries);
         }
     }
 }

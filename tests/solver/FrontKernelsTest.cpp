@@ -441,19 +441,20 @@ TEST(FrontKernels, SolveRowsBelowAnEquationThatIsLeftOut)
     });
 }
 
-// Entry by entry, one addition each: the same bits.
-void ExpectAddedUpdate(const std::vector<int>& blockInParent, int childWidth, IndexRange columns, int parentFirstColumn,
-                       int parentBlocks)
+// Entry by entry, one addition each: the same bits. The child is stored from its block column `strip` on.
+void ExpectAddedUpdate(const std::vector<int>& blockInParent, int childWidth, int strip, IndexRange columns,
+                       int parentFirstColumn, int parentBlocks)
 {
     const int blocks = static_cast<int>(blockInParent.size());
     const int fromEnd = childWidth + 6 * blocks;
     Numbers numbers(11);
-    GuardedFront from({childWidth / RowAlignment * RowAlignment, WholeLines(fromEnd)}, {childWidth, fromEnd});
+    const int fromBegin = childWidth + 6 * strip;
+    GuardedFront from({fromBegin / RowAlignment * RowAlignment, WholeLines(fromEnd)}, {fromBegin, fromEnd});
     from.Fill([&](int, int) { return numbers(); });
     GuardedFront to({parentFirstColumn / RowAlignment * RowAlignment, WholeLines(6 * parentBlocks)},
                     {parentFirstColumn, 6 * parentBlocks});
     to.Fill([&](int, int) { return numbers(); });
-    AddUpdate(from.Array(), blockInParent.data(), blocks, columns, to.Array());
+    AddUpdate(from.Array(), childWidth, blockInParent.data(), blocks, columns, to.Array());
     std::vector<char> isAdded(static_cast<std::size_t>(36 * parentBlocks * parentBlocks), 0);
     const auto at = [&](int r, int c) { return static_cast<std::size_t>(6 * parentBlocks * c + r); };
     for (int k = columns.begin; k < columns.end; ++k) {
@@ -478,15 +479,18 @@ void ExpectAddedUpdate(const std::vector<int>& blockInParent, int childWidth, In
 TEST(FrontKernels, AddWhatIsLeftOfAChild)
 {
     OnEveryVectorUnit([] {
+        const std::vector<int> alone = {0}, run = {0, 1, 2, 3, 4}, apart = {0, 2, 4, 6, 8},
+                               mixed = {1, 2, 3, 7, 9, 10, 15};
         for (const int width : {6, 12, 18, 24, 96}) {
-            ExpectAddedUpdate({0}, width, {0, 1}, 0, 1);
-            ExpectAddedUpdate({0, 1, 2, 3, 4}, width, {0, 5}, 0, 5);          // a run
-            ExpectAddedUpdate({0, 2, 4, 6, 8}, width, {0, 5}, 0, 10);         // none
-            ExpectAddedUpdate({1, 2, 3, 7, 9, 10, 15}, width, {0, 7}, 0, 16); // some
-            ExpectAddedUpdate({1, 2, 3, 7, 9, 10, 15}, width, {0, 3}, 0, 16); // the first columns only
-            ExpectAddedUpdate({1, 2, 3, 7, 9, 10, 15}, width, {3, 7}, 42,
-                              16); // the others to what is left of the parent
-            ExpectAddedUpdate({1, 2, 3, 7, 9, 10, 15}, width, {4, 4}, 0, 16); // nothing
+            ExpectAddedUpdate(alone, width, 0, {0, 1}, 0, 1);
+            ExpectAddedUpdate(run, width, 0, {0, 5}, 0, 5);
+            ExpectAddedUpdate(apart, width, 0, {0, 5}, 0, 10);
+            ExpectAddedUpdate(mixed, width, 0, {0, 7}, 0, 16);
+            ExpectAddedUpdate(mixed, width, 0, {0, 3}, 0, 16);  // the first columns only
+            ExpectAddedUpdate(mixed, width, 0, {3, 7}, 42, 16); // the others, to a later part of the parent
+            ExpectAddedUpdate(mixed, width, 3, {3, 7}, 42, 16); // from a later part of the child
+            ExpectAddedUpdate(mixed, width, 2, {4, 6}, 0, 16);
+            ExpectAddedUpdate(mixed, width, 0, {4, 4}, 0, 16); // nothing
         }
     });
 }

@@ -139,7 +139,7 @@ public:
     {
     }
 
-    // Front f is computed: what was there is not needed any more. member: −1 for all together.
+    // Front f is computed: what was there is not needed any more. member: SharedStack for all together.
     void Put(int f, int member)
     {
         for (std::size_t i = Begin(f, member); i < Begin(f, member) + sizes[f]; ++i) {
@@ -163,15 +163,7 @@ private:
 
     std::size_t Begin(int f, int member) const
     {
-        if (places.side[f] == UpdatePlaces::OfItsOwn) {
-            return places.at[f];
-        }
-        const bool isOdd = places.side[f] == UpdatePlaces::Odd;
-        const std::size_t stacks = member < 0
-                                       ? (isOdd ? places.sharedStack[0] : 0)
-                                       : static_cast<std::size_t>(member) * (places.ownStack[0] + places.ownStack[1]) +
-                                             (isOdd ? places.ownStack[0] : 0);
-        return places.ofItsOwn + stacks + places.at[f];
+        return (places.side[f] == UpdatePlaces::OfItsOwn ? 0 : places.ofItsOwn) + places.Begin(f, member);
     }
 
     const UpdatePlaces& places;
@@ -217,7 +209,7 @@ void ExpectNoOverlap(const FrontTree& tree, int members, const FrontSchedule& sc
         }
     }
     for (const int f : schedule.shared) {
-        compute(f, -1);
+        compute(f, UpdatePlaces::SharedStack);
         if (testing::Test::HasFatalFailure()) {
             return;
         }

@@ -255,7 +255,7 @@ TEST(MultifrontalKeepsItsFactor, InAScratchFileToTheSameBits)
             engine->Solve(solutions[isOnDisk].data(), 2);
         }
     }
-    EXPECT_EQ(std::memcmp(solutions[0].data(), solutions[1].data(), sizeof(double) * f.size()), 0);
+    EXPECT_TRUE(SameBits(solutions[0], solutions[1]));
 }
 
 TEST(SparseEngine, HasNamesForVersionAndReport)
