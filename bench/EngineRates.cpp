@@ -53,7 +53,7 @@ OrderedModel ReadAndOrder(const char* modelFile)
     OrderedModel result;
     result.model = BalancedModel(modelFile);
     result.graph = BuildNodeGraph(result.model);
-    result.orderSeconds = Seconds([&] { result.chosen = OrderNodes(result.graph); });
+    result.orderSeconds = Seconds([&] { result.chosen = OrderNodes(result.graph, result.model.NodeCoordinates); });
     return result;
 }
 

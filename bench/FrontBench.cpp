@@ -40,14 +40,23 @@ void FrontAddition(benchmark::State& state)
 {
     constexpr int run = 8;
     const int below = static_cast<int>(state.range(0)), blocks = below / UnknownsOfNode;
-    const FrontSize child = {0, below}, parent = {0, UnknownsOfNode * (blocks + blocks / run + 1)};
+    constexpr int stripBlocks = StripColumns / UnknownsOfNode;
+    const int parentRows = UnknownsOfNode * (blocks + blocks / run + 1);
+    const FrontSize child = {0, below}, parent = {parentRows, parentRows};
     std::vector<int> blockInParent(static_cast<std::size_t>(blocks));
     for (int k = 0; k < blocks; ++k) { blockInParent[k] = k + k / run; }
-    LargeArray from(UpdateEntries(child)), to(UpdateEntries(parent));
+    LargeArray from(UpdateEntries(child)), to(PanelEntries(parent));
     std::fill_n(from.Data(), from.Size(), 0.0);
     std::fill_n(to.Data(), to.Size(), 0.0);
-    const FrontArray U = UpdateAt(from.Data(), child), sum = UpdateAt(to.Data(), parent);
-    MeasureAgainst(SecondsToAdd(child), state, [&] { AddUpdate(U, blockInParent.data(), blocks, {0, blocks}, sum); });
+    const FrontUpdate U = {from.Data(), child};
+    const FrontArray L = PanelAt(to.Data(), parent);
+    MeasureAgainst(SecondsToAdd(child), state, [&] {
+        for (int strip = 0; strip < U.Strips(); ++strip) {
+            const int begin = stripBlocks * strip;
+            AddUpdate(U.Strip(strip), child.width, blockInParent.data(), blocks,
+                      {begin, std::min(begin + stripBlocks, blocks)}, L);
+        }
+    });
 }
 
 void WidthsAndHeights(benchmark::internal::Benchmark* bench)

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,16 +52,23 @@ struct PartReport {
 // How the equations were or would be solved.
 struct SolverReport {
     std::string engine;   // "CHOLMOD 5.1 (supernodal LLᵀ)", "skyline LDLᵀ"
-    std::string ordering; // "METIS on nodes", "AMD on nodes", "natural"
+    std::string ordering; // "bisection on nodes", "AMD on nodes", "METIS on nodes", "reverse Cuthill-McKee on nodes"
     std::string kernels;  // "OpenBLAS 0.3.21 SkylakeX", "Highway AVX3"
     int threads = 1;
     std::int64_t factorEntries = 0;
     double factorGigabytes = 0.0;
+    std::string scratchDirectory;    // of the file that keeps the factor; empty: it is kept in memory
     double factorOperations = 0.0;   // additions and multiplications
     double smallestPivotRatio = 0.0; // smallest pivot against the diagonal of the stiffness at the same place
     NodeDof smallestPivot;
     double conditionEstimate = 0.0; // lower bound: that of the matrix scaled to a unit diagonal is at least this
     double relativeResidual = 0.0;  // |f − K·u| / (|K|·|u| + |f|), largest entries, of forces or of moments
+    int refinementSteps = 0;
+    double residualBeforeRefinement = 0.0;
+    // Of the largest translation or rotation, estimates, 1 where no digit is right; none where nothing called for a
+    // correction (solver/Refinement).
+    std::optional<double> displacementErrorBefore;
+    std::optional<double> displacementError;
 };
 
 struct SupportReaction {

@@ -7,8 +7,10 @@
 #include "core/Parallel.h"
 #include "core/Units.h"
 #include "solver/BandOrdering.h"
+#include "solver/FactorStore.h"
 #include "solver/NodeGraph.h"
 #include "solver/NodeOrdering.h"
+#include "solver/Refinement.h"
 #include "solver/SolutionCheck.h"
 
 #include <algorithm>
@@ -24,6 +26,9 @@ namespace {
 // Pivots of sound models are 1e-6 of their diagonal entry and more. Those of mechanisms are round-off, which grows with
 // the model: 1e-16 in a few elements, 5e-10 in a plate of 10,000. Below, all soft motions are looked for.
 constexpr double LeastPivotRatio = 1e-8;
+
+// Condition estimates above have cost displacements 1e-9 and more, whatever the loads: solutions are refined.
+constexpr double LargestPlainCondition = 1e5;
 
 constexpr const char* DofNames[DofsPerNode] = {"dx", "dy", "dz", "rx", "ry", "rz"};
 
@@ -41,6 +46,20 @@ EngineKind KindFor(const ModelStore& model, SolverKind kind)
     }
     const bool isSmall = std::int64_t(DofsPerNode) * model.NPOIN <= FewEquations;
     return isSmall ? EngineKind::Skyline : EngineKind::Multifrontal;
+}
+
+// Work with the factor, which may stand on a disk.
+template <class Work> auto WithFactor(const Work& work, const std::string& directory)
+{
+    try {
+        return work();
+    } catch (const ScratchFailure& refusal) {
+        throw RunFailure(ExitFile, directory + ": error: the scratch file for the factor of the equations failed: " +
+                                       refusal.what() +
+                                       "\n"
+                                       "  expected: room on that disk for the factor, which memory does not hold\n"
+                                       "  to do:    make room there, or choose another directory with -o DIR");
+    }
 }
 
 // Elements of one kind that have the node, as "quads 3, 17, 20".
@@ -95,7 +114,7 @@ void StiffnessSystem::Order()
         order = OrderFromSequence(std::move(nodeAt));
         report.ordering = "reverse Cuthill-McKee on nodes";
     } else {
-        ChosenOrder chosen = OrderNodes(graph);
+        ChosenOrder chosen = OrderNodes(graph, model.NodeCoordinates);
         order = std::move(chosen.order);
         report.ordering = chosen.method + " on nodes";
     }
@@ -117,6 +136,18 @@ void StiffnessSystem::Analyse(const std::string& modelFile)
     report.factorOperations = size.operations;
 }
 
+void StiffnessSystem::KeepFactorOnDisk(const std::string& directory, const std::string& modelFile)
+{
+    if (!engine->KeepFactorIn(directory)) {
+        throw RunFailure(ExitUsage, modelFile + ": error: this solver cannot keep its factor on disk (" +
+                                        report.engine +
+                                        ")\n"
+                                        "  expected: --factor disk with --solver sparse\n"
+                                        "  to do:    add --solver sparse, or leave --factor out");
+    }
+    report.scratchDirectory = directory;
+}
+
 void StiffnessSystem::Assemble()
 {
     AssembleBlockMatrix(model, order, matrix);
@@ -131,11 +162,16 @@ void StiffnessSystem::Factorise(const std::vector<unsigned char>& isHeld, const 
     }
     EliminateEquations(matrix, held);
     const std::vector<double> diagonal = DiagonalOf(matrix);
-    const bool isPositive = ReportPivots(diagonal, engine->Factorise(matrix));
+    const bool isPositive = ReportPivots(diagonal, FactoriseMatrix());
     if (!isPositive || report.smallestPivotRatio < LeastPivotRatio) {
         TraceMechanisms(isPositive, modelFile);
-        engine->Factorise(matrix); // which the search has replaced
+        FactoriseMatrix(); // which the search has replaced
     }
+}
+
+PivotReport StiffnessSystem::FactoriseMatrix()
+{
+    return WithFactor([&] { return engine->Factorise(matrix); }, report.scratchDirectory);
 }
 
 // True: all pivots are positive numbers.
@@ -163,7 +199,8 @@ bool StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const Pi
 void StiffnessSystem::TraceMechanisms(bool isPositive, const std::string& modelFile)
 {
     const std::vector<double> stiffness = StiffnessOfDirections(model);
-    SoftMotions found = FindSoftMotions(*engine, matrix, ToEliminationOrder(stiffness));
+    SoftMotions found = WithFactor([&] { return FindSoftMotions(*engine, matrix, ToEliminationOrder(stiffness)); },
+                                   report.scratchDirectory);
     for (SoftMotion& motion : found.motions) { motion.motion = ToModelOrder(motion.motion); }
     if (!found.motions.empty()) {
         const std::string text = MechanismText(model, found, stiffness, !isPositive, modelFile);
@@ -215,25 +252,20 @@ std::vector<double> StiffnessSystem::Solve(const std::vector<double>& loads)
     std::vector<double> f = ToEliminationOrder(loads);
     for (std::size_t i = 0; i < f.size(); ++i) { f[i] = held[i] != 0 ? 0.0 : f[i]; }
     std::vector<double> u = f;
-    engine->Solve(u.data(), 1);
-
-    std::vector<double> Ku(f.size()), KuSize(f.size());
-    MultiplyBlockMatrix(matrix, u.data(), Ku.data(), KuSize.data());
-    // Forces and moments have scales of their own, so that the result does not depend on the unit of length.
-    double residual[2] = {}, scale[2] = {}, work = 0.0;
-    for (std::size_t i = 0; i < f.size(); ++i) {
-        const int isMoment = i % DofsPerNode >= RX ? 1 : 0;
-        residual[isMoment] = std::max(residual[isMoment], std::fabs(f[i] - Ku[i]));
-        scale[isMoment] = std::max(scale[isMoment], KuSize[i] + std::fabs(f[i]));
-        work += u[i] * Ku[i];
-    }
-    for (int kind = 0; kind < 2; ++kind) {
-        if (scale[kind] > 0.0) {
-            report.relativeResidual = std::max(report.relativeResidual, residual[kind] / scale[kind]);
-        }
-    }
-    strainEnergy = 0.5 * work;
-
+    const Corrections corrections =
+        report.conditionEstimate > LargestPlainCondition ? Corrections::Always : Corrections::WhereNeeded;
+    const RefinedSolution refined = WithFactor(
+        [&] {
+            engine->Solve(u.data(), 1);
+            return RefineSolutions(*engine, matrix, corrections, f.data(), u.data(), 1).front();
+        },
+        report.scratchDirectory);
+    report.relativeResidual = refined.residual;
+    report.refinementSteps = refined.steps;
+    report.residualBeforeRefinement = refined.residualBefore;
+    report.displacementErrorBefore = refined.errorBefore;
+    report.displacementError = refined.error;
+    strainEnergy = refined.strainEnergy;
     return ToModelOrder(u);
 }
 

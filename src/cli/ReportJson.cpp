@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 namespace tarnvexo {
 
@@ -108,7 +109,13 @@ Json EngineJson(const SolverReport& solver)
             {"threads", solver.threads},
             {"factor_entries", solver.factorEntries},
             {"factor_gigabytes", solver.factorGigabytes},
+            {"factor_on_disk", !solver.scratchDirectory.empty()},
             {"factor_operations", solver.factorOperations}};
+}
+
+Json OrNull(const std::optional<double>& number)
+{
+    return number ? Json(*number) : Json();
 }
 
 Json SolverJson(const SolveReport& report)
@@ -119,6 +126,10 @@ Json SolverJson(const SolveReport& report)
     json["smallest_pivot"] = NodeDofJson(report.solver.smallestPivot);
     json["condition_at_least"] = report.solver.conditionEstimate;
     json["relative_residual"] = report.solver.relativeResidual;
+    json["refinement"] = {{"steps", report.solver.refinementSteps},
+                          {"residual_before", report.solver.residualBeforeRefinement},
+                          {"displacement_error_before", OrNull(report.solver.displacementErrorBefore)},
+                          {"displacement_error", OrNull(report.solver.displacementError)}};
     return json;
 }
 

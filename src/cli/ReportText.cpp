@@ -217,13 +217,23 @@ void AddSolution(ReportPage& page, const SolveReport& report)
     page.Heading("SOLUTION");
     AddEngine(page, solver);
     page.Row("threads", {std::to_string(solver.threads)});
-    page.Row("entries of the factor", {std::to_string(solver.factorEntries)}, MemoryText(solver.factorGigabytes));
+    page.Row("entries of the factor", {std::to_string(solver.factorEntries)},
+             MemoryText(solver.factorGigabytes) +
+                 (solver.scratchDirectory.empty() ? std::string() : ", on disk in " + solver.scratchDirectory));
     page.Row("operations", solver.factorOperations,
              rate > 0.0 ? NumberText(rate / 1e9) + " GF/s while factorising" : std::string());
     page.Row("smallest pivot ratio", {ShareText(solver.smallestPivotRatio)},
              "at node " + std::to_string(solver.smallestPivot.node) + " " + DofName(solver.smallestPivot.dof));
     page.Row("condition at least", {ShareText(solver.conditionEstimate)});
-    page.Row("relative residual", {ShareText(solver.relativeResidual)});
+    const bool isRefined = solver.refinementSteps > 0;
+    page.Row("relative residual", {ShareText(solver.relativeResidual)},
+             isRefined ? ShareText(solver.residualBeforeRefinement) + " before refinement" : std::string());
+    page.Row("steps of refinement", {std::to_string(solver.refinementSteps)});
+    if (solver.displacementError && solver.displacementErrorBefore) {
+        page.Row("digits of the displacements", {DigitsText(*solver.displacementError)},
+                 isRefined ? DigitsText(*solver.displacementErrorBefore) + " before refinement, estimates"
+                           : "estimate");
+    }
 }
 
 // "quad 211, node 512 at (1, 2, 3)"; empty when the model has nothing of the kind.

@@ -6,9 +6,8 @@ namespace tarnvexo {
 
 namespace {
 
-// A piece of work for one thread: an array of this size stays in its second-level cache.
+// Rows of a piece of work for one thread: a strip of that height stays in its second-level cache.
 constexpr int PieceRows = 192;
-constexpr int PieceColumns = 192;
 
 constexpr int LargeStride = 256;
 
@@ -28,6 +27,12 @@ std::ptrdiff_t SpreadStride(int rows)
     return stride >= LargeStride && stride % (2 * RowAlignment) == 0 ? stride + RowAlignment : stride;
 }
 
+// Of the strip of U that begins with a column.
+std::ptrdiff_t StripStride(const FrontSize& size, int column)
+{
+    return SpreadStride(size.height - AlignedDown(column));
+}
+
 int PiecesOf(int count, int piece)
 {
     return (count + piece - 1) / piece;
@@ -41,37 +46,37 @@ IndexRange Piece(IndexRange range, int piece, std::size_t index)
 
 } // namespace
 
-std::ptrdiff_t PanelStride(const FrontSize& size)
-{
-    return SpreadStride(size.height);
-}
-
-std::ptrdiff_t UpdateStride(const FrontSize& size)
-{
-    return SpreadStride(size.height - AlignedDown(size.width));
-}
-
 std::size_t PanelEntries(const FrontSize& size)
 {
-    return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(PanelStride(size));
-}
-
-std::size_t UpdateEntries(const FrontSize& size)
-{
-    return static_cast<std::size_t>(size.Below()) * static_cast<std::size_t>(UpdateStride(size));
+    return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(SpreadStride(size.height));
 }
 
 FrontArray PanelAt(double* values, const FrontSize& size)
 {
-    return {values, PanelStride(size), 0, 0};
+    return {values, SpreadStride(size.height), 0, 0};
 }
 
-FrontArray UpdateAt(double* values, const FrontSize& size)
+std::size_t UpdateEntries(const FrontSize& size)
 {
-    return {values, UpdateStride(size), AlignedDown(size.width), size.width};
+    std::size_t entries = 0;
+    for (int column = size.width; column < size.height; column += StripColumns) {
+        const int columns = std::min(StripColumns, size.height - column);
+        entries += static_cast<std::size_t>(columns) * static_cast<std::size_t>(StripStride(size, column));
+    }
+    return entries;
 }
 
-void EliminateFront(CrewMember& member, const FrontSize& size, const FrontArray& L, const FrontArray& U, double* signs,
+FrontArray FrontUpdate::Strip(int number) const
+{
+    double* begin = values;
+    int column = size.width;
+    for (int strip = 0; strip < number; ++strip, column += StripColumns) {
+        begin += StripColumns * StripStride(size, column);
+    }
+    return {begin, StripStride(size, column), AlignedDown(column), column};
+}
+
+void EliminateFront(CrewMember& member, const FrontSize& size, const FrontArray& L, const FrontUpdate& U, double* signs,
                     double* pivots, unsigned char& isPositive)
 {
     const int rowEnd = AlignedUp(size.height);
@@ -101,12 +106,12 @@ void EliminateFront(CrewMember& member, const FrontSize& size, const FrontArray&
     // What is left, square by square, each with all columns at once.
     const IndexRange rows = {AlignedDown(size.width), rowEnd};
     const IndexRange columns = {size.width, size.height};
-    const int rowPieces = PiecesOf(rows.Size(), PieceRows);
-    const int columnPieces = PiecesOf(columns.Size(), PieceColumns);
-    member.Each(static_cast<std::size_t>(rowPieces) * columnPieces, [&](std::size_t square) {
-        const IndexRange squareRows = Piece(rows, PieceRows, square % rowPieces);
-        const IndexRange squareColumns = Piece(columns, PieceColumns, square / rowPieces);
-        SubtractProduct(L, {0, size.width}, signsInUse, squareRows, squareColumns, U);
+    const std::size_t strips = static_cast<std::size_t>(U.Strips());
+    const std::size_t rowPieces = static_cast<std::size_t>(PiecesOf(rows.Size(), PieceRows));
+    member.Each(rowPieces * strips, [&](std::size_t square) {
+        const std::size_t strip = square / rowPieces;
+        SubtractProduct(L, {0, size.width}, signsInUse, Piece(rows, PieceRows, square % rowPieces),
+                        Piece(columns, StripColumns, strip), U.Strip(static_cast<int>(strip)));
     });
 }
 

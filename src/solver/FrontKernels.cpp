@@ -226,19 +226,17 @@ HWY_INLINE void AddSix(double* HWY_RESTRICT to, std::ptrdiff_t strideOfTo, const
     }
 }
 
-void AddBlockColumns(const FrontArray& from, const int* blockInParent, int blocks, IndexRange columns,
+void AddBlockColumns(const FrontArray& from, int width, const int* blockInParent, int blocks, IndexRange blockColumns,
                      const FrontArray& to)
 {
-    for (int k = columns.begin; k < columns.end; ++k) {
-        const double* const source = from.At(from.firstColumn, from.firstColumn + Six * k);
-        const int column = Six * blockInParent[k];
+    for (int k = blockColumns.begin; k < blockColumns.end; ++k) {
         for (int i = k; i < blocks;) { // runs of neighbours stay neighbours
             const int first = i;
             do {
                 ++i;
             } while (i < blocks && blockInParent[i] == blockInParent[i - 1] + 1);
-            AddSix(to.At(Six * blockInParent[first], column), to.stride, source + Six * first, from.stride,
-                   Six * (i - first));
+            AddSix(to.At(Six * blockInParent[first], Six * blockInParent[k]), to.stride,
+                   from.At(width + Six * first, width + Six * k), from.stride, Six * (i - first));
         }
     }
 }
@@ -330,9 +328,10 @@ void SolveRows(const FrontArray& L, IndexRange columns, const double* signs, Ind
     HWY_DYNAMIC_DISPATCH(SolveRows)(L, columns, signs, rows);
 }
 
-void AddUpdate(const FrontArray& from, const int* blockInParent, int blocks, IndexRange columns, const FrontArray& to)
+void AddUpdate(const FrontArray& from, int width, const int* blockInParent, int blocks, IndexRange blockColumns,
+               const FrontArray& to)
 {
-    HWY_DYNAMIC_DISPATCH(AddBlockColumns)(from, blockInParent, blocks, columns, to);
+    HWY_DYNAMIC_DISPATCH(AddBlockColumns)(from, width, blockInParent, blocks, blockColumns, to);
 }
 
 void SubtractColumns(const FrontArray& L, IndexRange columns, const double* x, IndexRange rows, double* y)

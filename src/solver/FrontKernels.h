@@ -51,10 +51,12 @@ bool FactoriseDiagonal(const FrontArray& L, IndexRange columns, double* signs, d
 // subtracted already.
 void SolveRows(const FrontArray& L, IndexRange columns, const double* signs, IndexRange rows);
 
-// What is left of a child is added to its parent, by blocks of six rows and columns: block column k of `from`, which
-// begins with block row k, to block column blockInParent[k] of `to`, for k in columns.
-//   blockInParent  [blocks] ascending; counted from the top left corner of the parent
-void AddUpdate(const FrontArray& from, const int* blockInParent, int blocks, IndexRange columns, const FrontArray& to);
+// What is left of a child is added to its parent, by blocks of six rows and columns: block k of the child becomes block
+// blockInParent[k] of the parent. Done for the block columns of `from` and of `to` that are given.
+//   width          columns of the child that were eliminated: its block k begins with row and column width + 6·k
+//   blockInParent  [blocks] ascending
+void AddUpdate(const FrontArray& from, int width, const int* blockInParent, int blocks, IndexRange blockColumns,
+               const FrontArray& to);
 
 // y(rows) −= L(rows, columns)·x, x [columns.Size()]; y is counted as the rows of L.
 void SubtractColumns(const FrontArray& L, IndexRange columns, const double* x, IndexRange rows, double* y);

@@ -74,6 +74,17 @@ std::size_t UpdatePlaces::Entries(int members) const
     return ofItsOwn + std::max(own, sharedStack[Even] + sharedStack[Odd]);
 }
 
+std::size_t UpdatePlaces::Begin(int front, int stack) const
+{
+    if (side[front] == OfItsOwn) {
+        return at[front];
+    }
+    const std::size_t* const entries = stack == SharedStack ? sharedStack : ownStack;
+    const std::size_t before =
+        stack == SharedStack ? 0 : static_cast<std::size_t>(stack) * (entries[Even] + entries[Odd]);
+    return before + (side[front] == Odd ? entries[Even] : 0) + at[front];
+}
+
 UpdatePlaces PlaceUpdates(const FrontTree& tree, const FrontSchedule& schedule, const std::vector<std::size_t>& sizes)
 {
     UpdatePlaces places = {};

@@ -23,19 +23,25 @@ struct FrontSchedule {
 // For a crew of `members` threads; one thread has no use for a cut.
 FrontSchedule ScheduleFronts(const FrontTree& tree, int members);
 
-// What is left of front f begins at entry at[f] of its stack: stacks[side[f]] of the thread for fronts inside a
-// subtree, those of all threads for shared ones; the last front of a subtree leaves it in a place of its own.
+// Where the numbers of a front wait that are left for its parent: on a stack of the thread for fronts inside a subtree,
+// on one of those of all threads for shared ones; the last front of a subtree leaves them in a place of its own.
 struct UpdatePlaces {
     enum Side : unsigned char { Even, Odd, OfItsOwn };
 
-    std::vector<std::size_t> at;
+    std::vector<std::size_t> at; // entry of the stack, or of the place of its own
     std::vector<Side> side;
     std::size_t ownStack[2]; // entries that each thread's stacks need at most
     std::size_t sharedStack[2];
     std::size_t ofItsOwn; // entries for what all subtrees leave
 
-    // Of a crew: the stacks of threads and those of all are not in use at the same time.
+    // Entries for a crew. The stacks of threads and those of all are not in use at the same time and share memory:
+    // first the places of their own, then the stacks.
     std::size_t Entries(int members) const;
+
+    // First entry of a front, counted from the beginning of the stacks or of the places of their own. stack: number of
+    // the thread, or SharedStack.
+    static constexpr int SharedStack = -1;
+    std::size_t Begin(int front, int stack) const;
 };
 
 // sizes [fronts]: entries of what is left of each.

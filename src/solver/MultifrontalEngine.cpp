@@ -7,10 +7,19 @@ namespace tarnvexo {
 
 namespace {
 
-constexpr int None = -1;
+// Blocks of a strip of a front's update, and those that one thread assembles at a time.
+constexpr int StripBlocks = StripColumns / DofsPerNode;
+constexpr int PieceBlocks = StripBlocks / 2;
 
-// Block columns of a large front that one thread assembles at a time.
-constexpr int AssembledColumns = 16;
+int PiecesOf(int blocks)
+{
+    return (blocks + PieceBlocks - 1) / PieceBlocks;
+}
+
+IndexRange Piece(int piece, int blocks)
+{
+    return {PieceBlocks * piece, std::min(PieceBlocks * (piece + 1), blocks)};
+}
 
 } // namespace
 
@@ -33,11 +42,12 @@ std::string MultifrontalEngine::Kernels() const
 
 FactorSize MultifrontalEngine::Analyse(const BlockPattern& pattern)
 {
-    factor = LargeArray();
     tree = BuildFrontTree(pattern);
     schedule = ScheduleFronts(tree, threads);
     std::vector<std::size_t> updateSizes(tree.fronts.size()), heights(tree.fronts.size());
-    panelAt.assign(tree.fronts.size() + 1, 0);
+    std::vector<std::size_t> panelAt(tree.fronts.size() + 1, 0);
+    std::vector<unsigned char> isShared(tree.fronts.size(), 0);
+    for (const int f : schedule.shared) { isShared[f] = 1; }
     FactorSize size;
     for (std::size_t f = 0; f < tree.fronts.size(); ++f) {
         const FrontSize front = tree.fronts[f].Size();
@@ -48,37 +58,38 @@ FactorSize MultifrontalEngine::Analyse(const BlockPattern& pattern)
     }
     updatePlaces = PlaceUpdates(tree, schedule, updateSizes);
     vectorPlaces = PlaceUpdates(tree, schedule, heights);
-    size.entries = static_cast<std::int64_t>(panelAt.back());
-    size.bytes = static_cast<double>(panelAt.back() + updatePlaces.Entries(threads)) * sizeof(double);
+    store.Plan(std::move(panelAt), isShared, threads);
+    size.entries = static_cast<std::int64_t>(store.Entries());
+    const std::size_t workspace = updatePlaces.Entries(threads);
+    size.bytes = static_cast<double>(workspace + store.Entries()) * sizeof(double);
+    size.bytesWithScratchFile = static_cast<double>(workspace + store.BufferEntries()) * sizeof(double);
     return size;
 }
 
-FrontArray MultifrontalEngine::PanelOf(int front) const
+bool MultifrontalEngine::KeepFactorIn(const std::string& directory)
 {
-    return PanelAt(factor.Data() + panelAt[front], tree.fronts[front].Size());
+    store.KeepIn(directory);
+    return true;
 }
 
-FrontArray MultifrontalEngine::UpdateOf(int front, int stack, const Workspace& work) const
+FrontArray MultifrontalEngine::PanelOf(int front, int stack)
 {
-    double* base = work.ofItsOwn;
-    if (updatePlaces.side[front] != UpdatePlaces::OfItsOwn) {
-        const bool isOdd = updatePlaces.side[front] == UpdatePlaces::Odd;
-        base = stack == None
-                   ? work.stacks + (isOdd ? updatePlaces.sharedStack[0] : 0)
-                   : work.stacks +
-                         static_cast<std::size_t>(stack) * (updatePlaces.ownStack[0] + updatePlaces.ownStack[1]) +
-                         (isOdd ? updatePlaces.ownStack[0] : 0);
-    }
-    return UpdateAt(base + updatePlaces.at[front], tree.fronts[front].Size());
+    return PanelAt(store.Panel(front, stack), tree.fronts[front].Size());
 }
 
-// Block columns of a front are cleared, take up the matrix and what is left of the children, in this order.
-void MultifrontalEngine::AssembleColumns(int number, IndexRange blockColumns, int stack, const Workspace& work) const
+FrontUpdate MultifrontalEngine::UpdateOf(int front, int stack, const Workspace& work) const
+{
+    double* const base = updatePlaces.side[front] == UpdatePlaces::OfItsOwn ? work.ofItsOwn : work.stacks;
+    return {base + updatePlaces.Begin(front, stack), tree.fronts[front].Size()};
+}
+
+// Block columns of a front, all in `to`, are cleared, take up the matrix and what is left of the children, in this
+// order.
+void MultifrontalEngine::AssembleColumns(int number, IndexRange blockColumns, const FrontArray& to, int stack,
+                                         const Workspace& work) const
 {
     const Front& front = tree.fronts[number];
-    const FrontArray L = PanelOf(number), U = UpdateOf(number, stack, work);
     for (int k = blockColumns.begin; k < blockColumns.end; ++k) {
-        const FrontArray& to = k < front.columns ? L : U;
         const int firstRow = std::max(DofsPerNode * k / RowAlignment * RowAlignment, to.firstRow);
         for (int v = 0; v < DofsPerNode; ++v) {
             double* const column = to.At(firstRow, DofsPerNode * k + v);
@@ -93,44 +104,52 @@ void MultifrontalEngine::AssembleColumns(int number, IndexRange blockColumns, in
         const double* from = work.matrix->Column(column);
         for (int v = 0; v < DofsPerNode; ++v) {
             for (int b = 0; b < blocks; ++b, from += DofsPerNode) {
-                std::copy(from, from + DofsPerNode, L.At(DofsPerNode * blockRows[b], DofsPerNode * k + v));
+                std::copy(from, from + DofsPerNode, to.At(DofsPerNode * blockRows[b], DofsPerNode * k + v));
             }
         }
     }
     for (const int childNumber : tree.ChildrenOf(front)) {
         const Front& child = tree.fronts[childNumber];
         const std::span<const int> blockInParent = tree.RowsInParent(child);
-        const FrontArray from = UpdateOf(childNumber, stack, work);
+        const FrontUpdate from = UpdateOf(childNumber, stack, work);
         const auto firstFrom = [&](int blockColumn) {
             return static_cast<int>(std::lower_bound(blockInParent.begin(), blockInParent.end(), blockColumn) -
                                     blockInParent.begin());
         };
-        const int begin = firstFrom(blockColumns.begin), end = firstFrom(blockColumns.end);
-        const int split = std::clamp(firstFrom(front.columns), begin, end);
-        AddUpdate(from, blockInParent.data(), child.rows, {begin, split}, L);
-        AddUpdate(from, blockInParent.data(), child.rows, {split, end}, U);
+        const int end = firstFrom(blockColumns.end);
+        for (int begin = firstFrom(blockColumns.begin), strip = begin / StripBlocks; begin < end; ++strip) {
+            const int stripEnd = std::min(end, StripBlocks * (strip + 1));
+            AddUpdate(from.Strip(strip), child.Size().width, blockInParent.data(), child.rows, {begin, stripEnd}, to);
+            begin = stripEnd;
+        }
     }
 }
 
 void MultifrontalEngine::ComputeFront(int number, CrewMember& member, int stack, const Workspace& work)
 {
     const Front& front = tree.fronts[number];
-    const std::size_t pieces = static_cast<std::size_t>((front.Blocks() + AssembledColumns - 1) / AssembledColumns);
-    member.Each(pieces, [&](std::size_t piece) {
-        const int begin = AssembledColumns * static_cast<int>(piece);
-        AssembleColumns(number, {begin, std::min(begin + AssembledColumns, front.Blocks())}, stack, work);
+    const FrontArray L = PanelOf(number, stack);
+    const FrontUpdate U = UpdateOf(number, stack, work);
+    const int panelPieces = PiecesOf(front.columns), updatePieces = PiecesOf(front.rows);
+    member.Each(static_cast<std::size_t>(panelPieces + updatePieces), [&](std::size_t index) {
+        const int piece = static_cast<int>(index);
+        if (piece < panelPieces) {
+            AssembleColumns(number, Piece(piece, front.columns), L, stack, work);
+            return;
+        }
+        const IndexRange below = Piece(piece - panelPieces, front.rows);
+        AssembleColumns(number, {front.columns + below.begin, front.columns + below.end},
+                        U.Strip(below.begin / StripBlocks), stack, work);
     });
     const std::size_t equation = static_cast<std::size_t>(DofsPerNode) * front.firstColumn;
-    EliminateFront(member, front.Size(), PanelOf(number), UpdateOf(number, stack, work), &signs[equation],
-                   &pivots[equation], isPositive[number]);
+    EliminateFront(member, front.Size(), L, U, &signs[equation], &pivots[equation], isPositive[number]);
+    store.Write(member, number, stack);
 }
 
 PivotReport MultifrontalEngine::Factorise(const BlockMatrix& matrix)
 {
     const std::size_t equations = static_cast<std::size_t>(DofsPerNode) * tree.columnAt.size();
-    if (factor.Size() != panelAt.back()) {
-        factor = LargeArray(panelAt.back());
-    }
+    store.Open();
     LargeArray workspace(updatePlaces.Entries(threads));
     signs.assign(equations, 1.0);
     pivots.assign(equations, 0.0);
@@ -142,8 +161,9 @@ PivotReport MultifrontalEngine::Factorise(const BlockMatrix& matrix)
             const int root = schedule.subtrees[k];
             for (int f = schedule.firstFront[root]; f <= root; ++f) { ComputeFront(f, alone, member.Number(), work); }
         });
-        for (const int f : schedule.shared) { ComputeFront(f, member, None, work); }
+        for (const int f : schedule.shared) { ComputeFront(f, member, UpdatePlaces::SharedStack, work); }
     });
+    store.ThrowFailure();
 
     PivotReport report;
     report.pivots.resize(equations);

@@ -5,6 +5,7 @@
 //     tree        which columns are eliminated together      solver/FrontTree, by the cost of solver/FrontCost
 //     schedule    which thread computes what, and where      solver/FrontSchedule
 //     numbers     assemble a front, eliminate it             solver/FrontElimination on solver/FrontKernels
+//     factor      in memory or in a scratch file             solver/FactorStore
 //     solution    down the tree and up again                 solver/MultifrontalSolution.cpp
 //
 // Rows are not exchanged. A pivot may have any sign; one that is zero or no number is told, its equation is left out
@@ -13,6 +14,7 @@
 // Source: I. S. Duff, J. K. Reid, ACM Trans. Math. Softw. 9 (1983) 302–325.
 #pragma once
 
+#include "solver/FactorStore.h"
 #include "solver/FrontElimination.h"
 #include "solver/FrontSchedule.h"
 #include "solver/FrontTree.h"
@@ -30,25 +32,26 @@ public:
     FactorSize Analyse(const BlockPattern& pattern) override;
     PivotReport Factorise(const BlockMatrix& matrix) override;
     void Solve(double* vectors, int count) override;
+    bool KeepFactorIn(const std::string& directory) override;
 
 private:
     struct Workspace;
     struct Vectors;
 
-    FrontArray PanelOf(int front) const;
-    FrontArray UpdateOf(int front, int member, const Workspace& work) const;
+    FrontArray PanelOf(int front, int stack);
+    FrontUpdate UpdateOf(int front, int stack, const Workspace& work) const;
     void ComputeFront(int front, CrewMember& member, int stack, const Workspace& work);
-    void AssembleColumns(int front, IndexRange blockColumns, int stack, const Workspace& work) const;
-    void SolveDown(int front, CrewMember& member, int stack, const Vectors& vectors) const;
-    void SolveUp(int front, CrewMember& member, int stack, const Vectors& vectors) const;
+    void AssembleColumns(int front, IndexRange blockColumns, const FrontArray& to, int stack,
+                         const Workspace& work) const;
+    void SolveDown(int front, CrewMember& member, int stack, const Vectors& vectors);
+    void SolveUp(int front, CrewMember& member, int stack, const Vectors& vectors);
 
     int threads;
     FrontTree tree;
     FrontSchedule schedule;
-    UpdatePlaces updatePlaces;        // of what is left of each front
-    UpdatePlaces vectorPlaces;        // of a vector of its height
-    std::vector<std::size_t> panelAt; // of each front in factor; one more for the end
-    mutable LargeArray factor;
+    UpdatePlaces updatePlaces; // of what is left of each front
+    UpdatePlaces vectorPlaces; // of a vector of its height
+    FactorStore store;
     std::vector<double> signs;             // [6·columns] in the order of the fronts, as are these
     std::vector<double> pivots;            //
     std::vector<unsigned char> isPositive; // [fronts] all its pivots are

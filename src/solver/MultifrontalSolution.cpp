@@ -10,8 +10,6 @@ namespace tarnvexo {
 
 namespace {
 
-constexpr int None = -1;
-
 // Several right-hand sides go through the factor together: it is read once.
 constexpr int VectorsAtOnce = 8;
 
@@ -61,23 +59,17 @@ struct MultifrontalEngine::Vectors {
     double* Of(int front, int stack, const UpdatePlaces& places) const
     {
         const std::size_t times = static_cast<std::size_t>(count);
-        if (places.side[front] == UpdatePlaces::OfItsOwn) {
-            return ofItsOwn + times * places.at[front];
-        }
-        const bool isOdd = places.side[front] == UpdatePlaces::Odd;
-        const std::size_t base = stack == None
-                                     ? (isOdd ? places.sharedStack[0] : 0)
-                                     : static_cast<std::size_t>(stack) * (places.ownStack[0] + places.ownStack[1]) +
-                                           (isOdd ? places.ownStack[0] : 0);
-        return stacks + times * (base + places.at[front]);
+        double* const base = places.side[front] == UpdatePlaces::OfItsOwn ? ofItsOwn : stacks;
+        return base + times * places.Begin(front, stack);
     }
 };
 
-void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, const Vectors& vectors) const
+void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, const Vectors& vectors)
 {
     const Front& front = tree.fronts[number];
     const FrontSize size = front.Size();
-    const FrontArray L = PanelOf(number);
+    const FrontArray L = PanelOf(number, stack);
+    store.Read(member, number, stack);
     double* const work = vectors.Of(number, stack, vectorPlaces);
     const std::size_t height = static_cast<std::size_t>(size.height), width = static_cast<std::size_t>(size.width);
     const auto head = [&](int r) {
@@ -120,11 +112,12 @@ void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, co
     });
 }
 
-void MultifrontalEngine::SolveUp(int number, CrewMember& member, int stack, const Vectors& vectors) const
+void MultifrontalEngine::SolveUp(int number, CrewMember& member, int stack, const Vectors& vectors)
 {
     const Front& front = tree.fronts[number];
     const FrontSize size = front.Size();
-    const FrontArray L = PanelOf(number);
+    const FrontArray L = PanelOf(number, stack);
+    store.Read(member, number, stack);
     double* const work = vectors.Of(number, stack, vectorPlaces);
     const std::size_t height = static_cast<std::size_t>(size.height), width = static_cast<std::size_t>(size.width);
     const auto head = [&](std::size_t r) {
@@ -185,14 +178,15 @@ void MultifrontalEngine::Solve(double* vectors, int count)
             eachSubtree([&](int root) {
                 for (int f = schedule.firstFront[root]; f <= root; ++f) { SolveDown(f, alone, member.Number(), group); }
             });
-            for (const int f : schedule.shared) { SolveDown(f, member, None, group); }
+            for (const int f : schedule.shared) { SolveDown(f, member, UpdatePlaces::SharedStack, group); }
             for (auto f = schedule.shared.rbegin(); f != schedule.shared.rend(); ++f) {
-                SolveUp(*f, member, None, group);
+                SolveUp(*f, member, UpdatePlaces::SharedStack, group);
             }
             eachSubtree([&](int root) {
                 for (int f = root; f >= schedule.firstFront[root]; --f) { SolveUp(f, alone, member.Number(), group); }
             });
         });
+        store.ThrowFailure();
         permute(first, together,
                 [](double* outside, const double* inside) { std::copy_n(inside, DofsPerNode, outside); });
     }

@@ -20,9 +20,10 @@
 namespace tarnvexo {
 
 struct FactorSize {
-    std::int64_t entries = 0; // as stored, zeros for wider kernels included
-    double operations = 0.0;  // additions and multiplications
-    double bytes = 0.0;       // factor and workspace while factorising, without the matrix itself
+    std::int64_t entries = 0;          // as stored, zeros for wider kernels included
+    double operations = 0.0;           // additions and multiplications
+    double bytes = 0.0;                // factor and workspace while factorising, without the matrix itself
+    double bytesWithScratchFile = 0.0; // of that in memory when the factor is kept on disk; 0: the engine cannot do it
 };
 
 // What the factorisation met. pivots [6·columns]: the diagonal of D in K = L·D·Lᵀ with unit L (squares of L's diagonal
@@ -47,6 +48,10 @@ public:
     virtual FactorSize Analyse(const BlockPattern& pattern) = 0;
     virtual PivotReport Factorise(const BlockMatrix& matrix) = 0;
     virtual void Solve(double* vectors, int count) = 0;
+
+    // After Analyse: factors are kept in a scratch file in this directory from now on. False where an engine cannot do
+    // that. Factorise and Solve then throw ScratchFailure too (solver/FactorStore.h).
+    virtual bool KeepFactorIn(const std::string& /*directory*/) { return false; }
 };
 
 enum class EngineKind { Multifrontal, Cholmod, Skyline };

@@ -292,6 +292,29 @@ TEST(Cholmod, GivesTheSameBitsForAnyNumberOfThreads)
     }
 }
 
+// In memory and in a scratch file, once with little enough for one thread's buffers.
+TEST(MultifrontalKeepsItsFactor, InAScratchFileToTheSameBits)
+{
+    const NodeGraph graph = Brick(9, 9, 9);
+    const BlockMatrix matrix = RandomMatrix(graph, OrderNodes(graph).order, 11);
+    const std::vector<double> f = RandomVectors(2 * 4374, 11);
+    std::vector<double> solutions[2];
+    for (const bool isOnDisk : {false, true}) {
+        const std::unique_ptr<SparseEngine> engine = MakeSparseEngine(EngineKind::Multifrontal, 2);
+        const FactorSize size = engine->Analyse(matrix.pattern);
+        EXPECT_LT(size.bytesWithScratchFile, size.bytes);
+        if (isOnDisk) {
+            EXPECT_TRUE(engine->KeepFactorIn(testing::TempDir()));
+        }
+        for (int turn = 0; turn < 2; ++turn) {
+            ASSERT_TRUE(engine->Factorise(matrix).Complete());
+            solutions[isOnDisk] = f;
+            engine->Solve(solutions[isOnDisk].data(), 2);
+        }
+    }
+    EXPECT_EQ(std::memcmp(solutions[0].data(), solutions[1].data(), sizeof(double) * f.size()), 0);
+}
+
 TEST(SparseEngine, HasNamesForVersionAndReport)
 {
     const std::unique_ptr<SparseEngine> multifrontal = MakeSparseEngine(EngineKind::Multifrontal, 1);
