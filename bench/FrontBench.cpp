@@ -40,6 +40,7 @@ void FrontAddition(benchmark::State& state)
 {
     constexpr int run = 8;
     const int below = static_cast<int>(state.range(0)), blocks = below / UnknownsOfNode;
+    constexpr int stripBlocks = StripColumns / UnknownsOfNode;
     const int parentRows = UnknownsOfNode * (blocks + blocks / run + 1);
     const FrontSize child = {0, below}, parent = {parentRows, parentRows};
     std::vector<int> blockInParent(static_cast<std::size_t>(blocks));
@@ -48,12 +49,12 @@ void FrontAddition(benchmark::State& state)
     std::fill_n(from.Data(), from.Size(), 0.0);
     std::fill_n(to.Data(), to.Size(), 0.0);
     const FrontUpdate U = {from.Data(), child};
-    const FrontArray sum = PanelAt(to.Data(), parent);
-    constexpr int stripBlocks = StripColumns / UnknownsOfNode;
+    const FrontArray L = PanelAt(to.Data(), parent);
     MeasureAgainst(SecondsToAdd(child), state, [&] {
         for (int strip = 0; strip < U.Strips(); ++strip) {
-            const IndexRange columns = {stripBlocks * strip, std::min(stripBlocks * (strip + 1), blocks)};
-            AddUpdate(U.Strip(strip), child.width, blockInParent.data(), blocks, columns, sum);
+            const int begin = stripBlocks * strip;
+            AddUpdate(U.Strip(strip), child.width, blockInParent.data(), blocks,
+                      {begin, std::min(begin + stripBlocks, blocks)}, L);
         }
     });
 }

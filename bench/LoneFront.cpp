@@ -9,6 +9,16 @@ namespace {
 constexpr double OffDiagonal = 0.25;
 constexpr std::size_t BeyondCaches = std::size_t(1) << 25; // 256 MB
 
+void FillColumns(const FrontArray& to, IndexRange columns)
+{
+    for (int column = columns.begin; column < columns.end; ++column) {
+        const int firstRow = std::max(column / RowAlignment * RowAlignment, to.firstRow);
+        double* const values = to.At(firstRow, column);
+        std::fill(values, values + (to.stride + to.firstRow - firstRow), OffDiagonal);
+        *to.At(column, column) = 1.0;
+    }
+}
+
 } // namespace
 
 LoneFront::LoneFront(std::size_t panelEntries, std::size_t updateEntries)
@@ -26,12 +36,10 @@ void LoneFront::Eliminate(const FrontSize& size)
     const FrontArray L = PanelAt(panels.Data() + next, size);
     const FrontUpdate U = {update.Data(), size};
     next += PanelEntries(size);
-    for (int column = 0; column < size.height; ++column) {
-        const FrontArray to = column < size.width ? L : U.Strip((column - size.width) / StripColumns);
-        const int firstRow = std::max(column / RowAlignment * RowAlignment, to.firstRow);
-        double* const values = to.At(firstRow, column);
-        std::fill(values, values + (to.stride + to.firstRow - firstRow), OffDiagonal);
-        *to.At(column, column) = 1.0;
+    FillColumns(L, {0, size.width});
+    for (int strip = 0; strip < U.Strips(); ++strip) {
+        const int begin = size.width + StripColumns * strip;
+        FillColumns(U.Strip(strip), {begin, std::min(begin + StripColumns, size.height)});
     }
     CrewMember alone = CrewMember::Alone();
     signs.resize(static_cast<std::size_t>(size.width));
