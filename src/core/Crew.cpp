@@ -1,7 +1,6 @@
 #include "core/Crew.h"
 
 #include <exception>
-#include <optional>
 #include <thread>
 #include <vector>
 
@@ -9,30 +8,27 @@ namespace tarnvexo {
 
 void RunCrew(int members, const std::function<void(CrewMember&)>& work)
 {
-    std::optional<Crew> crew; // made when it is known how many threads there are
-    std::atomic<bool> ready = false;
-    std::vector<std::jthread> threads;
-    threads.reserve(static_cast<std::size_t>(members));
-    try {
-        for (int number = 1; number < members; ++number) {
-            threads.emplace_back([&, number] {
-                ready.wait(false);
-                CrewMember member(&*crew, number);
-                work(member);
-            });
-        }
-    } catch (const std::exception&) { // of the system, or no memory
-        // Those that there are.
-    }
-    if (threads.empty()) {
+    if (members <= 1) {
         CrewMember alone = CrewMember::Alone();
         work(alone);
         return;
     }
-    crew.emplace(static_cast<int>(threads.size()) + 1);
-    ready = true;
-    ready.notify_all();
-    CrewMember first(&*crew, 0);
+    Crew crew(members);
+    std::vector<std::jthread> threads;
+    try {
+        threads.reserve(static_cast<std::size_t>(members));
+        for (int number = 1; number < members; ++number) {
+            threads.emplace_back([&crew, &work, number] {
+                CrewMember member(&crew, number);
+                work(member);
+            });
+        }
+    } catch (const std::exception&) { // of the system, or no memory: those that there are
+        for (int missing = members - 1 - static_cast<int>(threads.size()); missing > 0; --missing) {
+            crew.GoWithoutOne();
+        }
+    }
+    CrewMember first(&crew, 0);
     work(first);
 }
 

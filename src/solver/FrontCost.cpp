@@ -4,11 +4,11 @@ namespace tarnvexo {
 
 namespace {
 
-constexpr double PerFront = 4e-7;
-constexpr double PerPanelEntry = 4e-10;
-constexpr double PerUpdateEntry = 4e-10; // cleared, then read and written by every product
-constexpr double PerAddedEntry = 6e-10;
-constexpr double PerOperation = 1.25e-11;
+constexpr double PerFront = 2.8e-7;
+constexpr double PerPanelEntry = 1.06e-9;
+constexpr double PerUpdateEntry = 3.6e-10; // cleared, then read and written by every product
+constexpr double PerAddedEntry = 2.8e-10;
+constexpr double PerOperation = 1.43e-11;
 
 } // namespace
 

@@ -41,7 +41,7 @@ void SubtractProduct(const FrontArray& L, IndexRange k, const double* signs, Ind
                      const FrontArray& C);
 
 // The diagonal block of the columns: L·S·Lᵀ of its rows, and of what is left of the last RowAlignment rows with it.
-//   signs   out, ±1 of these columns
+//   signs   out, ±1 of these columns; counted as the columns of L, as are the pivots
 //   pivots  out, the diagonal of D in L·D·Lᵀ with unit L. Where one is zero or no finite number its equation is taken
 //           out of the system, the diagonal of L becomes infinite there and the column zero.
 // Returns true when all pivots are positive and finite.

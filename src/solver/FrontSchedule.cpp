@@ -1,5 +1,7 @@
 #include "solver/FrontSchedule.h"
 
+#include "solver/FrontElimination.h"
+
 #include <algorithm>
 #include <set>
 
@@ -45,6 +47,30 @@ bool IsEven(const Subtrees& subtrees, const std::vector<double>& seconds, double
     return true;
 }
 
+// Seconds that all threads take for a front together. Small ones gain nothing and cost the waiting for one another.
+double SecondsShared(const FrontSize& front, int members)
+{
+    constexpr double perWait = 5e-6;
+    const int pieces = (front.height + StripColumns - 1) / StripColumns;
+    const int waits = 3 + 2 * ((front.width + BlockColumns - 1) / BlockColumns);
+    return SecondsOf(front) / std::min(members, pieces) + perWait * waits;
+}
+
+// The roots, and the subtrees that are left when the fronts of `shared` have been taken off.
+std::vector<int> SubtreesBelow(const FrontTree& tree, const std::vector<int>& shared)
+{
+    std::vector<unsigned char> isShared(tree.fronts.size(), 0);
+    for (const int f : shared) { isShared[f] = 1; }
+    std::vector<int> subtrees;
+    for (std::size_t f = 0; f < tree.fronts.size(); ++f) {
+        const int parent = tree.fronts[f].parent;
+        if (isShared[f] == 0 && (parent == None || isShared[parent] != 0)) {
+            subtrees.push_back(static_cast<int>(f));
+        }
+    }
+    return subtrees;
+}
+
 } // namespace
 
 FrontSchedule ScheduleFronts(const FrontTree& tree, int members)
@@ -55,29 +81,43 @@ FrontSchedule ScheduleFronts(const FrontTree& tree, int members)
         const Front& front = tree.fronts[f];
         schedule.firstFront[f] =
             front.children == 0 ? static_cast<int>(f) : schedule.firstFront[tree.ChildrenOf(front)[0]];
-        if (front.parent == None) {
-            schedule.subtrees.push_back(static_cast<int>(f));
-        }
     }
     const std::vector<double> seconds = SecondsOfSubtrees(tree);
     const auto byWork = [&](int a, int b) { return seconds[a] != seconds[b] ? seconds[a] > seconds[b] : a < b; };
-    std::set<int, decltype(byWork)> subtrees(schedule.subtrees.begin(), schedule.subtrees.end(), byWork);
+    const std::vector<int> roots = SubtreesBelow(tree, {});
+    std::set<int, decltype(byWork)> subtrees(roots.begin(), roots.end(), byWork);
     double sum = 0.0;
     for (const int root : subtrees) { sum += seconds[root]; }
+
+    // The largest subtree is cut until all threads have as much to do; of the cuts on the way the quickest is taken.
+    constexpr double perThread = 1e-4; // to start it
+    double best = sum;                 // one thread alone
+    std::size_t cutsOfBest = 0;
+    std::vector<int> cuts;
+    double sharedSeconds = perThread * members;
     while (members > 1 && !subtrees.empty()) {
         const int largest = *subtrees.begin();
+        const double together = sharedSeconds + std::max(sum / members, seconds[largest]);
+        if (together < best) {
+            best = together;
+            cutsOfBest = cuts.size();
+            schedule.members = members;
+        }
         if (tree.fronts[largest].children == 0 || IsEven(subtrees, seconds, sum / members, members)) {
             break;
         }
         subtrees.erase(subtrees.begin());
         sum -= seconds[largest];
-        schedule.shared.push_back(largest);
+        sharedSeconds += SecondsShared(tree.fronts[largest].Size(), members);
+        cuts.push_back(largest);
         for (const int child : tree.ChildrenOf(tree.fronts[largest])) {
             subtrees.insert(child);
             sum += seconds[child];
         }
     }
-    schedule.subtrees.assign(subtrees.begin(), subtrees.end());
+    schedule.shared.assign(cuts.begin(), cuts.begin() + static_cast<std::ptrdiff_t>(cutsOfBest));
+    schedule.subtrees = SubtreesBelow(tree, schedule.shared);
+    std::sort(schedule.subtrees.begin(), schedule.subtrees.end(), byWork);
     std::sort(schedule.shared.begin(), schedule.shared.end());
     return schedule;
 }

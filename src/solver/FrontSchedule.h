@@ -15,12 +15,14 @@
 namespace tarnvexo {
 
 struct FrontSchedule {
+    int members = 1;             // threads that gain something
     std::vector<int> subtrees;   // their last fronts, the longest work first
     std::vector<int> shared;     // the fronts above, in order of computation
     std::vector<int> firstFront; // of the subtree of every front: it ends with the front itself
 };
 
-// For a crew of `members` threads; one thread has no use for a cut.
+// For at most `members` threads: fewer, down to one, where the model of cost expects more from waiting than from
+// sharing.
 FrontSchedule ScheduleFronts(const FrontTree& tree, int members);
 
 // Where the numbers of a front wait that are left for its parent: on a stack of the thread for fronts inside a subtree,

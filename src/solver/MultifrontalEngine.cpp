@@ -58,9 +58,9 @@ FactorSize MultifrontalEngine::Analyse(const BlockPattern& pattern)
     }
     updatePlaces = PlaceUpdates(tree, schedule, updateSizes);
     vectorPlaces = PlaceUpdates(tree, schedule, heights);
-    store.Plan(std::move(panelAt), isShared, threads);
+    store.Plan(std::move(panelAt), isShared, schedule.members);
     size.entries = static_cast<std::int64_t>(store.Entries());
-    const std::size_t workspace = updatePlaces.Entries(threads);
+    const std::size_t workspace = updatePlaces.Entries(schedule.members);
     size.bytes = static_cast<double>(workspace + store.Entries()) * sizeof(double);
     size.bytesWithScratchFile = static_cast<double>(workspace + store.BufferEntries()) * sizeof(double);
     return size;
@@ -150,12 +150,12 @@ PivotReport MultifrontalEngine::Factorise(const BlockMatrix& matrix)
 {
     const std::size_t equations = static_cast<std::size_t>(DofsPerNode) * tree.columnAt.size();
     store.Open();
-    LargeArray workspace(updatePlaces.Entries(threads));
+    LargeArray workspace(updatePlaces.Entries(schedule.members));
     signs.assign(equations, 1.0);
     pivots.assign(equations, 0.0);
     isPositive.assign(tree.fronts.size(), 1);
     const Workspace work = {&matrix, workspace.Data(), workspace.Data() + updatePlaces.ofItsOwn};
-    RunCrew(threads, [&](CrewMember& member) {
+    RunCrew(schedule.members, [&](CrewMember& member) {
         member.Each(schedule.subtrees.size(), [&](std::size_t k) {
             CrewMember alone = CrewMember::Alone();
             const int root = schedule.subtrees[k];

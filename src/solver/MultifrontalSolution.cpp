@@ -154,7 +154,7 @@ void MultifrontalEngine::Solve(double* vectors, int count)
     const std::size_t equations = signs.size();
     const int most = std::min(count, VectorsAtOnce);
     std::vector<double> y(equations * static_cast<std::size_t>(most));
-    std::vector<double> workspace(vectorPlaces.Entries(threads) * static_cast<std::size_t>(most));
+    std::vector<double> workspace(vectorPlaces.Entries(schedule.members) * static_cast<std::size_t>(most));
     const auto permute = [&](int first, int together, const auto& copy) {
         for (int r = 0; r < together; ++r) {
             double* const outside = vectors + equations * static_cast<std::size_t>(first + r);
@@ -170,7 +170,7 @@ void MultifrontalEngine::Solve(double* vectors, int count)
                 [](const double* outside, double* inside) { std::copy_n(outside, DofsPerNode, inside); });
         const Vectors group = {y.data(), equations, together, workspace.data(),
                                workspace.data() + vectorPlaces.ofItsOwn * static_cast<std::size_t>(together)};
-        RunCrew(threads, [&](CrewMember& member) {
+        RunCrew(schedule.members, [&](CrewMember& member) {
             CrewMember alone = CrewMember::Alone();
             const auto eachSubtree = [&](const auto& visit) {
                 member.Each(schedule.subtrees.size(), [&](std::size_t k) { visit(schedule.subtrees[k]); });
