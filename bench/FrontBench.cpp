@@ -16,7 +16,7 @@ using namespace tarnvexo;
 constexpr int UnknownsOfNode = 6;
 constexpr double LeastSeconds = 0.1;
 
-// Runs the case; the counters are the seconds that the model of cost expects and how many times they were needed.
+// Runs the case; counters: the time that the model of cost expects, and the measured one as a multiple of it.
 template <class Work> void MeasureAgainst(double expectedSeconds, benchmark::State& state, const Work& work)
 {
     Stopwatch watch;
