@@ -109,6 +109,9 @@ std::uint64_t UnfinishedFile::Write(const FileWriter& write)
     if (result.outcome != FileOutcome::Written) {
         Refuse(result.reason);
     }
+    if (isThere) {
+        platform::BeginFlush(place);
+    }
     return result.bytes;
 }
 

@@ -85,6 +85,10 @@ void PopulatePages(void* array, std::size_t bytes);
 // True for a file that may not be written to. (An administrator may write to any but an immutable one.)
 bool IsWriteProtected(const std::string& path);
 
+// Lets the system begin to write the bytes of a file to the disk, and does not wait: FlushToDisk then has less to wait
+// for. A hint.
+void BeginFlush(const std::string& path);
+
 // Returns when the bytes of a file have left the system's memory for the disk: what a power failure would take else.
 // False, with the system's reason, when the disk does not take them. What cannot be flushed (a pipe) counts as flushed.
 bool FlushToDisk(const std::string& path, std::string& reason);

@@ -394,6 +394,17 @@ bool IsWriteProtected(const std::string& path)
     return lstat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) && access(path.c_str(), W_OK) != 0;
 }
 
+void BeginFlush([[maybe_unused]] const std::string& path)
+{
+#ifdef SYNC_FILE_RANGE_WRITE
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor >= 0) {
+        sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+        close(descriptor);
+    }
+#endif
+}
+
 bool FlushToDisk(const std::string& path, std::string& reason)
 {
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);

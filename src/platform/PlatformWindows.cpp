@@ -196,6 +196,8 @@ bool IsWriteProtected(const std::string& path)
            (attributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
+void BeginFlush(const std::string&) {}
+
 bool FlushToDisk(const std::string& path, std::string& reason)
 {
     const HANDLE file = CreateFileW(Utf8ToWide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
