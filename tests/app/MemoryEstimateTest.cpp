@@ -58,15 +58,15 @@ TEST(MemoryEstimate, RefusesWhatIsNotFreeWithBothFigures)
     MemoryEstimate estimate;
     estimate.held = 1e9;
     estimate.factor = 4e9;
-    EXPECT_EQ(MemoryFault(estimate, 4e9, "CHOLMOD", "m.txt"), "");
-    EXPECT_EQ(MemoryFault(estimate, 0.0, "CHOLMOD", "m.txt"), ""); // not known
-    const std::string fault = MemoryFault(estimate, 3e9, "CHOLMOD", "m.txt");
+    EXPECT_EQ(MemoryFault(estimate, 4e9, "multifrontal LLᵀ", "m.txt"), "");
+    EXPECT_EQ(MemoryFault(estimate, 0.0, "multifrontal LLᵀ", "m.txt"), ""); // not known
+    const std::string fault = MemoryFault(estimate, 3e9, "multifrontal LLᵀ", "m.txt");
     EXPECT_EQ(fault.find("m.txt: error: to be solved, the model needs 4 GB of memory beside the 1 GB held now\n"), 0u)
         << fault;
     EXPECT_NE(fault.find("\n  expected: at most 3 GB, "), std::string::npos) << fault;
     EXPECT_NE(MemoryFault(estimate, 3e9, "skyline LDLᵀ", "m.txt").find("--solver sparse"), std::string::npos);
     estimate.sections = 9e9;
-    EXPECT_NE(MemoryFault(estimate, 5e9, "CHOLMOD", "m.txt").find("the section meshes of its beams, 9 GB"),
+    EXPECT_NE(MemoryFault(estimate, 5e9, "multifrontal LLᵀ", "m.txt").find("the section meshes of its beams, 9 GB"),
               std::string::npos);
 }
 
