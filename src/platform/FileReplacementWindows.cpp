@@ -1,24 +1,12 @@
 #include "platform/FileReplacement.h"
+#include "platform/Platform.h"
+#include "platform/WindowsText.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#define WIN32_LEAN_AND_MEAN
-#include <system_error>
 #include <utility>
-#include <windows.h>
 
 namespace tarnvexo::platform {
 
 namespace {
-
-std::wstring Wide(const std::string& text)
-{
-    const int bytes = static_cast<int>(text.size());
-    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0)), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, wide.data(), static_cast<int>(wide.size()));
-    return wide;
-}
 
 bool Exists(const std::string& path)
 {
@@ -63,7 +51,8 @@ FileReplacement::~FileReplacement()
 std::optional<FileReplacement::Refusal> FileReplacement::Commit()
 {
     const auto refusal = [](std::size_t file, DWORD error) {
-        return Refusal{file, std::system_category().message(static_cast<int>(error))};
+        const bool isOpen = error == ERROR_SHARING_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+        return Refusal{file, isOpen ? FileIsOpenElsewhere : ReasonOfSystemError(error)};
     };
     const auto refuse = [&](std::size_t file, DWORD error) {
         MoveBack(files);
