@@ -19,3 +19,4 @@ set(flags "-Wa,-muse-unaligned-vector-move -D__USE_MINGW_ANSI_STDIO=1 -D_WIN32_W
 set(CMAKE_C_FLAGS_INIT "${flags}")
 set(CMAKE_CXX_FLAGS_INIT "${flags}")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine.sh ${CMAKE_BINARY_DIR})

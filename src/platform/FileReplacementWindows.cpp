@@ -26,14 +26,15 @@ DWORD Move(const std::string& from, const std::string& to)
                : GetLastError();
 }
 
-// From any point of the steps back to their begin: a new file that is not at its place has taken its name.
+// From any point of the steps back to their begin: a new file that is not at its place has taken its name. A directory
+// has not been moved aside: it was there before.
 void MoveBack(const std::vector<FileToReplace>& files)
 {
     for (const FileToReplace& file : files) {
         if (!Exists(file.unfinished)) {
             Move(file.target, file.unfinished);
         }
-        if (Exists(file.earlier)) {
+        if (Exists(file.earlier) && !IsDirectory(file.earlier)) {
             Move(file.earlier, file.target);
         }
     }
@@ -63,7 +64,7 @@ std::optional<FileReplacement::Refusal> FileReplacement::Commit()
             return refusal(i, ERROR_FILE_NOT_FOUND);
         }
         if (IsDirectory(files[i].target)) {
-            return refusal(i, ERROR_DIRECTORY);
+            return Refusal{i, std::make_error_code(std::errc::is_a_directory).message()};
         }
     }
     for (std::size_t i = 0; i < files.size(); ++i) {
