@@ -17,10 +17,16 @@ done
 [ -n "$missing" ] || exit 0
 
 # The indexes of binary packages that are in use, each as the one of its sources.
-apt-get indextargets --format \
-    'deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $(REPO_URI) $(RELEASE) $(COMPONENT)' \
-    'Created-By: Packages' 'Origin: Debian' | sort -u >"$own/sources.list"
-if ! [ -s "$own/sources.list" ]; then
+list_indexes() {
+    apt-get indextargets --format \
+        'deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $(REPO_URI) $(RELEASE) $(COMPONENT)' \
+        'Created-By: Packages' 'Origin: Debian' | sort -u >"$own/sources.list"
+    [ -s "$own/sources.list" ]
+}
+if ! list_indexes; then # a fresh machine has not fetched them
+    if [ "$(id -u)" = 0 ]; then apt-get -q update; else sudo apt-get -q update; fi
+fi
+if ! list_indexes; then
     echo "fetch-sources.sh: error: apt has no index of Debian's packages" >&2
     echo "  expected: a Debian system whose lists of packages have been fetched" >&2
     echo "  to do:    apt-get update, then again" >&2

@@ -48,6 +48,20 @@ bool WriteToConsoleWindow(DWORD stream, std::wstring_view wide)
     return true;
 }
 
+// Erases the line of the cursor, which then stands at its begin. False where there is no console window.
+bool EraseLine(DWORD stream)
+{
+    const HANDLE console = GetStdHandle(stream);
+    CONSOLE_SCREEN_BUFFER_INFO screen = {};
+    if (!GetConsoleScreenBufferInfo(console, &screen)) {
+        return false;
+    }
+    const COORD begin = {0, screen.dwCursorPosition.Y};
+    DWORD erased = 0;
+    FillConsoleOutputCharacterW(console, L' ', static_cast<DWORD>(screen.dwSize.X), begin, &erased);
+    return SetConsoleCursorPosition(console, begin) != 0;
+}
+
 } // namespace
 
 std::vector<std::string> CommandLineWords(int, char**)
@@ -185,8 +199,13 @@ bool WriteUtf8Output(std::string_view text)
            (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0);
 }
 
+// A line that is rewritten is erased here: consoles know "\x1b[K" from a release of Windows 10 on, and when asked to.
 void WriteErrorOutput(std::string_view text)
 {
+    constexpr std::string_view rewritten = "\r\x1b[K";
+    if (text.starts_with(rewritten) && EraseLine(STD_ERROR_HANDLE)) {
+        text.remove_prefix(rewritten.size());
+    }
     if (!WriteToConsoleWindow(STD_ERROR_HANDLE, Wide(text))) {
         std::fwrite(text.data(), 1, text.size(), stderr);
         std::fflush(stderr);
@@ -195,9 +214,7 @@ void WriteErrorOutput(std::string_view text)
 
 bool ErrorLinesCanBeRewritten()
 {
-    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
-    DWORD mode = 0;
-    return GetConsoleMode(console, &mode) && SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    return IsConsole(STD_ERROR_HANDLE); // by WriteErrorOutput
 }
 
 std::uint64_t AvailableMemory()
