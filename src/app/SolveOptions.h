@@ -11,7 +11,7 @@
 
 namespace tarnvexo {
 
-enum class SolverKind { Automatic, Sparse, Skyline };
+enum class SolverKind { Automatic, Sparse, Cholmod, Skyline };
 enum class DisplacementKind { MassOrthogonal, Held };
 
 struct SolveOptions {

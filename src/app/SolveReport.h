@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,12 @@ struct SolverReport {
     NodeDof smallestPivot;
     double conditionEstimate = 0.0; // lower bound: that of the matrix scaled to a unit diagonal is at least this
     double relativeResidual = 0.0;  // |f − K·u| / (|K|·|u| + |f|), largest entries, of forces or of moments
+    int refinementSteps = 0;
+    double residualBeforeRefinement = 0.0;
+    // Of the largest translation or rotation, estimates, 1 where no digit is right; none where nothing called for a
+    // correction (solver/Refinement).
+    std::optional<double> displacementErrorBefore;
+    std::optional<double> displacementError;
 };
 
 struct SupportReaction {

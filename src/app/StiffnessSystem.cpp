@@ -9,6 +9,7 @@
 #include "solver/BandOrdering.h"
 #include "solver/NodeGraph.h"
 #include "solver/NodeOrdering.h"
+#include "solver/Refinement.h"
 #include "solver/SolutionCheck.h"
 
 #include <algorithm>
@@ -25,13 +26,25 @@ namespace {
 // the model: 1e-16 in a few elements, 5e-10 in a plate of 10,000. Below, all soft motions are looked for.
 constexpr double LeastPivotRatio = 1e-8;
 
+// Condition estimates above have cost displacements 1e-9 and more, whatever the loads: solutions are refined.
+constexpr double LargestPlainCondition = 1e5;
+
 constexpr const char* DofNames[DofsPerNode] = {"dx", "dy", "dz", "rx", "ry", "rz"};
 
 EngineKind KindFor(const ModelStore& model, SolverKind kind)
 {
+    switch (kind) {
+    case SolverKind::Sparse:
+        return EngineKind::Multifrontal;
+    case SolverKind::Cholmod:
+        return EngineKind::Cholmod;
+    case SolverKind::Skyline:
+        return EngineKind::Skyline;
+    case SolverKind::Automatic:
+        break;
+    }
     const bool isSmall = std::int64_t(DofsPerNode) * model.NPOIN <= FewEquations;
-    return kind == SolverKind::Skyline || (kind == SolverKind::Automatic && isSmall) ? EngineKind::Skyline
-                                                                                     : EngineKind::Cholmod;
+    return isSmall ? EngineKind::Skyline : EngineKind::Multifrontal;
 }
 
 // Elements of one kind that have the node, as "quads 3, 17, 20".
@@ -208,23 +221,15 @@ std::vector<double> StiffnessSystem::Solve(const std::vector<double>& loads)
     std::vector<double> u = f;
     engine->Solve(u.data(), 1);
 
-    std::vector<double> Ku(f.size()), KuSize(f.size());
-    MultiplyBlockMatrix(matrix, u.data(), Ku.data(), KuSize.data());
-    // Forces and moments have scales of their own, so that the result does not depend on the unit of length.
-    double residual[2] = {}, scale[2] = {}, work = 0.0;
-    for (std::size_t i = 0; i < f.size(); ++i) {
-        const int isMoment = i % DofsPerNode >= RX ? 1 : 0;
-        residual[isMoment] = std::max(residual[isMoment], std::fabs(f[i] - Ku[i]));
-        scale[isMoment] = std::max(scale[isMoment], KuSize[i] + std::fabs(f[i]));
-        work += u[i] * Ku[i];
-    }
-    for (int kind = 0; kind < 2; ++kind) {
-        if (scale[kind] > 0.0) {
-            report.relativeResidual = std::max(report.relativeResidual, residual[kind] / scale[kind]);
-        }
-    }
-    strainEnergy = 0.5 * work;
-
+    const Corrections corrections =
+        report.conditionEstimate > LargestPlainCondition ? Corrections::Always : Corrections::WhereNeeded;
+    const RefinedSolution refined = RefineSolutions(*engine, matrix, corrections, f.data(), u.data(), 1).front();
+    report.relativeResidual = refined.residual;
+    report.refinementSteps = refined.steps;
+    report.residualBeforeRefinement = refined.residualBefore;
+    report.displacementErrorBefore = refined.errorBefore;
+    report.displacementError = refined.error;
+    strainEnergy = refined.strainEnergy;
     return ToModelOrder(u);
 }
 

@@ -37,7 +37,8 @@ public:
     // Errors: throws RunFailure (numerical) where the stiffness is not positive definite; the text names the places.
     void Factorise(const std::vector<unsigned char>& isHeld, const std::string& modelFile);
 
-    // Displacements for the loads; held equations get zero, whatever their load.
+    // Displacements for the loads, refined where they have lost digits (solver/Refinement); held equations get zero,
+    // whatever their load.
     std::vector<double> Solve(const std::vector<double>& loads);
 
     // About motions that meet next to no resistance, a complete message; empty: none.

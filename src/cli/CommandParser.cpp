@@ -50,8 +50,10 @@ struct OptionTexts {
 
 template <typename Value> using Choices = std::vector<std::pair<const char*, Value>>;
 
-const Choices<SolverKind> Solvers = {
-    {"auto", SolverKind::Automatic}, {"sparse", SolverKind::Sparse}, {"skyline", SolverKind::Skyline}};
+const Choices<SolverKind> Solvers = {{"auto", SolverKind::Automatic},
+                                     {"sparse", SolverKind::Sparse},
+                                     {"cholmod", SolverKind::Cholmod},
+                                     {"skyline", SolverKind::Skyline}};
 const Choices<BalanceKind> Balances = {{"exact", BalanceKind::Exact}, {"classic", BalanceKind::Classic}};
 const Choices<DisplacementKind> Displacements = {{"mass-orthogonal", DisplacementKind::MassOrthogonal},
                                                  {"held", DisplacementKind::Held}};
@@ -256,7 +258,7 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
     AddValue(command, "--displacements", texts.displacements, "mass-orthogonal|held",
              "displacements of a free part: mass-orthogonal to its rigid motions\n"
              "(the default), or as held at a few nodes while solving");
-    AddValue(command, "--solver", texts.solver, "auto|sparse|skyline",
+    AddValue(command, "--solver", texts.solver, "auto|sparse|cholmod|skyline",
              "equation solver: auto takes the one that is faster for the model\n"
              "(the default)");
     AddValue(command, "--threads", texts.threads, "N", "threads to use; all processors without this option");

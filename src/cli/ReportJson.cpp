@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 namespace tarnvexo {
 
@@ -111,6 +112,11 @@ Json EngineJson(const SolverReport& solver)
             {"factor_operations", solver.factorOperations}};
 }
 
+Json OrNull(const std::optional<double>& number)
+{
+    return number ? Json(*number) : Json();
+}
+
 Json SolverJson(const SolveReport& report)
 {
     Json json = EngineJson(report.solver);
@@ -119,6 +125,10 @@ Json SolverJson(const SolveReport& report)
     json["smallest_pivot"] = NodeDofJson(report.solver.smallestPivot);
     json["condition_at_least"] = report.solver.conditionEstimate;
     json["relative_residual"] = report.solver.relativeResidual;
+    json["refinement"] = {{"steps", report.solver.refinementSteps},
+                          {"residual_before", report.solver.residualBeforeRefinement},
+                          {"displacement_error_before", OrNull(report.solver.displacementErrorBefore)},
+                          {"displacement_error", OrNull(report.solver.displacementError)}};
     return json;
 }
 

@@ -3,6 +3,7 @@
 #include "checks/FindingText.h"
 #include "cli/ReportFigures.h"
 
+#include <cmath>
 #include <cstdio>
 
 namespace tarnvexo {
@@ -17,6 +18,11 @@ std::string ShareText(double share)
     char text[32];
     std::snprintf(text, sizeof text, "%.2g", share);
     return text;
+}
+
+std::string DigitsText(double error)
+{
+    return std::to_string(error > 0.0 && error < 1.0 ? std::lround(-std::log10(error)) : 0);
 }
 
 std::string FreeMotionText(int count)

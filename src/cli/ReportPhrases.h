@@ -15,6 +15,9 @@ std::string WithUnit(double value, const char* unit);
 // Two significant digits, for shares and remainders.
 std::string ShareText(double share);
 
+// How many leading digits are right with a relative error: 1e-7 gives "7", 1 and more "0".
+std::string DigitsText(double error);
+
 // "no free rigid motion", "2 free rigid motions"
 std::string FreeMotionText(int count);
 

@@ -224,7 +224,15 @@ void AddSolution(ReportPage& page, const SolveReport& report)
     page.Row("smallest pivot ratio", {ShareText(solver.smallestPivotRatio)},
              "at node " + std::to_string(solver.smallestPivot.node) + " " + DofName(solver.smallestPivot.dof));
     page.Row("condition at least", {ShareText(solver.conditionEstimate)});
-    page.Row("relative residual", {ShareText(solver.relativeResidual)});
+    const bool isRefined = solver.refinementSteps > 0;
+    page.Row("relative residual", {ShareText(solver.relativeResidual)},
+             isRefined ? ShareText(solver.residualBeforeRefinement) + " before refinement" : std::string());
+    page.Row("steps of refinement", {std::to_string(solver.refinementSteps)});
+    if (solver.displacementError && solver.displacementErrorBefore) {
+        page.Row("digits of the displacements", {DigitsText(*solver.displacementError)},
+                 isRefined ? DigitsText(*solver.displacementErrorBefore) + " before refinement, estimates"
+                           : "estimate");
+    }
 }
 
 // "quad 211, node 512 at (1, 2, 3)"; empty when the model has nothing of the kind.

@@ -2,6 +2,7 @@
 
 #include "core/Parallel.h"
 #include "platform/Platform.h"
+#include "solver/MultifrontalEngine.h"
 #include "solver/SkylineEngine.h"
 
 namespace tarnvexo {
@@ -40,11 +41,11 @@ MakeEngine LoadCholmod()
     void* const symbol = library == nullptr ? nullptr : platform::PluginSymbol(library, "MakeCholmodEngine");
     if (symbol == nullptr) {
         throw EngineMissing(
-            "the sparse solver cannot be loaded: " + reason +
+            "CHOLMOD cannot be loaded: " + reason +
             "\n"
             "  expected: libtarnvexo_cholmod.so beside the program or in ../lib/tarnvexo, with libcholmod and\n"
             "            libopenblas on the system\n"
-            "  to do:    install the packages libcholmod3 and libopenblas0-pthread, or use --solver skyline");
+            "  to do:    install the packages libcholmod3 and libopenblas0-pthread, or use --solver sparse");
     }
     return reinterpret_cast<MakeEngine>(symbol);
 #endif
@@ -68,6 +69,9 @@ void SetBlasEnvironment()
 
 std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads)
 {
+    if (kind == EngineKind::Multifrontal) {
+        return std::make_unique<MultifrontalEngine>(threads);
+    }
     if (kind == EngineKind::Skyline) {
         return std::make_unique<SkylineEngine>();
     }
@@ -78,7 +82,7 @@ std::unique_ptr<SparseEngine> MakeSparseEngine(EngineKind kind, int threads)
 std::vector<std::string> DescribeEngines()
 {
     std::vector<std::string> lines;
-    for (const EngineKind kind : {EngineKind::Cholmod, EngineKind::Skyline}) {
+    for (const EngineKind kind : {EngineKind::Multifrontal, EngineKind::Cholmod, EngineKind::Skyline}) {
         try {
             const std::unique_ptr<SparseEngine> engine = MakeSparseEngine(kind, ThreadCount());
             lines.push_back(engine->Name() + ", " + engine->Kernels());

@@ -1,7 +1,7 @@
 // solver/SparseEngine.h
 // The one interface to what factorises and solves K·u = f for a matrix of node blocks:
 //
-//     std::unique_ptr<SparseEngine> engine = MakeSparseEngine(EngineKind::Cholmod, threads);
+//     std::unique_ptr<SparseEngine> engine = MakeSparseEngine(EngineKind::Multifrontal, threads);
 //     FactorSize size = engine->Analyse(pattern);      // memory needed, before any number is computed
 //     engine->Factorise(matrix);                       // the pattern that was analysed
 //     engine->Solve(u, count);                         // right-hand sides become solutions
@@ -20,14 +20,15 @@
 namespace tarnvexo {
 
 struct FactorSize {
-    std::int64_t entries = 0; // as stored, zeros for wider kernels included
-    double operations = 0.0;  // additions and multiplications
-    double bytes = 0.0;       // factor and workspace while factorising, without the matrix itself
+    std::int64_t entries = 0;          // as stored, zeros for wider kernels included
+    double operations = 0.0;           // additions and multiplications
+    double bytes = 0.0;                // factor and workspace while factorising, without the matrix itself
+    double bytesWithScratchFile = 0.0; // of that in memory when the factor is kept on disk; 0: the engine cannot do it
 };
 
 // What the factorisation met. pivots [6·columns]: the diagonal of D in K = L·D·Lᵀ with unit L (squares of L's diagonal
-// for K = L·Lᵀ). Where a factorisation stops at a pivot that is not positive, failedAt is its equation and the pivots
-// from there on are zero.
+// for K = L·Lᵀ). failedAt is the first equation whose pivot is not a positive number. CHOLMOD and the skyline stop
+// there: the pivots from there on are zero. The multifrontal engine goes on: all pivots are told.
 struct PivotReport {
     std::vector<double> pivots;
     std::int64_t failedAt = -1;
@@ -47,9 +48,13 @@ public:
     virtual FactorSize Analyse(const BlockPattern& pattern) = 0;
     virtual PivotReport Factorise(const BlockMatrix& matrix) = 0;
     virtual void Solve(double* vectors, int count) = 0;
+
+    // After Analyse: factors are kept in a scratch file in this directory from now on. False where an engine cannot do
+    // that. Factorise and Solve then throw ScratchFailure too (solver/FactorStore.h).
+    virtual bool KeepFactorIn(const std::string& /*directory*/) { return false; }
 };
 
-enum class EngineKind { Cholmod, Skyline };
+enum class EngineKind { Multifrontal, Cholmod, Skyline };
 
 // Errors: throws EngineMissing when the engine cannot be loaded; the text says which library and what to do.
 struct EngineMissing : std::runtime_error {

@@ -106,8 +106,13 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Both, SoftMotionsOf, testing::Values(EngineKind::Cholmod, EngineKind::Skyline),
-                         [](const auto& info) { return info.param == EngineKind::Cholmod ? "Sparse" : "Skyline"; });
+INSTANTIATE_TEST_SUITE_P(All, SoftMotionsOf,
+                         testing::Values(EngineKind::Multifrontal, EngineKind::Cholmod, EngineKind::Skyline),
+                         [](const auto& info) -> std::string {
+                             return info.param == EngineKind::Multifrontal ? "Sparse"
+                                    : info.param == EngineKind::Cholmod    ? "Cholmod"
+                                                                           : "Skyline";
+                         });
 
 TEST_P(SoftMotionsOf, ASoundChainAreNone)
 {

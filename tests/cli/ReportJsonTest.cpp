@@ -58,6 +58,8 @@ TEST(ReportJson, ReadsBackAsTheReport)
     EXPECT_EQ(json["solver"]["engine"], report.solver.engine);
     EXPECT_EQ(json["solver"]["factor_entries"], report.solver.factorEntries);
     EXPECT_DOUBLE_EQ(json["solver"]["factorise_operations_per_second"], 6.5e6 / 0.0325);
+    EXPECT_EQ(json["solver"]["refinement"]["steps"], 1);
+    EXPECT_EQ(json["solver"]["refinement"]["displacement_error_before"], 2.6e-9);
     EXPECT_EQ(json["extremes"]["shell_stress"]["value"], report.largestShellStress.value);
     EXPECT_EQ(json["extremes"]["shell_stress"]["element"], 31);
     EXPECT_EQ(json["extremes"]["displacement"]["element"], Json());
@@ -84,7 +86,10 @@ TEST(ReportJson, HasNullForWhatTheModelDoesNotHave)
 {
     SolveReport report = test::SampleSolveReport();
     report.largestBeamStress = {};
-    EXPECT_TRUE(Json::parse(SolveReportJson(report, UnitSystem::SI))["extremes"]["beam_stress"].is_null());
+    report.solver.displacementError.reset();
+    const Json json = Json::parse(SolveReportJson(report, UnitSystem::SI));
+    EXPECT_TRUE(json["extremes"]["beam_stress"].is_null());
+    EXPECT_TRUE(json["solver"]["refinement"]["displacement_error"].is_null());
 }
 
 TEST(ReportJson, SurvivesQuotesAndBytesThatAreNoUtf8)

@@ -108,7 +108,9 @@ SOLUTION
   operations                            6.5e+06  0.2 GF/s while factorising
   smallest pivot ratio                  3.2e-05  at node 57 rz
   condition at least                    3.1e+04
-  relative residual                     1.7e-16
+  relative residual                     1.7e-16  2.4e-16 before refinement
+  steps of refinement                         1
+  digits of the displacements                16  9 before refinement, estimates
 
 LARGEST RESULTS
   displacement                          0.00214  m  node 87 at (11.5, 4, 0)
@@ -272,6 +274,21 @@ TEST(ReportText, SaysWhatAModelDoesNotHave)
     EXPECT_TRUE(Contains(text, "none: no direction is restrained or held\n"));
     EXPECT_TRUE(Contains(text, "result files          none were asked for\n"));
     EXPECT_TRUE(Contains(text, "\nOTHER WARNINGS: none\n"));
+}
+
+TEST(ReportText, TellsDigitsOnlyWhereTheyAreKnown)
+{
+    SolveReport report = test::SampleSolveReport();
+    report.solver.refinementSteps = 0;
+    report.solver.displacementErrorBefore = report.solver.displacementError = 1.0; // no correction helps
+    std::string text = SolveReportText(report, UnitSystem::SI);
+    EXPECT_TRUE(Contains(text, "  digits of the displacements                 0  estimate\n")) << text;
+    EXPECT_FALSE(Contains(text, "before refinement")) << text;
+    report.solver.displacementErrorBefore.reset();
+    report.solver.displacementError.reset();
+    text = SolveReportText(report, UnitSystem::SI);
+    EXPECT_TRUE(Contains(text, "  steps of refinement                         0\n")) << text;
+    EXPECT_FALSE(Contains(text, "digits of the displacements")) << text;
 }
 
 TEST(ReportText, CutsALongListOfParts)

@@ -99,6 +99,10 @@ SolveReport SampleSolveReport()
     report.solver.smallestPivot = {57, RZ};
     report.solver.conditionEstimate = 31250.0;
     report.solver.relativeResidual = 1.7e-16;
+    report.solver.refinementSteps = 1;
+    report.solver.residualBeforeRefinement = 2.4e-16;
+    report.solver.displacementErrorBefore = 2.6e-9;
+    report.solver.displacementError = 1.1e-16;
     report.reactions = {{{0, DX}, 1.5e-12, false}, {{0, DY}, -3e-12, false},  {{0, DZ}, 2.5e-11, false},
                         {{1, DY}, 2e-12, false},   {{1, DZ}, -1e-11, false},  {{3, RX}, 8e-12, false},
                         {{118, DX}, 0, true},      {{118, DY}, 1e-13, true},  {{118, DZ}, 2e-13, true},

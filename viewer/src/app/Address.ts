@@ -1,4 +1,4 @@
-import { addressOf, stateOfAddress } from '../state/ViewAddress';
+import { addressOf } from '../state/ViewAddress';
 import type { Store } from '../state/Store';
 import type { ViewState } from '../state/ViewState';
 
@@ -10,9 +10,11 @@ export function complete(state: ViewState): ViewState {
     return { limits: undefined, scale: undefined, clip: undefined, box: undefined, camera: undefined, ...state };
 }
 
-/** Keeps the view in the address of the page, and follows an address that the user types. */
+/** Keeps the view in the address of the page, and tells of an address that the user types. */
 export class Address {
     private timer = 0;
+    /** An address that the user has typed. */
+    onTyped: (hash: string) => void = () => undefined;
 
     constructor(
         private readonly store: Store,
@@ -22,7 +24,7 @@ export class Address {
             clearTimeout(this.timer);
             this.timer = window.setTimeout(() => this.write(), REST);
         });
-        window.addEventListener('hashchange', () => store.set(complete(stateOfAddress(location.hash, initial))));
+        window.addEventListener('hashchange', () => this.onTyped(location.hash));
     }
 
     link(): string {

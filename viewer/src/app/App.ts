@@ -14,7 +14,7 @@ import { actionOf, type Action } from '../ui/Keys';
 import { elementName, nodeName } from '../ui/Names';
 import { numberText, placeText } from '../ui/Numbers';
 import { PictureArea } from '../ui/PictureArea';
-import { ProbeTable } from '../ui/ProbeTable';
+import { ProbeTable, type ShownColumn } from '../ui/ProbeTable';
 import { ReportSheet } from '../ui/ReportSheet';
 import { findNumber, type SearchKind } from '../ui/Search';
 import { StartPanel } from '../ui/StartPanel';
@@ -27,7 +27,14 @@ import { Panel, PanelFrame } from '../ui/panel/Panel';
 import { STANDARD_VIEWS } from '../ui/panel/ViewSection';
 import { NEED_MODEL } from './AddressWords';
 import { composePicture, letterScale, type PictureSize } from './Compose';
-import { fieldSubtitle, fieldTitle, legendContent, overlayContent, type OverlaySource } from './OverlayContent';
+import {
+    axisTitle,
+    fieldSubtitle,
+    fieldTitle,
+    legendContent,
+    overlayContent,
+    type OverlaySource,
+} from './OverlayContent';
 
 const FACES: Face[] = ['larger', 'positive', 'negative', 'viewed'];
 const EDGES: ViewState['edges'][] = ['none', 'mesh', 'feature', 'free'];
@@ -41,6 +48,9 @@ const FOR_ONE_STRUCTURE: Partial<ViewState> = {
     hiddenThicknesses: [],
     hiddenSections: [],
 };
+
+/** Parts of the state that the values in the table depend on. */
+const TOLD_IN_TABLE: (keyof ViewState)[] = ['field', 'face', 'average', 'unitFactor', 'unitName'];
 
 type Point = [number, number];
 
@@ -113,16 +123,27 @@ export class App {
         this.table.clear();
         this.closeCut();
         this.closeReport();
-        // What this result cannot show gives way to what every result has.
-        const needsModel = NEED_MODEL.includes(state.field) && !result.model;
-        if (needsModel) this.store.set({ field: 'SE' });
-        if (state.average === 'element' && !result.own) this.store.set({ average: 'nodal' });
+        this.giveWay(result);
         this.scene.show(result);
         this.start.hide();
         document.title = `${result.title} – tarnvexo`;
         this.followLanguage();
         if (view) this.standardView(view);
         else if (!isFirst || !state.camera) this.fit();
+    }
+
+    /** Another view of what is shown. */
+    turnTo(state: ViewState, view?: StandardView): void {
+        this.store.set(state);
+        if (this.result) this.giveWay(this.result);
+        if (view) this.standardView(view);
+    }
+
+    /** What a result cannot show gives way to what every result has. */
+    private giveWay(result: Result): void {
+        const { field, average } = this.store.state;
+        if (NEED_MODEL.includes(field) && !result.model) this.store.set({ field: 'SE' });
+        if (average === 'element' && !result.own) this.store.set({ average: 'nodal' });
     }
 
     showReport(report: RunReport): void {
@@ -175,7 +196,7 @@ export class App {
         // The lines of a cut stay where the structure was when it was cut.
         if (changed.has('deformed') || changed.has('scale') || changed.has('animated')) this.forgetCutLines();
         if (changed.has('dark')) document.documentElement.dataset.theme = this.store.state.dark ? 'dark' : 'light';
-        if (changed.has('unitFactor') || changed.has('unitName')) this.showTable();
+        if (TOLD_IN_TABLE.some((key) => changed.has(key))) this.fillTable();
         if (changed.has('language')) this.followLanguage();
         else if (!(changed.size === 1 && changed.has('camera'))) this.panel?.sync(this.store);
         this.describe();
@@ -229,8 +250,7 @@ export class App {
     private describe(): void {
         const source = this.source();
         const legend = source && legendContent(source);
-        const range =
-            legend?.key?.kind === 'scale' ? legend.key.range.map((value) => numberText(value)).join(' … ') : '';
+        const range = legend?.key?.kind === 'scale' ? legend.key.range.map(numberText).join(' … ') : '';
         const words = legend
             ? [legend.title, legend.subtitle, range, ...legend.notes].filter((text) => text !== '')
             : [];
@@ -266,7 +286,7 @@ export class App {
         const hasValue = hasScale(state);
         if (hasValue) lines.splice(1, 0, `${t.probe.atNode} ${numberText(probe.cornerValue / factor)}`);
         const title = hasValue
-            ? withUnit(`${state.field} ${numberText(probe.value / factor, 5)}`, unitOf(state))
+            ? withUnit(`${state.field} ${numberText(probe.value / factor)}`, unitOf(state))
             : t.fields[state.field];
         this.area.showTooltip(at, title, lines);
     }
@@ -291,10 +311,11 @@ export class App {
         return undefined;
     }
 
-    /** What the address of the view asks for that cannot be shown. */
+    /** What the address of the view asks for that cannot be shown; nothing takes away what was told before. */
     tellFaults(faults: readonly string[]): void {
         const { address, dismiss } = this.texts.errors;
         if (faults.length > 0) this.area.notice(address(faults.join(', ')), dismiss);
+        else this.area.takeNoticeAway();
     }
 
     private showTable(): void {
@@ -303,9 +324,24 @@ export class App {
             this.drawer.remove(this.table.root);
             return;
         }
-        const size = this.scene?.size() ?? 0;
-        this.table.render(this.result, this.texts, stressUnit(this.store.state), size, (text) => this.area.say(text));
+        this.fillTable();
         this.drawer.open(this.table.root, this.texts.probe.title, this.texts.probe.removeAll, () => this.table.clear());
+    }
+
+    /** Where it is, also behind the graph of a cut. */
+    private fillTable(): void {
+        if (!this.result || this.table.points.length === 0) return;
+        const size = this.scene?.size() ?? 0;
+        const say = (text: string): void => this.area.say(text);
+        this.table.render(this.result, this.texts, stressUnit(this.store.state), this.shownColumn(), size, say);
+    }
+
+    private shownColumn(): ShownColumn | undefined {
+        const { state } = this.store;
+        const { scene } = this;
+        if (!scene || !hasScale(state)) return undefined;
+        const unit = unitOf(state);
+        return { name: withUnit(state.field, unit), valueOf: (probe) => scene.valueOf(probe) / unit.factor };
     }
 
     private showCutState(): void {
@@ -319,12 +355,12 @@ export class App {
     private showCut(from: Point, to: Point): void {
         const { state } = this.store;
         const subtitle = fieldSubtitle(state, this.texts, this.scene?.showsWalls() ?? false);
-        const axis = fieldTitle(state, this.texts);
+        const title = fieldTitle(state, this.texts) + (subtitle ? `, ${subtitle}` : '');
         const { factor } = unitOf(state);
         const lines = this.scene?.cut(from, to) ?? [];
         this.cutLines = lines.map((line) => line.points);
         const pieces = lines.map(({ length, value }) => ({ length, value: value.map((one) => one / factor) }));
-        this.plot.show(pieces, axis + (subtitle ? `, ${subtitle}` : ''), axis, this.texts);
+        this.plot.show(pieces, title, axisTitle(state, this.texts), this.texts);
         this.plot.onRead = (at) => {
             const points = at && lines[at.piece].points.subarray(3 * at.point, 3 * at.point + 3);
             this.cutPoint = points && [points[0], points[1], points[2]];

@@ -41,6 +41,7 @@ export async function begin(root: HTMLElement): Promise<void> {
 
     const address = new Address(store, initial);
     app.linkToView = () => address.link();
+    address.onTyped = (typed) => follow(app, store, initial, typed);
     const files = new Files(app, (result) => {
         if (app.shown) app.show(result);
         else {
@@ -118,6 +119,17 @@ function showPacket(app: App, store: Store, packet: Packet, hash: string): void 
 function showFirst(app: App, store: Store, result: Result, address: string): void {
     store.set(complete(stateOfWords(address, store.state, result)));
     app.show(result, standardViewOf(address));
+}
+
+/** Takes over an address that the user has typed while the page is open. */
+function follow(app: App, store: Store, initial: ViewState, hash: string): void {
+    const result = app.shown;
+    if (!result) {
+        store.set(complete(stateOfAddress(hash, initial)));
+        return;
+    }
+    app.turnTo(complete(stateOfWords(hash, initial, result)), standardViewOf(hash));
+    app.tellFaults(faultsOf(hash, result));
 }
 
 /** Files that the user opens, one lot at a time. */

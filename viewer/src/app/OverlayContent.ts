@@ -7,7 +7,7 @@ import { marksBeyond, themeOf } from '../scene/Appearance';
 import { categories, type Category } from '../scene/Categories';
 import type { Extreme, Extremes, Probe, SceneView } from '../scene/SceneView';
 import { unitOf, withUnit } from '../state/Units';
-import type { PropertyField, ViewState } from '../state/ViewState';
+import type { Field, PropertyField, ViewState } from '../state/ViewState';
 import type { CategoryLegend, LegendContent, ScaleLegend } from '../ui/Legend';
 import { nodeName } from '../ui/Names';
 import { numberText, placeText } from '../ui/Numbers';
@@ -16,6 +16,8 @@ import { hasScale } from '../ui/panel/ColourSection';
 import type { Texts } from '../ui/Texts';
 
 type Point = [number, number];
+
+const ROTATIONS: readonly Field[] = ['R', 'RX', 'RY', 'RZ'];
 
 export interface OverlaySource {
     scene: SceneView;
@@ -40,6 +42,13 @@ export function fieldSubtitle(state: Readonly<ViewState>, texts: Texts, walls: b
 /** "Equivalent stress SE (MPa)". */
 export function fieldTitle(state: Readonly<ViewState>, texts: Texts): string {
     return withUnit(texts.fields[state.field], unitOf(state));
+}
+
+/** Of the axis of a graph, short and always with a unit: "DX (unit of the model)". */
+export function axisTitle(state: Readonly<ViewState>, texts: Texts): string {
+    const unit = unitOf(state);
+    const known = ROTATIONS.includes(state.field) ? 'rad' : unit.name;
+    return withUnit(state.field, { ...unit, name: known || texts.cut.unit });
 }
 
 /** Bands have the colour of their middle, as on the structure. */
@@ -160,7 +169,7 @@ export function legendContent(source: OverlaySource): LegendContent | undefined 
             if (found.notFinite > 0) notes.push(texts.legend.notFinite(found.notFinite));
         } else notes.push(texts.legend.noValues);
     } else if (isPropertyField(state.field)) content.key = categoryLegend(state.field, result, texts);
-    if (state.deformed) notes.push(texts.legend.deformation(numberText(scene.scale(), 4)));
+    if (state.deformed) notes.push(texts.legend.deformation(numberText(scene.scale())));
     return state.field === 'none' && notes.length === 0 && content.symbols.length === 0 ? undefined : content;
 }
 
@@ -181,19 +190,28 @@ export function overlayContent(source: OverlaySource, map: (point: Point) => Poi
                 hidden: scene.isHidden(extreme.node),
                 lines: [
                     `${name} ${numberText(extreme.value / unitOf(state).factor)}`,
-                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${placeText(extreme.position, scene.size(), 5)})`,
+                    `${texts.legend.node(nodeName(result, extreme.node, texts))} (${placeText(extreme.position, scene.size())})`,
                 ],
             };
             content.flags.push(flagged);
         };
         flag(texts.legend.max, found.max);
         flag(texts.legend.min, found.min);
+        content.covered = coveredIn(scene, map);
     }
     probes.forEach((probe, i) => {
         const at = scene.projectNode(probe.node);
         if (at) content.markers.push({ at: map(at), text: String(i + 1) });
     });
     return content;
+}
+
+/** The squares that the structure covers, in the picture that is drawn. */
+function coveredIn(scene: SceneView, map: (point: Point) => Point): OverlayContent['covered'] {
+    const { middles, side } = scene.covered();
+    const mapped = new Float32Array(middles.length);
+    for (let i = 0; i < middles.length; i += 2) mapped.set(map([middles[i], middles[i + 1]]), i);
+    return { middles: mapped, side: map([side, 0])[0] - map([0, 0])[0] };
 }
 
 /** The parts of a line that are within the picture. */

@@ -47,7 +47,7 @@ export const UNDER_COLOURS: Record<ColourMap, readonly [number, number, number]>
     viridis: [0.78, 0.9, 1],
     cividis: [0.78, 0.9, 1],
     turbo: [0.8, 0.8, 0.8],
-    coolwarm: [0.14, 0.14, 0.14],
+    coolwarm: [0.75, 0.95, 0.25],
     grey: [0.35, 0.72, 1],
 };
 

@@ -8,13 +8,17 @@ import { isKept, type ClipPlane } from './Visibility';
 /** Values are single precision: of those that differ by no more than this part, either may come out as the larger. */
 const TIE = 1e-6;
 
-/** Of values that are finite, the others are counted; undefined where no value is left. places: 3 per node. */
+/**
+ * Of values that are finite, the others are counted; undefined where no value is left. places: 3 per node. Of several
+ * places with the same value the first is told: in the order of elements, or of nodes for values that are of nodes.
+ */
 export function extremes(
     surface: Surface,
     values: FacePair,
     shown: Uint8Array,
     places: Float32Array,
     plane: ClipPlane | undefined,
+    areOfNodes: boolean,
 ): Extremes | undefined {
     let least = -1;
     let largest = -1;
@@ -40,9 +44,10 @@ export function extremes(
         }
     }
     if (least < 0 || largest < 0) return undefined;
-    least = firstCorner(surface, values, shown, places, plane, (value) => value <= min + TIE * Math.abs(min)) ?? least;
-    largest =
-        firstCorner(surface, values, shown, places, plane, (value) => value >= max - TIE * Math.abs(max)) ?? largest;
+    const first = (takes: (value: number) => boolean) =>
+        firstCorner(surface, values, shown, places, plane, areOfNodes, takes);
+    least = first((value) => value <= min + TIE * Math.abs(min)) ?? least;
+    largest = first((value) => value >= max - TIE * Math.abs(max)) ?? largest;
     const extreme = (value: number, corner: number): Extreme => ({
         value,
         vertex: surface.cornerVertex[corner],
@@ -52,29 +57,25 @@ export function extremes(
     return { min: extreme(min, least), max: extreme(max, largest), notFinite };
 }
 
-/** In the order of the shells, quadrilaterals before triangles, walls of beams last. */
+/** In the order of nodes, or of the shells: quadrilaterals before triangles, walls of beams last. */
 function firstCorner(
     surface: Surface,
     values: FacePair,
     shown: Uint8Array,
     places: Float32Array,
     plane: ClipPlane | undefined,
+    areOfNodes: boolean,
     takes: (value: number) => boolean,
 ): number | undefined {
-    const { quadCount, elementCount, result } = surface;
-    for (const [first, end] of [
-        [0, result.shellQuads],
-        [quadCount, elementCount],
-        [result.shellQuads, quadCount],
-    ]) {
-        for (let element = first; element < end; ++element) {
-            if (!shown[element]) continue;
-            const begin = surface.cornerBegin(element);
-            for (let corner = begin; corner < begin + surface.cornerCount(element); ++corner) {
-                const isTaken = takes(values.positive[corner]) || takes(values.negative[corner]);
-                if (isTaken && (!plane || isKept(plane, at(places, surface.cornerNode[corner])))) return corner;
-            }
-        }
+    const { cornerNode, quadCount, result } = surface;
+    const isWall = (corner: number) => corner >= 4 * result.shellQuads && corner < 4 * quadCount;
+    let first: number | undefined;
+    let least = Infinity;
+    for (let corner = 0; corner < cornerNode.length; ++corner) {
+        if (!takes(values.positive[corner]) && !takes(values.negative[corner])) continue;
+        const order = areOfNodes ? cornerNode[corner] : corner + (isWall(corner) ? cornerNode.length : 0);
+        if (order >= least || !shown[surface.elementOfCorner(corner)]) continue;
+        if (!plane || isKept(plane, at(places, cornerNode[corner]))) [first, least] = [corner, order];
     }
-    return undefined;
+    return first;
 }

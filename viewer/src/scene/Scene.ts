@@ -8,6 +8,7 @@ import { Axes } from './Axes';
 import { CameraControl } from './CameraControl';
 import { Canvas } from './Canvas';
 import { categories } from './Categories';
+import { SQUARE } from './Coverage';
 import { outline, shownEdges } from './Edges';
 import { LineActor } from './LineActor';
 import { bounds, diagonal, union, widened, type Bounds } from './Motion';
@@ -17,9 +18,9 @@ import { Projection } from './Projection';
 import type { ElementKind, Extremes, Probe, SceneView } from './SceneView';
 import { ShownResult } from './ShownResult';
 import { NO_VALUE, SurfaceActor } from './SurfaceActor';
-import { SymbolActors } from './SymbolActors';
+import { SymbolActors, symbolReach } from './SymbolActors';
 import { at, type Vec3 } from './Vectors';
-import { centred, fitted, panned, standardView } from './Views';
+import { centred, fitted, panned, standardView, type Content } from './Views';
 import { VISIBILITY_KEYS } from './Visibility';
 
 /** Seconds of a full swing. */
@@ -150,13 +151,13 @@ export class Scene implements SceneView {
     fit(): void {
         if (!this.shown) return;
         this.fits = true;
-        this.moveCamera(this.beside(fitted(this.camera, this.shown.box(), this.aspect(), this.state.parallel)));
+        this.moveCamera(this.beside(fitted(this.camera, this.content(), this.aspect(), this.state.parallel)));
     }
 
     setStandardView(view: StandardView): void {
         if (!this.shown) return;
         this.fits = true;
-        this.moveCamera(this.beside(standardView(view, this.shown.box(), this.aspect(), this.state.parallel)));
+        this.moveCamera(this.beside(standardView(view, this.content(), this.aspect(), this.state.parallel)));
     }
 
     goTo(kind: 'node' | ElementKind | 'beam', number: number): boolean {
@@ -197,6 +198,10 @@ export class Scene implements SceneView {
         return this.shown?.valuesOf(kind, number) ?? [];
     }
 
+    valueOf(probe: Probe): number {
+        return this.shown?.valueOf(probe) ?? NaN;
+    }
+
     showsWalls(): boolean {
         if (!this.shown) return false;
         const { visible, surface } = this.shown;
@@ -208,6 +213,10 @@ export class Scene implements SceneView {
         const projection = this.projection();
         const pixel = projection.toPixel(at(this.shown.places(), node));
         return pixel !== undefined && this.shown.hides(node, projection.ray(...pixel), this.state.parallel);
+    }
+
+    covered(): { middles: Float32Array; side: number } {
+        return { middles: this.shown?.covered(this.projection()) ?? new Float32Array(0), side: SQUARE };
     }
 
     size(): number {
@@ -265,6 +274,11 @@ export class Scene implements SceneView {
 
     private hasRange(): boolean {
         return isStressField(this.state.field) || isMotionField(this.state.field);
+    }
+
+    private content(): Content {
+        const { size } = this.shown!;
+        return { points: this.shown!.points(), around: symbolReach(this.state) * size };
     }
 
     private aspect(): number {

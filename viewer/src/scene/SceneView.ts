@@ -16,6 +16,8 @@ export interface Probe {
     /** The nearest corner. Nodes from Result.structureNodes on are those of section walls. */
     node: number;
     vertex: number;
+    /** Of the surface; -1: none. */
+    corner: number;
     /** Where the deformed surface was hit, and where that corner stands undeformed. */
     hit: [number, number, number];
     position: [number, number, number];
@@ -54,10 +56,14 @@ export interface SceneView {
     extremes(): Extremes | undefined;
     /** Values at a node, at the corners of an element, or where they are largest on a beam. */
     valuesOf(kind: 'node' | ElementKind | 'beam', number: number): Probe[];
+    /** Of the field that is shown now, at the corner that was probed; not a number where it has none. */
+    valueOf(probe: Probe): number;
     /** Whether section walls of beams are among what is visible. */
     showsWalls(): boolean;
     /** Whether a node, as it is deformed, stands behind the structure; never while that swings. */
     isHidden(node: number): boolean;
+    /** Where in the picture the structure is, coarsely: squares of that side, x and y of the middle of each. CSS pixels. */
+    covered(): { middles: Float32Array; side: number };
     /** Diagonal of the undeformed model. */
     size(): number;
     /** The limits of the colours in use. */

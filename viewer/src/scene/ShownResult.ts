@@ -1,16 +1,18 @@
 // A result as it is shown at present, without the picture of it: what is visible, which values and places its corners
 // have, and what can be asked about them. Whatever is dear is made when it is first asked for.
 import { logarithmicLimits, niceLimits } from '../model/ColourScale';
-import type { FacePair } from '../model/Fields';
+import { isMotionField, type FacePair } from '../model/Fields';
 import type { Result } from '../model/Result';
 import { meshEdges, type MeshEdges } from '../model/Topology';
 import { unitOf } from '../state/Units';
 import type { ViewState } from '../state/ViewState';
 import { shownValues } from './ShownValues';
+import { coveredSquares } from './Coverage';
 import { cutSurface, type CutLine } from './Cut';
+import { shownPoints } from './Extent';
 import { extremes } from './Extremes';
 import { bounds, defaultScale, diagonal, place, translations, type Bounds } from './Motion';
-import type { Ray } from './Projection';
+import type { Projection, Ray } from './Projection';
 import { RayTree, type Hit } from './RayTree';
 import type { ElementKind, Extremes, Probe } from './SceneView';
 import { Surface } from './Surface';
@@ -33,6 +35,8 @@ export class ShownResult {
     values: FacePair;
     clip?: ClipPlane;
 
+    /** Whether elements that share a node have the same value there. */
+    private areOfNodes: boolean;
     /** Factor on displacements at present, and where a swing of the structure ends. */
     private scale = 0;
     private restingScale = 0;
@@ -53,6 +57,7 @@ export class ShownResult {
         this.size = diagonal(bounds(result, 0)) || 1;
         this.visible = shownElements(this.surface, state);
         this.values = shownValues(this.surface, state);
+        this.areOfNodes = isMotionField(state.field);
         this.clip = clipPlane(state.clip, result.coordinates);
     }
 
@@ -63,6 +68,7 @@ export class ShownResult {
 
     updateValues(state: ViewState): void {
         this.values = shownValues(this.surface, state);
+        this.areOfNodes = isMotionField(state.field);
         this.forgetValues();
     }
 
@@ -99,17 +105,15 @@ export class ShownResult {
         return this.meshed;
     }
 
-    /** Of what is shown; of the whole structure if that is nothing. */
-    box(): Bounds {
-        const box: Bounds = [Infinity, -Infinity, Infinity, -Infinity, Infinity, -Infinity];
-        const { surface, visible } = this;
-        for (let element = 0; element < surface.elementCount; ++element) {
-            if (!visible[element]) continue;
-            const begin = surface.cornerBegin(element);
-            const end = begin + surface.cornerCount(element);
-            for (let corner = begin; corner < end; ++corner) extend(box, this.places(), surface.cornerNode[corner]);
-        }
-        return box[0] <= box[1] ? box : bounds(this.result, this.scale);
+    /** That tell how far what is shown reaches, 3 coordinates each; of the whole structure if that is nothing. */
+    points(): Float32Array {
+        const points = shownPoints(this.surface, this.visible, this.places(), this.clip);
+        return points.length > 0 ? points : this.places();
+    }
+
+    /** Middles of the squares of the picture that it covers; x and y each. */
+    covered(projection: Projection): Float32Array {
+        return coveredSquares(this.surface, this.visible, this.places(), this.clip, projection);
     }
 
     boxOf(nodes: Iterable<number>): Bounds {
@@ -119,7 +123,14 @@ export class ShownResult {
     }
 
     extremes(): Extremes | undefined {
-        this.found ??= extremes(this.surface, this.values, this.visible, this.restingPlaces(), this.clip);
+        this.found ??= extremes(
+            this.surface,
+            this.values,
+            this.visible,
+            this.restingPlaces(),
+            this.clip,
+            this.areOfNodes,
+        );
         return this.found;
     }
 
@@ -171,6 +182,11 @@ export class ShownResult {
                 isKept(clip, add(ray.origin, scaled(ray.direction, each.distance))),
         );
         return hit !== undefined;
+    }
+
+    /** Of the shown field at the corner that was probed; not a number where there is none. */
+    valueOf({ corner, face }: Probe): number {
+        return corner < 0 ? NaN : this.values[face][corner];
     }
 
     /** What a probe tells: of a node for each pair of face stresses, of an element for each corner, of a beam where its
@@ -267,6 +283,7 @@ export class ShownResult {
         return {
             ...this.elementNames(surface.elementOfCorner(corner)),
             ...this.placesOf(node),
+            corner,
             vertex: surface.cornerVertex[corner],
             value: values[face][corner],
             cornerValue: values[face][corner],
@@ -275,7 +292,7 @@ export class ShownResult {
     }
 
     private probeOfNode(node: number): Probe {
-        const nothing = { vertex: -1, value: NaN, cornerValue: NaN, face: 'positive' } as const;
+        const nothing = { corner: -1, vertex: -1, value: NaN, cornerValue: NaN, face: 'positive' } as const;
         return { kind: 'node', element: node, ...this.placesOf(node), ...nothing };
     }
 
@@ -301,6 +318,7 @@ export class ShownResult {
         return {
             ...this.elementNames(element),
             node: surface.cornerNode[nearest],
+            corner: nearest,
             vertex: surface.cornerVertex[nearest],
             hit: point,
             position: at(this.result.coordinates, surface.cornerNode[nearest]),

@@ -21,6 +21,12 @@ const MOST_SYMBOLS = 3000;
 /** Components below this part of the largest are round-off and not drawn. */
 const LEAST_PART = 1e-9;
 
+/** How far arrows and cones that are shown may stand out of the structure, as part of the diagonal of the model. */
+export function symbolReach({ showLoads, showInertia, showSupports }: ViewState): number {
+    if (showLoads || showInertia) return LONGEST;
+    return showSupports ? 1.5 * CONE : 0;
+}
+
 class Symbols {
     readonly faces = new SurfaceActor();
     readonly lines = new LineActor(2);

@@ -1,7 +1,6 @@
 // How the camera stands and moves. The eye always stands where a perspective picture is as large as a parallel one,
 // so that changing between them does not jump.
 import type { Camera, StandardView } from '../state/ViewState';
-import type { Bounds } from './Motion';
 import { HALF_ANGLE_TANGENT, Projection } from './Projection';
 import { add, dot, minus, rotated, scaled, unit, type Vec3 } from './Vectors';
 
@@ -19,23 +18,41 @@ const STANDARD: Record<StandardView, { from: Vec3; up: Vec3 }> = {
 /** Part of the picture that is left free around the model. */
 const MARGIN = 1.08;
 
-/** As large as the box allows in a picture of this aspect (width / height), seen as before. */
-export function fitted(camera: Camera, box: Bounds, aspect: number, parallel: boolean): Camera {
+/** What a picture shall hold. */
+export interface Content {
+    /** 3 coordinates each; at least one point. */
+    points: Float32Array;
+    /** What is drawn reaches so far beyond them. */
+    around: number;
+}
+
+/** As large as the content allows in a picture of this aspect (width / height), seen as before. */
+export function fitted(camera: Camera, { points, around }: Content, aspect: number, parallel: boolean): Camera {
     const { right, up, forward } = new Projection(camera, true, 1, 1);
-    const centre: Vec3 = [(box[0] + box[1]) / 2, (box[2] + box[3]) / 2, (box[4] + box[5]) / 2];
+    const middle = (axis: Vec3): number => {
+        let [low, high] = [Infinity, -Infinity];
+        for (let i = 0; i < points.length; i += 3) {
+            const along = axis[0] * points[i] + axis[1] * points[i + 1] + axis[2] * points[i + 2];
+            if (along < low) low = along;
+            if (along > high) high = along;
+        }
+        return (low + high) / 2;
+    };
+    const centre = [right, up, forward].reduce((sum, axis) => add(sum, scaled(axis, middle(axis))), [0, 0, 0] as Vec3);
     let half = 0;
-    for (let corner = 0; corner < 8; ++corner) {
-        const from = minus([box[corner & 1], box[2 + ((corner >> 1) & 1)], box[4 + (corner >> 2)]], centre);
-        const height = MARGIN * Math.max(Math.abs(dot(from, up)), Math.abs(dot(from, right)) / aspect);
-        // What is nearer than the middle of the box is larger in perspective.
+    for (let i = 0; i < points.length; i += 3) {
+        const from: Vec3 = [points[i] - centre[0], points[i + 1] - centre[1], points[i + 2] - centre[2]];
+        const [above, beside] = [Math.abs(dot(from, up)) + around, Math.abs(dot(from, right)) + around];
+        const height = MARGIN * Math.max(above, beside / aspect);
+        // What is nearer than the middle is larger in perspective.
         half = Math.max(half, height - (parallel ? 0 : HALF_ANGLE_TANGENT * dot(from, forward)));
     }
     return centred(camera, centre, half || 1);
 }
 
-export function standardView(view: StandardView, box: Bounds, aspect: number, parallel: boolean): Camera {
+export function standardView(view: StandardView, content: Content, aspect: number, parallel: boolean): Camera {
     const { from, up } = STANDARD[view];
-    return fitted({ position: from, focalPoint: [0, 0, 0], viewUp: up, parallelScale: 1 }, box, aspect, parallel);
+    return fitted({ position: from, focalPoint: [0, 0, 0], viewUp: up, parallelScale: 1 }, content, aspect, parallel);
 }
 
 /** About axes of the picture through the focal point, in radians. */

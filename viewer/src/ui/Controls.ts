@@ -18,14 +18,9 @@ function row(label: string, id: string, control: Node): HTMLElement {
     return make('div', { class: 'row' }, make('label', { for: id }, label), control);
 }
 
-function applyReason(
-    root: HTMLElement,
-    inputs: (HTMLInputElement | HTMLSelectElement)[],
-    reason?: string,
-    hint = '',
-): void {
+function applyReason(root: HTMLElement, inputs: (HTMLInputElement | HTMLSelectElement)[], reason?: string): void {
     root.classList.toggle('disabled', reason !== undefined);
-    root.title = reason ?? hint;
+    root.title = reason ?? '';
     for (const input of inputs) {
         input.disabled = reason !== undefined;
         if (reason === undefined) input.removeAttribute('aria-description');
@@ -102,14 +97,7 @@ export function choice<T extends string>(
     };
 }
 
-/** hint: what it does, where its label cannot say all. */
-export function check(
-    label: string | Node,
-    get: Get<boolean>,
-    set: (on: boolean) => void,
-    reason?: Reason,
-    hint?: string,
-): Control {
+export function check(label: string | Node, get: Get<boolean>, set: (on: boolean) => void, reason?: Reason): Control {
     const id = newId();
     const input = make('input', { type: 'checkbox', id });
     input.addEventListener('change', () => set(input.checked));
@@ -118,7 +106,7 @@ export function check(
         root,
         sync(state) {
             input.checked = get(state);
-            if (reason) applyReason(root, [input], reason(state), hint);
+            if (reason) applyReason(root, [input], reason(state));
         },
     };
 }
@@ -254,6 +242,19 @@ export function slider(
             input.value = String(value);
             input.setAttribute('aria-valuetext', range.text(value));
             if (reason) applyReason(root, [input], reason(state));
+        },
+    };
+}
+
+/** A line of text that is there while it has something to say. */
+export function note(text: Reason): Control {
+    const root = make('p', { class: 'note', role: 'status', hidden: true });
+    return {
+        root,
+        sync(state) {
+            const said = text(state);
+            root.hidden = said === undefined;
+            root.textContent = said ?? '';
         },
     };
 }

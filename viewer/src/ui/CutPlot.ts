@@ -38,7 +38,7 @@ export class CutPlot {
         this.observer.observe(this.chart);
     }
 
-    /** title: of the values in full; axis: in short. */
+    /** title: of the values in full; axis: in short, with its unit. */
     show(pieces: CutPiece[], title: string, axis: string, texts: Texts): void {
         this.pieces = pieces;
         this.axis = axis;
@@ -76,7 +76,7 @@ export class CutPlot {
         let [y0, y1] = extent(this.pieces.map((piece) => piece.value));
         if (y0 === y1) [y0, y1] = [y0 - (Math.abs(y0) || 1) / 2, y1 + (Math.abs(y1) || 1) / 2];
         const xTicks = roundNumbers(x0, x1, Math.floor((width - LEFT - RIGHT) / 90));
-        const yTicks = roundNumbers(y0, y1, Math.max(4, Math.floor((height - TOP - BOTTOM) / 28)));
+        const yTicks = roundNumbers(y0, y1, Math.max(4, Math.floor((height - TOP - BOTTOM) / 16)));
         const px = (x: number): number => LEFT + ((x - x0) / (x1 - x0 || 1)) * (width - LEFT - RIGHT);
         const py = (y: number): number => height - BOTTOM - ((y - y0) / (y1 - y0)) * (height - TOP - BOTTOM);
 
@@ -100,7 +100,7 @@ export class CutPlot {
             draw(
                 'text',
                 { class: 'quiet', x: (LEFT + width - RIGHT) / 2, y: height - 4, 'text-anchor': 'middle' },
-                this.texts.cut.length,
+                `${this.texts.cut.length} (${this.texts.cut.unit})`,
             ),
         );
         const middle = (TOP + height - BOTTOM) / 2;

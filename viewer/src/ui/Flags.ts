@@ -16,17 +16,28 @@ export interface Anchor {
     height: number;
 }
 
+/** Squares of the picture that the structure covers. */
+export interface Covered {
+    /** x and y of each. */
+    middles: Float32Array;
+    side: number;
+}
+
+/** So much farther from its anchor a label may stand if it covers nothing there, and all of its ground nearer to it. */
+const COVER_COST = 400;
+
 /** Distance between labels, and from the border of the picture. */
 const GAP = 6;
 
 /**
- * A place for the label of each anchor, the nearest free one of rings around it; undefined where the anchor is outside
- * the picture or no place is free.
+ * A place for the label of each anchor, of the free ones in rings around it one that is near and covers little of the
+ * structure; undefined where the anchor is outside the picture or no place is free.
  */
 export function placeFlags(
     anchors: readonly Anchor[],
     picture: { width: number; height: number },
     taken: readonly Rectangle[],
+    covered?: Covered,
 ): (Rectangle | undefined)[] {
     const placed: Rectangle[] = [...taken];
     // Anchors themselves stay visible: a small square around each is taken too.
@@ -34,6 +45,8 @@ export function placeFlags(
     return anchors.map((anchor) => {
         const outside = anchor.x < 0 || anchor.y < 0 || anchor.x > picture.width || anchor.y > picture.height;
         if (outside) return undefined;
+        let best: Rectangle | undefined;
+        let least = Infinity;
         for (const distance of [26, 48, 80, 120, 170, 230, 300]) {
             for (const direction of directions(anchor, picture)) {
                 const label = labelAt(anchor, direction, distance);
@@ -42,14 +55,24 @@ export function placeFlags(
                     label.y >= GAP &&
                     label.x + label.width <= picture.width - GAP &&
                     label.y + label.height <= picture.height - GAP;
-                if (inside && !placed.some((other) => overlap(label, other))) {
-                    placed.push(label);
-                    return label;
-                }
+                if (distance >= least || !inside || placed.some((other) => overlap(label, other))) continue;
+                const cost = distance + (covered ? COVER_COST * coveredPart(label, covered) : 0);
+                if (cost < least) [best, least] = [label, cost];
             }
         }
-        return undefined;
+        if (best) placed.push(best);
+        return best;
     });
+}
+
+/** Part of a label that is over the structure, 0 to about 1. */
+function coveredPart(label: Rectangle, { middles, side }: Covered): number {
+    let count = 0;
+    for (let i = 0; i < middles.length; i += 2) {
+        const [x, y] = [middles[i] - label.x, middles[i + 1] - label.y];
+        if (x >= 0 && y >= 0 && x <= label.width && y <= label.height) count++;
+    }
+    return (count * side * side) / (label.width * label.height);
 }
 
 /** Sixteen directions, those away from the middle of the picture first: there the structure hides least. */

@@ -45,6 +45,8 @@ const PAD = 10;
 /** Height of what stands for values beyond the range, with the gap to the bar: numbers of its end keep their place. */
 const BEYOND = 24;
 const BEYOND_GAP = 10;
+/** A subtitle that is wider stands on several lines. */
+const WIDEST = 200;
 const TITLE = '600 13px';
 const TEXT = '12px';
 
@@ -107,6 +109,17 @@ function decades(lowest: number, highest: number, most: number): number[] {
     return values;
 }
 
+/** Lines of whole words, none wider where that can be. */
+export function wrapped(text: string, widest: number, widthOf: (text: string) => number): string[] {
+    const lines: string[] = [];
+    for (const word of text.split(' ').filter((part) => part !== '')) {
+        const longer = lines.length > 0 ? `${lines[lines.length - 1]} ${word}` : word;
+        if (lines.length > 0 && widthOf(longer) <= widest) lines[lines.length - 1] = longer;
+        else lines.push(word);
+    }
+    return lines;
+}
+
 /** Draws the legend into the right upper corner and says what it covers. */
 export function drawLegend(
     context: CanvasRenderingContext2D,
@@ -120,11 +133,13 @@ export function drawLegend(
     context.textBaseline = 'middle';
     context.textAlign = 'left';
 
-    const head = content.subtitle === '' ? [content.title] : [content.title, content.subtitle];
+    font(TEXT);
+    const subtitle = wrapped(content.subtitle, WIDEST, (text) => context.measureText(text).width);
     const key = content.key;
     const beyond = key?.kind === 'scale' ? (key.over ? BEYOND : 0) + (key.under ? BEYOND : 0) : 0;
     const rows = (count: number): number => (count > 0 ? 6 + ROW * count : 0);
-    const fixed = 2 * PAD + ROW * head.length + rows(content.notes.length) + rows(content.symbols.length) + beyond;
+    const fixed =
+        2 * PAD + ROW * (1 + subtitle.length) + rows(content.notes.length) + rows(content.symbols.length) + beyond;
     const barHeight = Math.max(60, Math.min(300, picture.height - fixed - 60));
     const ticks = key?.kind === 'scale' ? legendTicks(key, barHeight) : [];
     const entries = key?.kind === 'categories' ? fewEntries(key.entries, barHeight) : [];
@@ -133,7 +148,7 @@ export function drawLegend(
     font(TITLE);
     width = Math.max(width, context.measureText(content.title).width);
     font(TEXT);
-    for (const text of [content.subtitle, ...content.notes]) width = Math.max(width, context.measureText(text).width);
+    for (const text of [...subtitle, ...content.notes]) width = Math.max(width, context.measureText(text).width);
     for (const { text } of [...ticks, ...entries, ...content.symbols, ...(beyond > 0 ? beyondTexts(ticks) : [])]) {
         width = Math.max(width, BAR + 10 + context.measureText(text).width);
     }
@@ -154,9 +169,9 @@ export function drawLegend(
     context.fillText(content.title, x + PAD, top + ROW / 2);
     top += ROW;
     font(TEXT);
-    if (content.subtitle !== '') {
-        context.fillStyle = colours.quiet;
-        context.fillText(content.subtitle, x + PAD, top + ROW / 2);
+    context.fillStyle = colours.quiet;
+    for (const line of subtitle) {
+        context.fillText(line, x + PAD, top + ROW / 2);
         top += ROW;
     }
     if (key?.kind === 'scale') {

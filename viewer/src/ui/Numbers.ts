@@ -1,26 +1,29 @@
 // Numbers as the page writes them. The unit is that of the model, which the page does not know.
 
-/** Six significant digits as the result files have them; exponents are multiples of three: 16.8646e6. */
-export function numberText(value: number, digits = 6): string {
+/** As the result files and the reports have them. */
+const DIGITS = 6;
+
+/** Six significant digits; exponents are multiples of three: 16.8646e6. */
+export function numberText(value: number): string {
     if (value === 0) return '0';
     if (!Number.isFinite(value)) return Number.isNaN(value) ? '–' : value > 0 ? '∞' : '-∞';
-    const rounded = Number(value.toPrecision(digits));
+    const rounded = Number(value.toPrecision(DIGITS));
     const exponent = exponentOf(rounded);
     const thousands = thousandsOf(exponent);
     if (thousands === 0) return String(rounded);
-    return `${Number((rounded / 10 ** thousands).toPrecision(digits))}e${thousands}`;
+    return `${Number((rounded / 10 ** thousands).toPrecision(DIGITS))}e${thousands}`;
 }
 
 /** Coordinates: what is round-off beside the others, or beside the size of the model, is 0. */
-export function placeTexts(position: ArrayLike<number>, size = 0, digits = 6): string[] {
+export function placeTexts(position: ArrayLike<number>, size = 0): string[] {
     const coordinates = Array.from(position);
     const noise = 1e-9 * Math.max(size, ...coordinates.map(Math.abs));
-    return coordinates.map((x) => numberText(Math.abs(x) < noise ? 0 : x, digits));
+    return coordinates.map((x) => numberText(Math.abs(x) < noise ? 0 : x));
 }
 
 /** "2.16, 5.1, 0". */
-export function placeText(position: ArrayLike<number>, size = 0, digits = 6): string {
-    return placeTexts(position, size, digits).join(', ');
+export function placeText(position: ArrayLike<number>, size = 0): string {
+    return placeTexts(position, size).join(', ');
 }
 
 /** Numbers of one scale: the same exponent and the same decimals for all. */

@@ -1,6 +1,7 @@
 // What stands on the three-dimensional picture: legend, flags, markers. Drawn on a canvas, on the page as in files.
+import { Axes } from '../scene/Axes';
 import { drawLegend, type LegendContent } from './Legend';
-import { leaderStart, placeFlags, type Anchor, type Rectangle } from './Flags';
+import { leaderStart, placeFlags, type Anchor, type Covered, type Rectangle } from './Flags';
 import type { CanvasColours } from './Theme';
 
 type Point = [number, number];
@@ -17,6 +18,8 @@ export interface Flag {
 export interface OverlayContent {
     legend?: LegendContent;
     flags: Flag[];
+    /** The structure: flags keep off it where they can. */
+    covered?: Covered;
     markers: { at: Point; text: string }[];
     /** The line with which a section cut is being made. */
     line?: [Point, Point];
@@ -43,9 +46,10 @@ export function drawOverlay(
     for (const marker of content.markers) taken.push(drawMarker(context, marker.at, marker.text, colours));
     const legend = content.legend && drawLegend(context, size, content.legend, colours);
     if (legend) taken.push(legend);
+    taken.push({ x: 0, y: size.height - Axes.size, width: Axes.size, height: Axes.size });
 
     const anchors = content.flags.map((flag) => anchorOf(context, flag, colours));
-    const labels = placeFlags(anchors, size, taken);
+    const labels = placeFlags(anchors, size, taken, content.covered);
     // Leader lines first, so that none crosses a label.
     labels.forEach((label, i) => label && drawLeader(context, label, content.flags[i], colours));
     labels.forEach((label, i) => label && drawLabel(context, label, content.flags[i], colours));

@@ -70,12 +70,16 @@ export class PictureArea {
 
     /** Stays until it is closed. */
     notice(text: string, closeLabel: string): void {
-        const close = button('×', () => (this.noticeBox.hidden = true), {
+        const close = button('×', () => this.takeNoticeAway(), {
             'aria-label': closeLabel,
             title: closeLabel,
         });
         this.noticeBox.replaceChildren(make('span', {}, text), close);
         this.noticeBox.hidden = false;
+    }
+
+    takeNoticeAway(): void {
+        this.noticeBox.hidden = true;
     }
 
     showTooltip(at: Point, title: string, lines: string[]): void {

@@ -10,8 +10,14 @@ import type { Texts } from './Texts';
 const STRESSES = ['SX', 'SY', 'SZ', 'TXY', 'TXZ', 'TYZ', 'SE'];
 const MOTIONS = ['dx', 'dy', 'dz', 'rx', 'ry', 'rz'];
 
-/** Columns of a row: number, node and element come first, the place follows. */
-const NAMES = 3;
+/** The field that is shown: a column of its own, which is seen without scrolling. */
+export interface ShownColumn {
+    /** "SE (MPa)". */
+    name: string;
+    /** In that unit. */
+    valueOf(probe: Probe): number;
+}
+
 const PLACES = 3;
 
 /** Names of the columns behind node and element. */
@@ -69,23 +75,32 @@ export class ProbeTable {
         this.onChange();
     }
 
-    /** size: of the model, beside which round-off in places is zero. */
-    render(result: Result, texts: Texts, unit: Unit, size: number, say: (text: string) => void): void {
+    /** unit: of stresses. size: of the model, beside which round-off in places is zero. */
+    render(
+        result: Result,
+        texts: Texts,
+        unit: Unit,
+        field: ShownColumn | undefined,
+        size: number,
+        say: (text: string) => void,
+    ): void {
         const t = texts.probe;
         const rows = this.probes.map((probe, i) => [
             i + 1,
             nodeName(result, probe.node, texts),
             elementName(probe, texts),
+            ...(field ? [field.valueOf(probe)] : []),
             ...probeValues(result, probe, unit),
         ]);
+        const head = ['#', t.node, t.element, ...(field ? [field.name] : []), ...columns(texts, unit)];
+        const place = head.indexOf('x');
         const shown = (row: (string | number)[]): string[] => {
-            const places = placeTexts(row.slice(NAMES, NAMES + PLACES) as number[], size);
+            const places = placeTexts(row.slice(place, place + PLACES) as number[], size);
             return row.map((cell, i) => {
-                if (i >= NAMES && i < NAMES + PLACES) return places[i - NAMES];
+                if (i >= place && i < place + PLACES) return places[i - place];
                 return typeof cell === 'number' ? numberText(cell) : cell;
             });
         };
-        const head = ['#', t.node, t.element, ...columns(texts, unit)];
         const table = make(
             'table',
             {},

@@ -82,10 +82,15 @@ export class TopBar {
             number,
             make('button', { type: 'submit', disabled: !loaded }, t.go),
         );
-        number.addEventListener('input', () => number.setCustomValidity(''));
+        const mark = (refusal: string): void => {
+            number.setCustomValidity(refusal);
+            if (refusal === '') number.removeAttribute('aria-invalid');
+            else number.setAttribute('aria-invalid', 'true');
+        };
+        number.addEventListener('input', () => mark(''));
         form.addEventListener('submit', (event) => {
             event.preventDefault();
-            number.setCustomValidity(actions.goTo(kind.value as SearchKind, number.value) ?? '');
+            mark(actions.goTo(kind.value as SearchKind, number.value) ?? '');
             number.reportValidity();
         });
         this.search = number;

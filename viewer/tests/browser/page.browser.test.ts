@@ -63,7 +63,7 @@ test('the value at a node under the pointer is the one of the file, and a click 
     const at = await placeWithValue(page);
     const tip = await page.locator('.tooltip').innerText();
     const value = /at the node (\S+)/.exec(tip)![1];
-    const node = Number(/node (\d+) {3}/.exec(tip)![1]);
+    const node = Number(/node (\d+)(?: of beam \d+)? {3}/.exec(tip)![1]);
     const isWall = / of beam (\d+)/.exec(tip);
     const number = isWall ? panel.beams.nodeBegin[Number(isWall[1])] + node : node;
     const values: string[] = [];
@@ -74,26 +74,29 @@ test('the value at a node under the pointer is the one of the file, and a click 
 
     await page.mouse.click(...at);
     const cells = await page.locator('.probe-table tbody td').allInnerTexts();
-    expect(cells.slice(3, 6)).toEqual(
+    expect(cells[3]).toBe(value);
+    expect(cells.slice(4, 7)).toEqual(
         [...panel.coordinates.subarray(3 * number, 3 * number + 3)].map((x) => numberText(x)),
     );
-    expect(cells[3 + 3 + 6 + SE]).toBe(value);
+    expect(cells[4 + 3 + 6 + SE]).toBe(value);
     await page.close();
 }, 60_000);
 
-test('a clip plane takes away a part of the picture', async () => {
-    const count = async (hash: string): Promise<number> => {
-        const page = await bench.open(panel, hash);
-        await shown(page);
+test('a clip plane takes away a part of the picture, and the rest is fitted into it', async () => {
+    const page = await bench.open(panel, '#v=1&flags=0');
+    await shown(page);
+    const count = async (): Promise<number> => {
         await page.waitForTimeout(400);
-        const pixels = await pixelsOf(page, await page.locator('.picture').screenshot());
-        await page.close();
-        return colouredPixels(pixels);
+        return colouredPixels(await pixelsOf(page, await page.locator('.picture').screenshot()));
     };
-    const whole = await count('#v=1&flags=0');
-    const half = await count('#v=1&flags=0&clip=1,0,0,0.5');
+    const whole = await count();
+    await page.keyboard.press('p');
+    const half = await count();
     expect(half).toBeLessThan(0.8 * whole);
     expect(half).toBeGreaterThan(0.2 * whole);
+    await page.keyboard.press('f');
+    expect(await count()).toBeGreaterThan(1.2 * half);
+    await page.close();
 }, 90_000);
 
 /** Whether a column of the picture has runs of these colours, from top to bottom, of at least so many pixels. */
@@ -238,6 +241,9 @@ test('two clicks with the tool for cuts give a graph of the field over the lengt
     const lines = (await readFile((await download.path())!, 'utf8')).trim().split('\n');
     expect(lines[0]).toBe('piece,length,"Equivalent stress SE, larger face, nodal average"');
     expect(lines.length).toBeGreaterThan(5);
+    // Titles of both axes, with units.
+    const labels = await page.locator('.chart text.quiet').allTextContents();
+    expect(labels).toEqual(['arc length (unit of the model)', 'SE (unit of the model)']);
     await page.close();
 }, 60_000);
 
@@ -254,6 +260,44 @@ test('a number that is not there is refused in words, one that is there is gone 
     await box.fill('3');
     await page.keyboard.press('Enter');
     await expect.poll(() => page.url()).not.toBe(before);
+    const cells = await page.locator('.probe-table tbody tr').first().locator('td').allInnerTexts();
+    expect(cells[1]).toBe('3');
+    const found = [...panel.vertexNodes.keys()].filter((vertex) => panel.vertexNodes[vertex] === 3);
+    const larger = (vertex: number): number =>
+        Math.max(...[panel.positiveFace, panel.negativeFace].map((face) => face[STRESS_COLUMNS * vertex + SE]));
+    expect(found.map((vertex) => numberText(larger(vertex)))).toContain(cells[3]);
+    await page.close();
+}, 60_000);
+
+test('an address that is typed is followed, and what it says wrongly is told until it is right', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    const notice = page.locator('.notice');
+    await page.evaluate(() => (location.hash = 'v=1&fild=SX&field=U&view=top'));
+    await expect.poll(() => legend(page)).toContain('Displacement U');
+    expect(await notice.innerText()).toContain('fild=SX');
+    await expect.poll(() => page.url()).toContain('camera=');
+    await page.evaluate(() => (location.hash = 'v=1&field=SX'));
+    await expect.poll(() => legend(page)).toContain('Stress SX');
+    expect(await notice.isVisible()).toBe(false);
+    await page.close();
+}, 60_000);
+
+test('a window of another size is fitted anew, unless the user has moved the structure', async () => {
+    const page = await bench.open(panel);
+    await shown(page);
+    const half = (): number => Number(/camera=([^&]*)/.exec(page.url())?.[1].split(/,|%2C/).pop());
+    await expect.poll(half).toBeGreaterThan(0);
+    const before = half();
+    await page.setViewportSize({ width: 700, height: 760 });
+    await expect.poll(half).toBeGreaterThan(1.1 * before);
+    await page.locator('.scene').focus();
+    await page.keyboard.press('+');
+    await page.waitForTimeout(800);
+    const moved = half();
+    await page.setViewportSize({ width: 1100, height: 760 });
+    await page.waitForTimeout(800);
+    expect(half()).toBe(moved);
     await page.close();
 }, 60_000);
 

@@ -1,8 +1,9 @@
+import { MOST_BANDS } from '../../model/ColourScale';
 import { isPropertyField, isStressField } from '../../model/Fields';
 import { unitOf } from '../../state/Units';
 import { LONGEST_NAME } from '../../state/ViewAddress';
 import type { ColourMap, ViewState } from '../../state/ViewState';
-import { check, choice, numberBox, section, select, textBox, type Control } from '../Controls';
+import { check, choice, note, numberBox, section, select, textBox } from '../Controls';
 import { make } from '../Dom';
 import { numberText } from '../Numbers';
 import type { PanelContext, PanelSection } from './PanelContext';
@@ -45,7 +46,7 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
         },
         noOwnLimits,
     );
-    const replaced = replacedNote((state) => {
+    const replaced = note((state) => {
         const isReplaced = hasScale(state) && state.logarithmic && state.limits && state.limits[0] <= 0;
         return isReplaced ? t.lowestReplaced(numberText(current()[0] / factor())) : undefined;
     });
@@ -90,7 +91,7 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
             t.bandCount,
             (state) => state.bandCount,
             (bandCount) => store.set({ bandCount }),
-            { min: 2, max: 32, whole: true, step: 1, expected: t.wholeExpected(2, 32) },
+            { min: 2, max: MOST_BANDS, whole: true, step: 1, expected: t.wholeExpected(2, MOST_BANDS) },
             (state) => noScale(state) ?? (state.bands ? undefined : t.smooth),
         ),
         select<ColourMap>(
@@ -124,17 +125,4 @@ export function colourSection({ store, texts, range }: PanelContext): PanelSecti
     ];
     const roots = controls.map((control) => control.root);
     return { root: section(t.colours, true, ...roots, unit), controls: [...controls, unitFactor, unitName] };
-}
-
-/** Says that another limit is in use than was given; hidden otherwise. */
-function replacedNote(text: (state: Readonly<ViewState>) => string | undefined): Control {
-    const root = make('p', { class: 'note', role: 'status', hidden: true });
-    return {
-        root,
-        sync(state) {
-            const said = text(state);
-            root.hidden = said === undefined;
-            root.textContent = said ?? '';
-        },
-    };
 }

@@ -30,7 +30,12 @@ export function deformationSection({ store, result, texts }: PanelContext): Pane
             '',
             () => (inUse() > 0 ? Math.log10(inUse()) : lowest),
             (power) => store.set({ scale: Number((10 ** power).toPrecision(3)), deformed: true }),
-            { min: lowest, max: highest, step: 0.01, text: (power) => numberText(10 ** power, 3) },
+            {
+                min: lowest,
+                max: highest,
+                step: 0.01,
+                text: (power) => numberText(Number((10 ** power).toPrecision(3))),
+            },
         ),
         check(
             t.animate,

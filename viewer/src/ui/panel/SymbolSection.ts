@@ -1,6 +1,6 @@
 import type { EdgeKind } from '../../state/ViewState';
 import { make } from '../Dom';
-import { check, choice, section } from '../Controls';
+import { check, choice, note, section } from '../Controls';
 import type { PanelContext, PanelSection } from './PanelContext';
 
 /** Lines and arrows on the structure. */
@@ -23,8 +23,8 @@ export function symbolSection({ store, result, texts }: PanelContext): PanelSect
             (state) => state.showLoads,
             (showLoads) => store.set({ showLoads }),
             reason(model?.forceNodes.length, t.noneInModel),
-            t.loadsHint,
         ),
+        note((state) => (model && state.showLoads ? t.loadsHint : undefined)),
         check(
             t.inertia,
             (state) => state.showInertia,

@@ -1,5 +1,5 @@
 import { expect, test } from 'vitest';
-import { fieldSubtitle, fieldTitle, scaleLegend, symbolKey } from '../../../src/app/OverlayContent';
+import { axisTitle, fieldSubtitle, fieldTitle, scaleLegend, symbolKey } from '../../../src/app/OverlayContent';
 import type { Extreme, Extremes } from '../../../src/scene/SceneView';
 import { DEFAULT_STATE, type ViewState } from '../../../src/state/ViewState';
 import { texts } from '../../../src/ui/Texts';
@@ -43,5 +43,11 @@ test('arrows that are shown have their colours and largest loads in the legend',
     result.model = { ...facts(result), forceNodes: Uint32Array.of(0), forces: Float32Array.of(3, 4, 0, 0, 0, 0) };
     expect(symbolKey(state({}), result, english)).toEqual([]);
     const key = symbolKey(state({ showLoads: true, showSupports: true }), result, english);
-    expect(key.map(({ text }) => text)).toEqual(['forces, largest 5']);
+    expect(key.map(({ text }) => text)).toEqual(['nodal forces, largest 5']);
+});
+
+test('the axis of a graph always has a unit', () => {
+    expect(axisTitle(state({ field: 'DX' }), english)).toBe('DX (unit of the model)');
+    expect(axisTitle(state({ field: 'RX' }), english)).toBe('RX (rad)');
+    expect(axisTitle(state({ unitFactor: 1e6, unitName: 'MPa' }), english)).toBe('SE (MPa)');
 });

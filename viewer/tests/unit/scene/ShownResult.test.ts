@@ -154,6 +154,15 @@ describe('extremes', () => {
         expect(found.max.value).toBeCloseTo(7.000001, 6);
     });
 
+    test('of displacements that several nodes share are told of the first node', () => {
+        const result = plateStrip(4, 1);
+        result.displacements.fill(0);
+        // Elements name node 5 before node 4.
+        for (const node of [4, 5]) result.displacements[6 * node] = 2;
+        expect(shown(result, { field: 'DX' }).extremes()!.max.node).toBe(4);
+        expect(shown(result, { field: 'DX' }).extremes()!.min.node).toBe(0);
+    });
+
     test('are undefined where nothing is shown', () => {
         expect(shown(twoStoreys(), { showQuads: false }).extremes()).toBeUndefined();
     });
@@ -225,11 +234,20 @@ describe('values of what is searched', () => {
         expect(result.valuesOf('node', 7)).toMatchObject([{ kind: 'quad', element: 1, node: 7, value: 2 }]);
     });
 
+    test('follow the field that is shown', () => {
+        const result = shown(plateStrip(4, 2), { face: 'positive' });
+        const [probe] = result.valuesOf('node', 8);
+        expect(result.valueOf(probe)).toBe(3);
+        result.updateValues({ ...DEFAULT_STATE, face: 'negative' });
+        expect(result.valueOf(probe)).toBe(103);
+    });
+
     test('are none for a node without shells, which has its displacements', () => {
         const result = plateStrip(4, 2);
         result.quads = result.quads.subarray(4);
         result.shellQuads -= 1;
         expect(shown(result).valuesOf('node', 0)).toMatchObject([{ kind: 'node', node: 0, vertex: -1 }]);
+        expect(shown(result).valueOf(shown(result).valuesOf('node', 0)[0])).toBeNaN();
     });
 
     test('are of a beam where it has its largest', () => {

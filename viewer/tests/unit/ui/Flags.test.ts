@@ -38,3 +38,17 @@ test('an anchor gets no label where all the picture is taken', () => {
 test('a leader line begins at the border of its label', () => {
     expect(leaderStart({ x: 100, y: 100, width: 50, height: 20 }, { x: 400, y: 110 })).toEqual([150, 110]);
 });
+
+test('a label stands beside the structure where there is place, and over it where there is none', () => {
+    const squares = (from: number, to: number): Float32Array => {
+        const middles: number[] = [];
+        for (let x = from + 5; x < to; x += 10) for (let y = 5; y < 600; y += 10) middles.push(x, y);
+        return Float32Array.from(middles);
+    };
+    const [beside] = placeFlags(anchorsAt([300, 300]), picture, [], { middles: squares(0, 400), side: 10 });
+    expect(beside!.x).toBeGreaterThanOrEqual(400);
+    const everywhere = { middles: squares(0, 800), side: 10 };
+    expect(placeFlags(anchorsAt([300, 300]), picture, [], everywhere)).toEqual(
+        placeFlags(anchorsAt([300, 300]), picture, []),
+    );
+});

@@ -1,5 +1,5 @@
 import { expect, test } from 'vitest';
-import { legendTicks, type ScaleLegend } from '../../../src/ui/Legend';
+import { legendTicks, wrapped, type ScaleLegend } from '../../../src/ui/Legend';
 
 function scale(part: Partial<ScaleLegend>): ScaleLegend {
     return { kind: 'scale', range: [0, 120], bands: 12, logarithmic: false, colourAt: () => '', ...part };
@@ -40,4 +40,12 @@ test('no two numbers stand nearer than a line of text', () => {
 
 test('a range of a single value has a single number', () => {
     expect(legendTicks(scale({ range: [5, 5] }), 300).map((tick) => tick.text)).toEqual(['5']);
+});
+
+test('a subtitle that is too wide goes on in the next line, word by word', () => {
+    const lines = (text: string) => wrapped(text, 10, (line) => line.length);
+    expect(lines('larger face, nodal average')).toEqual(['larger', 'face,', 'nodal', 'average']);
+    expect(lines('one two three')).toEqual(['one two', 'three']);
+    expect(lines('indivisibly')).toEqual(['indivisibly']);
+    expect(lines('')).toEqual([]);
 });

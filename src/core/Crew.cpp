@@ -1,0 +1,39 @@
+#include "core/Crew.h"
+
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace tarnvexo {
+
+void RunCrew(int members, const std::function<void(CrewMember&)>& work)
+{
+    std::optional<Crew> crew; // made when it is known how many threads there are
+    std::atomic<bool> ready = false;
+    std::vector<std::jthread> threads;
+    threads.reserve(static_cast<std::size_t>(members));
+    try {
+        for (int number = 1; number < members; ++number) {
+            threads.emplace_back([&, number] {
+                ready.wait(false);
+                CrewMember member(&*crew, number);
+                work(member);
+            });
+        }
+    } catch (const std::system_error&) {
+        // Those that there are.
+    }
+    if (threads.empty()) {
+        CrewMember alone = CrewMember::Alone();
+        work(alone);
+        return;
+    }
+    crew.emplace(static_cast<int>(threads.size()) + 1);
+    ready = true;
+    ready.notify_all();
+    CrewMember first(&*crew, 0);
+    work(first);
+}
+
+} // namespace tarnvexo
