@@ -33,7 +33,7 @@ MakeEngine LoadCholmod()
 #ifndef TARNVEXO_CHOLMOD
     throw EngineMissing("CHOLMOD is not part of this program\n"
                         "  expected: a program for a system that CHOLMOD and OpenBLAS come with, such as Debian\n"
-                        "  to do:    use --solver skyline");
+                        "  to do:    use --solver sparse");
 #else
     SetBlasEnvironment();
     std::string reason;
