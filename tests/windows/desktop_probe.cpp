@@ -3,6 +3,7 @@
 //     desktop_probe box                          waits for a message box; its caption and its text, a line each
 //     desktop_probe own-console PROGRAM ARGS...  as a double click: a console window that is the program's own
 //     desktop_probe console CODEPAGE PROGRAM ... in a console window of this program, with that code page
+//     desktop_probe interrupted TEXT PROGRAM ... the same, and Ctrl-C as soon as the window shows the text
 //
 // The consoles: waits until the program has ended or asks for a key, then writes what the window shows. A program that
 // asks gets its key. Then "key: yes|no" and "exit code: N". All output is UTF-8. Exit code 1: waited in vain.
@@ -106,8 +107,9 @@ PROCESS_INFORMATION Start(const std::vector<std::string>& words, DWORD flags)
     return started;
 }
 
-int Watch(const PROCESS_INFORMATION& program)
+int Watch(const PROCESS_INFORMATION& program, const std::string& interruptAt = "")
 {
+    bool interrupted = interruptAt.empty();
     std::string text;
     bool asked = false;
     DWORD waited = 0;
@@ -116,6 +118,12 @@ int Watch(const PROCESS_INFORMATION& program)
         text = ConsoleText();
         if (ended) {
             break;
+        }
+        if (!interrupted && text.find(interruptAt) != std::string::npos) {
+            interrupted = true;
+            constexpr DWORD allOfThisConsole = 0;
+            SetConsoleCtrlHandler(nullptr, TRUE); // not this process
+            GenerateConsoleCtrlEvent(CTRL_C_EVENT, allOfThisConsole);
         }
         if (!asked && text.find("Press any key") != std::string::npos) {
             asked = true;
@@ -149,7 +157,7 @@ int WatchOwnConsole(const std::vector<std::string>& words)
     return Watch(program);
 }
 
-int WatchConsole(UINT codePage, const std::vector<std::string>& words)
+int WatchConsole(UINT codePage, const std::vector<std::string>& words, const std::string& interruptAt = "")
 {
     FreeConsole();
     AllocConsole();
@@ -161,7 +169,7 @@ int WatchConsole(UINT codePage, const std::vector<std::string>& words)
         SetHandleInformation(console, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
         SetStdHandle(stream, console);
     }
-    return Watch(Start(words, 0));
+    return Watch(Start(words, 0), interruptAt);
 }
 
 } // namespace
@@ -175,6 +183,9 @@ int main(int argc, char** argv)
     }
     if (mode == "console" && words.size() > 2) {
         return WatchConsole(static_cast<UINT>(std::stoi(words[1])), {words.begin() + 2, words.end()});
+    }
+    if (mode == "interrupted" && words.size() > 2) {
+        return WatchConsole(CP_UTF8, {words.begin() + 2, words.end()}, words[1]);
     }
     return mode == "box" ? ReadBox() : 2;
 }

@@ -137,8 +137,16 @@ class Desktop(unittest.TestCase):
         screen = self.output([PROBE, 'console', '936', windows(PROGRAM), 'solve', windows(model), '-q', '-o', 'run'])
         self.assertIn('rad/time²', screen)
         screen = self.output([PROBE, 'console', '936', windows(PROGRAM), 'solve', windows(self.place / '没有.txt')])
-        self.assertIn('没有.txt: error: there is no such file or directory', screen)
+        self.assertIn('没有.txt: error: there is no such file', screen)
         self.assertIn('exit code: 4\n', screen)
+
+    def test_ctrl_c_ends_a_run_with_nothing_unfinished(self):
+        self.output([BUILD / 'tools/generate_model.exe', 'ship', '200000', 'model.txt'])
+        self.place.joinpath('run').mkdir()
+        screen = self.output([PROBE, 'interrupted', 'factorise', windows(PROGRAM), 'solve', 'model.txt', '-o', 'run'])
+        self.assertIn('interrupted: no results were written', screen)
+        self.assertIn('exit code: 130\n', screen)
+        self.assertEqual(list(self.place.joinpath('run').iterdir()), [])
 
     # ---- the viewer
 
