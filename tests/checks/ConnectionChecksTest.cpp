@@ -347,7 +347,7 @@ TEST(ConnectionChecks, CasesAndExamplesHaveNoError)
         for (const auto& entry : std::filesystem::directory_iterator(TARNVEXO_SOURCE_DIR + std::string(folder))) {
             ModelStore model;
             const std::string file = (entry.path() / "fem_solving.txt").string();
-            if (!entry.is_directory() || !ReadModelFileStrictly(model, file.string().c_str(), RuleBook())) {
+            if (!entry.is_directory() || !ReadModelFileStrictly(model, file.c_str(), RuleBook())) {
                 continue;
             }
             for (const Finding& finding : FindingsOf(model)) {
