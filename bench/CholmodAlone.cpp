@@ -6,18 +6,14 @@
 // all processors; solution of one right-hand side. CHOLMOD permutes nothing. Its large arrays stand on large pages
 // unless small-pages is given. JSON on standard output.
 #include "BalancedModel.h"
+#include "Equations.h"
 #include "ReadyEnvironment.h"
-#include "app/FreeParts.h"
-#include "app/SparseAssembly.h"
+#include "Stopwatch.h"
 #include "core/Parallel.h"
 #include "platform/Platform.h"
-#include "solver/NodeGraph.h"
-#include "solver/NodeOrdering.h"
 
 #include <algorithm>
 #include <cholmod.h>
-#include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -44,20 +40,6 @@ void* AllocateLarge(std::size_t bytes)
     return block;
 }
 
-class Stopwatch {
-public:
-    double Lap() // seconds since the last one
-    {
-        const auto now = std::chrono::steady_clock::now();
-        const double seconds = std::chrono::duration<double>(now - last).count();
-        last = now;
-        return seconds;
-    }
-
-private:
-    std::chrono::steady_clock::time_point last = std::chrono::steady_clock::now();
-};
-
 void Require(bool done, const char* step, const cholmod_common& common)
 {
     if (!done || common.status != CHOLMOD_OK) {
@@ -68,61 +50,28 @@ void Require(bool done, const char* step, const cholmod_common& common)
 // The lower triangle of a block matrix in CHOLMOD's compressed columns.
 cholmod_sparse* SparseOf(const BlockMatrix& matrix, cholmod_common& common)
 {
-    const BlockPattern& pattern = matrix.pattern;
-    const std::size_t order = DofsPerNode * static_cast<std::size_t>(pattern.Size());
-    constexpr std::size_t triangle = DofsPerNode * (DofsPerNode - 1) / 2; // of a diagonal block
-    const std::size_t entries =
-        BlockEntries * pattern.rows.size() - triangle * static_cast<std::size_t>(pattern.Size());
-    cholmod_sparse* sparse = cholmod_allocate_sparse(order, order, entries, true, true, -1, CHOLMOD_REAL, &common);
+    const std::size_t order = DofsPerNode * static_cast<std::size_t>(matrix.pattern.Size());
+    cholmod_sparse* sparse =
+        cholmod_allocate_sparse(order, order, LowerEntries(matrix), true, true, -1, CHOLMOD_REAL, &common);
     Require(sparse != nullptr, "allocate", common);
     auto* const starts = static_cast<int*>(sparse->p);
     auto* const rows = static_cast<int*>(sparse->i);
     auto* const values = static_cast<double*>(sparse->x);
     int next = 0;
-    for (int J = 0; J < pattern.Size(); ++J) {
-        const int blocks = pattern.BlocksOf(J);
-        for (int v = 0; v < DofsPerNode; ++v) {
-            const double* const column = matrix.Column(J) + DofsPerNode * blocks * v;
-            starts[DofsPerNode * J + v] = next;
-            for (int row = v; row < DofsPerNode * blocks; ++row) {
-                const int I = pattern.rows[pattern.first[J] + static_cast<std::size_t>(row / DofsPerNode)];
-                rows[next] = DofsPerNode * I + row % DofsPerNode;
-                values[next++] = column[row];
-            }
+    ForEachLowerEntry(matrix, [&](int row, int column, double value) {
+        if (row == column) {
+            starts[column] = next;
         }
-    }
+        rows[next] = row;
+        values[next++] = value;
+    });
     starts[order] = next;
     return sparse;
-}
-
-std::vector<unsigned char> ToEliminationOrder(const std::vector<unsigned char>& isHeld, const EliminationOrder& order)
-{
-    std::vector<unsigned char> result(isHeld.size());
-    for (std::size_t i = 0; i < isHeld.size(); ++i) {
-        result[DofsPerNode * order.positionOf[i / DofsPerNode] + i % DofsPerNode] = isHeld[i];
-    }
-    return result;
-}
-
-// ‖f − K·u‖ / (‖|K|·|u|‖ + ‖f‖), largest entries: shows that the equations were solved.
-double RelativeResidual(const BlockMatrix& matrix, const double* u, const double* f)
-{
-    const std::size_t order = DofsPerNode * static_cast<std::size_t>(matrix.pattern.Size());
-    std::vector<double> Ku(order), KuSize(order);
-    MultiplyBlockMatrix(matrix, u, Ku.data(), KuSize.data());
-    double residual = 0.0, scale = 0.0, load = 0.0;
-    for (std::size_t i = 0; i < order; ++i) {
-        residual = std::max(residual, std::fabs(f[i] - Ku[i]));
-        scale = std::max(scale, KuSize[i]);
-        load = std::max(load, std::fabs(f[i]));
-    }
-    return residual / (scale + load);
 }
 
 void Run(const char* modelFile, bool largePages)
 {
     const ModelStore model = BalancedModel(modelFile);
-    const std::vector<unsigned char> isHeld = FindFreeParts(model).isHeld;
     const NodeGraph graph = BuildNodeGraph(model);
 
     openblas_set_num_threads(ThreadCount());
@@ -136,24 +85,17 @@ void Run(const char* modelFile, bool largePages)
     common.final_ll = true;
     common.nmethods = 1;
     common.method[0].ordering = CHOLMOD_NATURAL;
-    common.postorder = false; // OrderNodes has done it
+    common.postorder = false; // the order is one already
 
     Stopwatch watch;
-    const ChosenOrder chosen = OrderNodes(graph);
+    const ChosenOrder chosen = OrderByLibraries(graph);
     const double orderSeconds = watch.Lap();
 
-    BlockMatrix matrix;
-    matrix.pattern = LowerPattern(graph, chosen.order);
-    AssembleBlockMatrix(model, chosen.order, matrix);
-    const std::vector<unsigned char> held = ToEliminationOrder(isHeld, chosen.order);
-    EliminateEquations(matrix, held);
-    cholmod_sparse* sparse = SparseOf(matrix, common);
+    const Equations equations = AssembleEquations(model, LowerPattern(graph, chosen.order), chosen.order);
+    cholmod_sparse* sparse = SparseOf(equations.matrix, common);
     cholmod_dense* f = cholmod_zeros(sparse->nrow, 1, CHOLMOD_REAL, &common);
     Require(f != nullptr, "allocate", common);
-    for (std::size_t i = 0; i < sparse->nrow; ++i) {
-        const std::size_t at = DofsPerNode * chosen.order.positionOf[i / DofsPerNode] + i % DofsPerNode;
-        static_cast<double*>(f->x)[at] = held[at] != 0 ? 0.0 : model.GLOAD[i];
-    }
+    std::copy(equations.loads.begin(), equations.loads.end(), static_cast<double*>(f->x));
 
     watch.Lap();
     cholmod_factor* factor = cholmod_analyze(sparse, &common);
@@ -171,7 +113,7 @@ void Run(const char* modelFile, bool largePages)
                 " \"order\": %.6f, \"analyse\": %.6f, \"factorise\": %.6f, \"solve\": %.6f}\n",
                 openblas_get_corename(), ThreadCount(), chosen.method.c_str(), largePages ? "true" : "false",
                 static_cast<double>(factor->xsize), common.fl,
-                RelativeResidual(matrix, static_cast<double*>(u->x), static_cast<double*>(f->x)), orderSeconds,
+                RelativeResidual(equations.matrix, static_cast<double*>(u->x), equations.loads.data()), orderSeconds,
                 analyseSeconds, factoriseSeconds, solveSeconds);
     cholmod_free_dense(&u, &common);
     cholmod_free_dense(&f, &common);

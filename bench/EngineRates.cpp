@@ -1,25 +1,25 @@
-// engine_rates MODEL ENGINE [THREADS [TURNS]]
+// engine_rates MODEL ENGINE [THREADS [TURNS]]     or     engine_rates MODEL sparse profile
 // The stages of one sparse engine (sparse, cholmod, skyline) on the equations of a model, each the best of some turns:
-// analysis, factorisation, solution of one and of eight right-hand sides. The model is read, balanced, ordered and
-// assembled first. JSON on standard output.
+// analysis, factorisation, solution of one and of eight right-hand sides; first_factorise is the one whose memory has
+// never been used. The model is read, balanced, ordered and assembled first. JSON on standard output. With profile, a
+// table of the fronts by height instead (FrontProfile.h).
 #include "BalancedModel.h"
+#include "Equations.h"
+#include "FrontProfile.h"
 #include "ReadyEnvironment.h"
-#include "app/FreeParts.h"
-#include "app/SparseAssembly.h"
 #include "core/Parallel.h"
-#include "solver/NodeGraph.h"
-#include "solver/NodeOrdering.h"
 #include "solver/SparseEngine.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -41,37 +41,36 @@ template <class Work> double BestSeconds(int turns, const Work& work)
     return best;
 }
 
-double LargestResidual(const BlockMatrix& matrix, const std::vector<double>& u, const std::vector<double>& f)
+struct OrderedModel {
+    ModelStore model;
+    NodeGraph graph;
+    ChosenOrder chosen;
+    double orderSeconds = 0.0;
+};
+
+OrderedModel ReadAndOrder(const char* modelFile)
 {
-    std::vector<double> Ku(f.size()), KuSize(f.size());
-    MultiplyBlockMatrix(matrix, u.data(), Ku.data(), KuSize.data());
-    double residual = 0.0, size = 0.0;
-    for (std::size_t i = 0; i < f.size(); ++i) {
-        residual = std::max(residual, std::fabs(f[i] - Ku[i]));
-        size = std::max(size, KuSize[i] + std::fabs(f[i]));
-    }
-    return residual / size;
+    OrderedModel result;
+    result.model = BalancedModel(modelFile);
+    result.graph = BuildNodeGraph(result.model);
+    result.orderSeconds = Seconds([&] { result.chosen = OrderNodes(result.graph, result.model.NodeCoordinates); });
+    return result;
+}
+
+void Profile(const char* modelFile)
+{
+    const OrderedModel ordered = ReadAndOrder(modelFile);
+    PrintFrontProfile(LowerPattern(ordered.graph, ordered.chosen.order));
 }
 
 void Run(const char* modelFile, EngineKind kind, int threads, int turns)
 {
     SetThreadCount(threads);
-    const ModelStore model = BalancedModel(modelFile);
-    const NodeGraph graph = BuildNodeGraph(model);
-    ChosenOrder chosen;
-    const double orderSeconds = Seconds([&] { chosen = OrderNodes(graph); });
-    BlockMatrix matrix;
-    matrix.pattern = LowerPattern(graph, chosen.order);
-    AssembleBlockMatrix(model, chosen.order, matrix);
-    const std::vector<unsigned char> isHeld = FindFreeParts(model).isHeld;
-    std::vector<unsigned char> held(isHeld.size());
-    std::vector<double> f(isHeld.size());
-    for (std::size_t i = 0; i < isHeld.size(); ++i) {
-        const std::size_t at = DofsPerNode * chosen.order.positionOf[i / DofsPerNode] + i % DofsPerNode;
-        held[at] = isHeld[i];
-        f[at] = isHeld[i] != 0 ? 0.0 : model.GLOAD[i];
-    }
-    EliminateEquations(matrix, held);
+    const OrderedModel ordered = ReadAndOrder(modelFile);
+    const ChosenOrder& chosen = ordered.chosen;
+    BlockPattern pattern;
+    const double patternSeconds = Seconds([&] { pattern = LowerPattern(ordered.graph, chosen.order); });
+    const auto [matrix, f] = AssembleEquations(ordered.model, std::move(pattern), chosen.order);
 
     const std::unique_ptr<SparseEngine> engine = MakeSparseEngine(kind, threads);
     FactorSize size;
@@ -91,12 +90,13 @@ void Run(const char* modelFile, EngineKind kind, int threads, int turns)
     });
     std::printf("{\"engine\": \"%s\", \"kernels\": \"%s\", \"threads\": %d, \"ordering\": \"%s\", \"equations\": %zu,\n"
                 " \"exact_operations\": %.6g, \"operations\": %.6g, \"factor_entries\": %.0f, \"bytes\": %.0f,\n"
-                " \"relative_residual\": %.3g, \"order\": %.6f, \"analyse\": %.6f, \"first_factorise\": %.6f,\n"
+                " \"relative_residual\": %.3g, \"order\": %.6f, \"pattern\": %.6f, \"analyse\": %.6f, "
+                "\"first_factorise\": %.6f,\n"
                 " \"factorise\": %.6f, \"solve\": %.6f, \"solve_%d\": %.6f, \"exact_rate\": %.4g}\n",
                 engine->Name().c_str(), engine->Kernels().c_str(), threads, chosen.method.c_str(), f.size(),
                 chosen.cost.operations, size.operations, static_cast<double>(size.entries), size.bytes,
-                LargestResidual(matrix, u, f), orderSeconds, analyseSeconds, firstSeconds, factoriseSeconds,
-                solveSeconds, SeveralVectors, severalSeconds,
+                RelativeResidual(matrix, u.data(), f.data()), ordered.orderSeconds, patternSeconds, analyseSeconds,
+                firstSeconds, factoriseSeconds, solveSeconds, SeveralVectors, severalSeconds,
                 chosen.cost.operations / std::min(firstSeconds, factoriseSeconds));
 }
 
@@ -108,10 +108,15 @@ int main(int argc, char** argv)
     const std::map<std::string, EngineKind> engines = {
         {"sparse", EngineKind::Multifrontal}, {"cholmod", EngineKind::Cholmod}, {"skyline", EngineKind::Skyline}};
     if (argc < 3 || argc > 5 || !engines.contains(argv[2])) {
-        std::fprintf(stderr, "usage: engine_rates MODEL sparse|cholmod|skyline [THREADS [TURNS]]\n");
+        std::fprintf(stderr, "usage: engine_rates MODEL sparse|cholmod|skyline [THREADS [TURNS]]\n"
+                             "       engine_rates MODEL sparse profile\n");
         return 2;
     }
     try {
+        if (argc == 4 && std::strcmp(argv[2], "sparse") == 0 && std::strcmp(argv[3], "profile") == 0) {
+            Profile(argv[1]);
+            return 0;
+        }
         Run(argv[1], engines.at(argv[2]), argc > 3 ? std::atoi(argv[3]) : ThreadCount(),
             argc > 4 ? std::atoi(argv[4]) : 3);
     } catch (const std::exception& failure) {

@@ -1,7 +1,7 @@
-// machine_rates
+// machine_rates [all-threads]
 // What the machine itself gives, to judge the rates of a run by: double precision matrix product (n = 4000) with the
 // OpenBLAS kernels that tarnvexo chooses, and memory bandwidth of a[i] = b[i] + s·c[i] (24 bytes per i), with one
-// thread and with all. Best of several turns; JSON on standard output.
+// thread and with all, or with all alone. Best of several turns; JSON on standard output.
 #include "ReadyEnvironment.h"
 #include "core/LargeArray.h"
 #include "core/Parallel.h"
@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -69,16 +70,24 @@ double TriadRate(int threads, LargeArray& a, const LargeArray& b, const LargeArr
 
 } // namespace
 
-int main(int, char** argv)
+int main(int argc, char** argv)
 {
     StartWithBlasEnvironment(argv);
+    const bool allThreadsOnly = argc == 2 && std::strcmp(argv[1], "all-threads") == 0;
+    if (argc != 1 && !allThreadsOnly) {
+        std::fprintf(stderr, "usage: machine_rates [all-threads]\n");
+        return 2;
+    }
     const int threads = ThreadCount();
-    const double product = ProductRate(1), productAll = ProductRate(threads);
+    std::printf("{\"kernels\": \"OpenBLAS %s\", \"threads\": %d", openblas_get_corename(), threads);
+    if (!allThreadsOnly) {
+        std::printf(",\n \"dgemm_one_thread\": %.4g", ProductRate(1));
+    }
+    std::printf(",\n \"dgemm_all_threads\": %.4g", ProductRate(threads));
     LargeArray a(TriadLength), b(TriadLength), c(TriadLength);
     for (LargeArray* array : {&a, &b, &c}) { std::fill_n(array->Data(), TriadLength, 1.0); }
-    const double triad = TriadRate(1, a, b, c), triadAll = TriadRate(threads, a, b, c);
-    std::printf("{\"kernels\": \"OpenBLAS %s\", \"threads\": %d,\n"
-                " \"dgemm_one_thread\": %.4g, \"dgemm_all_threads\": %.4g,\n"
-                " \"triad_one_thread\": %.4g, \"triad_all_threads\": %.4g}\n",
-                openblas_get_corename(), threads, product, productAll, triad, triadAll);
+    if (!allThreadsOnly) {
+        std::printf(",\n \"triad_one_thread\": %.4g", TriadRate(1, a, b, c));
+    }
+    std::printf(",\n \"triad_all_threads\": %.4g}\n", TriadRate(threads, a, b, c));
 }

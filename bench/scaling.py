@@ -81,7 +81,8 @@ class Results:
                 return row["value"]
         return None
 
-    def write(self, heading):
+    def write(self, tables):
+        """tables: the same for readers, as Markdown."""
         self.path.parent.mkdir(parents=True, exist_ok=True)
         with open(self.path, "w", newline="", encoding="utf-8") as file:
             table = csv.DictWriter(file, self.COLUMNS, lineterminator="\n")
@@ -89,7 +90,7 @@ class Results:
             for row in self.rows:
                 value = row["value"]
                 table.writerow({**row, "value": f"{value:.6g}" if isinstance(value, float) else value})
-        self.path.with_suffix(".md").write_text(readable(self, heading), encoding="utf-8")
+        self.path.with_suffix(".md").write_text(tables, encoding="utf-8")
 
 
 # --- processes ---------------------------------------------------------------------------------------------------
@@ -119,8 +120,8 @@ class Run:
             process.returncode = os.waitstatus_to_exitcode(status)
             if process.returncode != 0:
                 errors.seek(0)
-                sys.exit(f"scaling.py: error: exit code {process.returncode} of {' '.join(map(str, command))}\n"
-                         + errors.read().decode(errors="replace"))
+                sys.exit(f"{Path(sys.argv[0]).name}: error: exit code {process.returncode} of "
+                         f"{' '.join(map(str, command))}\n" + errors.read().decode(errors="replace"))
         self.peak = usage.ru_maxrss * 1024
 
 
@@ -162,8 +163,7 @@ class Bench:
         for program in [self.tarnvexo, self.generate, self.machine_rates, self.cholmod_alone, self.calculix_export]:
             if not program.exists():
                 sys.exit(f"scaling.py: error: {program} is missing\n"
-                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model machine_rates "
-                         "cholmod_alone calculix_export")
+                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model bench_programs")
 
     def repeats(self, seconds):
         """How often a run that is expected to take so long is measured; an odd number."""
@@ -451,11 +451,15 @@ def processor():
     return re.sub(r"\((R|TM)\)", "", found.group(1)).strip() if found else "unknown processor"
 
 
+def machine_name(cores):
+    """What files of results are named after."""
+    return re.sub(r"[^a-z0-9.]+", "-", processor().lower()).strip("-") + f"-{cores}"
+
+
 def default_path(options, cores):
     if options.quick:
         return options.build / "bench/scaling-quick.csv"
-    name = re.sub(r"[^a-z0-9.]+", "-", processor().lower()).strip("-")
-    return HERE / "results" / f"{name}-{cores}.csv"
+    return HERE / "results" / f"{machine_name(cores)}.csv"
 
 
 def parse_options():
@@ -492,9 +496,9 @@ def main():
         for kind in options.kinds:
             for size in options.sizes:
                 bench.model(kind, size)
-                results.write(heading)
+                results.write(readable(results, heading))
         bench.growth()
-        results.write(heading)
+        results.write(readable(results, heading))
     print(results.path.with_suffix(".md").read_text(encoding="utf-8"))
     say(f"written: {results.path} and {results.path.with_suffix('.md')}")
 

@@ -58,7 +58,8 @@ _tarnvexo()
         return
     fi
     case $previous in
-        --solver) _tarnvexo_words "auto sparse skyline" "$current"; return ;;
+        --solver) _tarnvexo_words "auto sparse cholmod skyline" "$current"; return ;;
+        --factor) _tarnvexo_words "auto memory disk" "$current"; return ;;
         --balance) _tarnvexo_words "exact classic" "$current"; return ;;
         --displacements) _tarnvexo_words "mass-orthogonal held" "$current"; return ;;
         --units) _tarnvexo_words "SI mm-t-s" "$current"; return ;;
@@ -89,7 +90,7 @@ _tarnvexo()
     fi
     case $command in
         solve)
-            _tarnvexo_words "-o --output --format --balance --displacements --solver --threads --rule --rules --units
+            _tarnvexo_words "-o --output --format --balance --displacements --solver --factor --threads --rule --rules --units
                 --report --json -q --quiet -h --help" "$current"
             ;;
         check)

@@ -60,6 +60,13 @@ MemoryEstimate EstimateMemory(double shells, const FactorSize& size, const Block
     return estimate;
 }
 
+MemoryEstimate WithScratchFile(MemoryEstimate estimate, const FactorSize& size)
+{
+    estimate.factor = 0.0;
+    estimate.workspace = size.bytesWithScratchFile;
+    return estimate;
+}
+
 std::string MemoryFault(const MemoryEstimate& estimate, double available, const std::string& engine,
                         const std::string& modelFile)
 {

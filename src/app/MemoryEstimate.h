@@ -42,6 +42,9 @@ struct MemoryEstimate {
 MemoryEstimate EstimateMemory(double shells, const FactorSize& size, const BlockPattern& pattern,
                               const SectionMeshSize& meshes, double held, double met);
 
+// The same with the factor in a scratch file (SparseEngine::KeepFactorIn).
+MemoryEstimate WithScratchFile(MemoryEstimate estimate, const FactorSize& size);
+
 // Message with both figures when what the run still needs is more than `available` bytes; empty when it fits, and when
 // available is 0: the system does not tell.
 std::string MemoryFault(const MemoryEstimate& estimate, double available, const std::string& engine,

@@ -145,6 +145,41 @@ MemoryEstimate MemoryOf(const ModelStore& model, const StiffnessSystem& system, 
                           static_cast<double>(platform::ResidentMemory()), static_cast<double>(platform::PeakMemory()));
 }
 
+// Where the factor will stand; the memory that is needed with it.
+// Errors: throws RunFailure when memory does not hold what must stand there.
+MemoryEstimate PlaceFactor(StiffnessSystem& system, const SolveOptions& options, const MemoryEstimate& inMemory,
+                           std::vector<std::string>& warnings)
+{
+    const double available = static_cast<double>(platform::AvailableMemory());
+    const FactorSize& size = system.Size();
+    const auto faultOf = [&](const MemoryEstimate& estimate) {
+        return MemoryFault(estimate, available, system.Report().engine, options.modelFile);
+    };
+    const bool isTooMuch = !faultOf(inMemory).empty();
+    const MemoryEstimate withScratchFile = WithScratchFile(inMemory, size);
+    const bool helps = size.bytesWithScratchFile > 0.0 && faultOf(withScratchFile).empty();
+    if (options.factor != FactorPlace::Disk && !(options.factor == FactorPlace::Automatic && isTooMuch && helps)) {
+        if (isTooMuch) {
+            throw RunFailure(ExitNumerical, faultOf(inMemory));
+        }
+        return inMemory;
+    }
+    system.KeepFactorOnDisk(options.outputDirectory, options.modelFile);
+    if (!helps && isTooMuch) {
+        throw RunFailure(ExitNumerical, faultOf(withScratchFile));
+    }
+    if (options.factor == FactorPlace::Automatic) {
+        char text[300];
+        std::snprintf(text, sizeof text,
+                      ": warning: the factor of %.3g GB goes to a scratch file in %s: memory has %.3g GB free\n"
+                      "  to do:    nothing; closing other programs would make the run faster",
+                      inMemory.factor * GigabytesPerByte, options.outputDirectory.c_str(),
+                      available * GigabytesPerByte);
+        warnings.push_back(options.modelFile + text);
+    }
+    return withScratchFile;
+}
+
 // The checks of displacements as solved for, with the origin at the centroid.
 std::vector<ResultCheck> ChecksOfSolution(const ModelStore& model, const BalancedLoads& loads,
                                           const SolveReport& report)
@@ -239,12 +274,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 
     clock.Next(); // analyse
     system->Analyse(options.modelFile);
-    const MemoryEstimate memory = MemoryOf(model, *system, meshes);
-    const std::string tooMuch = MemoryFault(memory, static_cast<double>(platform::AvailableMemory()),
-                                            system->Report().engine, options.modelFile);
-    if (!tooMuch.empty()) {
-        throw RunFailure(ExitNumerical, tooMuch);
-    }
+    const MemoryEstimate memory = PlaceFactor(*system, options, MemoryOf(model, *system, meshes), report.warnings);
     report.expectedMemoryGigabytes = memory.Peak() * GigabytesPerByte;
     clock.Expect("factorise", FactorisationSeconds(system->Size()));
     clock.Expect("solve", SolutionSeconds(system->Size()));

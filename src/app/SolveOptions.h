@@ -12,12 +12,14 @@
 namespace tarnvexo {
 
 enum class SolverKind { Automatic, Sparse, Cholmod, Skyline };
+enum class FactorPlace { Automatic, Memory, Disk }; // Automatic: on disk where memory does not hold it
 enum class DisplacementKind { MassOrthogonal, Held };
 
 struct SolveOptions {
     std::string modelFile;
     std::string outputDirectory = "."; // made if it is missing
     SolverKind solver = SolverKind::Automatic;
+    FactorPlace factor = FactorPlace::Automatic;
     BalanceKind balance = BalanceKind::Exact;
     DisplacementKind displacements = DisplacementKind::MassOrthogonal;
     RuleBook rules;                               // severities and limits of the model checks

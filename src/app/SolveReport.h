@@ -52,11 +52,12 @@ struct PartReport {
 // How the equations were or would be solved.
 struct SolverReport {
     std::string engine;   // "CHOLMOD 5.1 (supernodal LLᵀ)", "skyline LDLᵀ"
-    std::string ordering; // "METIS on nodes", "AMD on nodes", "natural"
+    std::string ordering; // "bisection on nodes", "AMD on nodes", "METIS on nodes", "reverse Cuthill-McKee on nodes"
     std::string kernels;  // "OpenBLAS 0.3.21 SkylakeX", "Highway AVX3"
     int threads = 1;
     std::int64_t factorEntries = 0;
     double factorGigabytes = 0.0;
+    std::string scratchDirectory;    // of the file that keeps the factor; empty: it is kept in memory
     double factorOperations = 0.0;   // additions and multiplications
     double smallestPivotRatio = 0.0; // smallest pivot against the diagonal of the stiffness at the same place
     NodeDof smallestPivot;

@@ -7,6 +7,7 @@
 #include "core/Parallel.h"
 #include "core/Units.h"
 #include "solver/BandOrdering.h"
+#include "solver/FactorStore.h"
 #include "solver/NodeGraph.h"
 #include "solver/NodeOrdering.h"
 #include "solver/Refinement.h"
@@ -45,6 +46,20 @@ EngineKind KindFor(const ModelStore& model, SolverKind kind)
     }
     const bool isSmall = std::int64_t(DofsPerNode) * model.NPOIN <= FewEquations;
     return isSmall ? EngineKind::Skyline : EngineKind::Multifrontal;
+}
+
+// Work with the factor, which may stand on a disk.
+template <class Work> auto WithFactor(const Work& work, const std::string& directory)
+{
+    try {
+        return work();
+    } catch (const ScratchFailure& refusal) {
+        throw RunFailure(ExitFile, directory + ": error: the scratch file for the factor of the equations failed: " +
+                                       refusal.what() +
+                                       "\n"
+                                       "  expected: room on that disk for the factor, which memory does not hold\n"
+                                       "  to do:    make room there, or choose another directory with -o DIR");
+    }
 }
 
 // Elements of one kind that have the node, as "quads 3, 17, 20".
@@ -99,7 +114,7 @@ void StiffnessSystem::Order()
         order = OrderFromSequence(std::move(nodeAt));
         report.ordering = "reverse Cuthill-McKee on nodes";
     } else {
-        ChosenOrder chosen = OrderNodes(graph);
+        ChosenOrder chosen = OrderNodes(graph, model.NodeCoordinates);
         order = std::move(chosen.order);
         report.ordering = chosen.method + " on nodes";
     }
@@ -121,6 +136,18 @@ void StiffnessSystem::Analyse(const std::string& modelFile)
     report.factorOperations = size.operations;
 }
 
+void StiffnessSystem::KeepFactorOnDisk(const std::string& directory, const std::string& modelFile)
+{
+    if (!engine->KeepFactorIn(directory)) {
+        throw RunFailure(ExitUsage, modelFile + ": error: this solver cannot keep its factor on disk (" +
+                                        report.engine +
+                                        ")\n"
+                                        "  expected: --factor disk with --solver sparse\n"
+                                        "  to do:    add --solver sparse, or leave --factor out");
+    }
+    report.scratchDirectory = directory;
+}
+
 void StiffnessSystem::Assemble()
 {
     AssembleBlockMatrix(model, order, matrix);
@@ -135,11 +162,16 @@ void StiffnessSystem::Factorise(const std::vector<unsigned char>& isHeld, const 
     }
     EliminateEquations(matrix, held);
     const std::vector<double> diagonal = DiagonalOf(matrix);
-    const bool isPositive = ReportPivots(diagonal, engine->Factorise(matrix));
+    const bool isPositive = ReportPivots(diagonal, FactoriseMatrix());
     if (!isPositive || report.smallestPivotRatio < LeastPivotRatio) {
         TraceMechanisms(isPositive, modelFile);
-        engine->Factorise(matrix); // which the search has replaced
+        FactoriseMatrix(); // which the search has replaced
     }
+}
+
+PivotReport StiffnessSystem::FactoriseMatrix()
+{
+    return WithFactor([&] { return engine->Factorise(matrix); }, report.scratchDirectory);
 }
 
 // True: all pivots are positive numbers.
@@ -167,7 +199,8 @@ bool StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const Pi
 void StiffnessSystem::TraceMechanisms(bool isPositive, const std::string& modelFile)
 {
     const std::vector<double> stiffness = StiffnessOfDirections(model);
-    SoftMotions found = FindSoftMotions(*engine, matrix, ToEliminationOrder(stiffness));
+    SoftMotions found = WithFactor([&] { return FindSoftMotions(*engine, matrix, ToEliminationOrder(stiffness)); },
+                                   report.scratchDirectory);
     for (SoftMotion& motion : found.motions) { motion.motion = ToModelOrder(motion.motion); }
     if (!found.motions.empty()) {
         const std::string text = MechanismText(model, found, stiffness, !isPositive, modelFile);
@@ -219,11 +252,14 @@ std::vector<double> StiffnessSystem::Solve(const std::vector<double>& loads)
     std::vector<double> f = ToEliminationOrder(loads);
     for (std::size_t i = 0; i < f.size(); ++i) { f[i] = held[i] != 0 ? 0.0 : f[i]; }
     std::vector<double> u = f;
-    engine->Solve(u.data(), 1);
-
     const Corrections corrections =
         report.conditionEstimate > LargestPlainCondition ? Corrections::Always : Corrections::WhereNeeded;
-    const RefinedSolution refined = RefineSolutions(*engine, matrix, corrections, f.data(), u.data(), 1).front();
+    const RefinedSolution refined = WithFactor(
+        [&] {
+            engine->Solve(u.data(), 1);
+            return RefineSolutions(*engine, matrix, corrections, f.data(), u.data(), 1).front();
+        },
+        report.scratchDirectory);
     report.relativeResidual = refined.residual;
     report.refinementSteps = refined.steps;
     report.residualBeforeRefinement = refined.residualBefore;

@@ -27,6 +27,10 @@ public:
 
     // Errors: throws RunFailure (bad model) when the engine cannot address the factor.
     void Analyse(const std::string& modelFile);
+    // From now on factors stand in a scratch file in this directory. Errors: throws RunFailure (usage) where the engine
+    // cannot do that.
+    void KeepFactorOnDisk(const std::string& directory, const std::string& modelFile);
+
     const FactorSize& Size() const { return size; }
     const BlockPattern& Pattern() const { return matrix.pattern; }
 
@@ -53,6 +57,7 @@ public:
 private:
     std::vector<double> ToEliminationOrder(const std::vector<double>& vector) const;
     std::vector<double> ToModelOrder(const std::vector<double>& vector) const;
+    PivotReport FactoriseMatrix();
     bool ReportPivots(const std::vector<double>& diagonal, const PivotReport& pivots);
     void TraceMechanisms(bool isPositive, const std::string& modelFile);
 

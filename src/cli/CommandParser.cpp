@@ -23,6 +23,7 @@ struct OptionTexts {
     std::string output = ".";
     std::string threads;
     std::string solver = "auto";
+    std::string factor = "auto";
     std::string balance = "exact";
     std::string displacements = "mass-orthogonal";
     std::string units;
@@ -54,6 +55,8 @@ const Choices<SolverKind> Solvers = {{"auto", SolverKind::Automatic},
                                      {"sparse", SolverKind::Sparse},
                                      {"cholmod", SolverKind::Cholmod},
                                      {"skyline", SolverKind::Skyline}};
+const Choices<FactorPlace> FactorPlaces = {
+    {"auto", FactorPlace::Automatic}, {"memory", FactorPlace::Memory}, {"disk", FactorPlace::Disk}};
 const Choices<BalanceKind> Balances = {{"exact", BalanceKind::Exact}, {"classic", BalanceKind::Classic}};
 const Choices<DisplacementKind> Displacements = {{"mass-orthogonal", DisplacementKind::MassOrthogonal},
                                                  {"held", DisplacementKind::Held}};
@@ -259,8 +262,13 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
              "displacements of a free part: mass-orthogonal to its rigid motions\n"
              "(the default), or as held at a few nodes while solving");
     AddValue(command, "--solver", texts.solver, "auto|sparse|cholmod|skyline",
-             "equation solver: auto takes the one that is faster for the model\n"
-             "(the default)");
+             "equation solver: sparse is the program's own multifrontal one,\n"
+             "cholmod a library's, skyline that of the console run; auto (the\n"
+             "default) takes sparse, and skyline for small models");
+    AddValue(command, "--factor", texts.factor, "auto|memory|disk",
+             "where the sparse solver keeps the factor of the equations: on disk,\n"
+             "in the directory of the results, where memory does not hold it\n"
+             "(the default), or always one of the two");
     AddValue(command, "--threads", texts.threads, "N", "threads to use; all processors without this option");
     AddRuleOptions(command, texts);
     AddValue(command, "--report", texts.report, "FILE",
@@ -519,6 +527,7 @@ Command SolveOf(const OptionTexts& texts)
     command.solve.modelFile = texts.model;
     command.solve.outputDirectory = texts.output;
     command.solve.solver = ParsedChoice("--solver", texts.solver, Solvers);
+    command.solve.factor = ParsedChoice("--factor", texts.factor, FactorPlaces);
     command.solve.balance = ParsedChoice("--balance", texts.balance, Balances);
     command.solve.displacements = ParsedChoice("--displacements", texts.displacements, Displacements);
     command.solve.formats = ParsedFormats(texts.formats);

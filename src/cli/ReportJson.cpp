@@ -109,6 +109,7 @@ Json EngineJson(const SolverReport& solver)
             {"threads", solver.threads},
             {"factor_entries", solver.factorEntries},
             {"factor_gigabytes", solver.factorGigabytes},
+            {"factor_on_disk", !solver.scratchDirectory.empty()},
             {"factor_operations", solver.factorOperations}};
 }
 

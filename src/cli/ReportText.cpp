@@ -218,7 +218,9 @@ void AddSolution(ReportPage& page, const SolveReport& report)
     page.Heading("SOLUTION");
     AddEngine(page, solver);
     page.Row("threads", {std::to_string(solver.threads)});
-    page.Row("entries of the factor", {std::to_string(solver.factorEntries)}, MemoryText(solver.factorGigabytes));
+    page.Row("entries of the factor", {std::to_string(solver.factorEntries)},
+             MemoryText(solver.factorGigabytes) +
+                 (solver.scratchDirectory.empty() ? std::string() : ", on disk in " + solver.scratchDirectory));
     page.Row("operations", solver.factorOperations,
              rate > 0.0 ? NumberText(rate / 1e9) + " GF/s while factorising" : std::string());
     page.Row("smallest pivot ratio", {ShareText(solver.smallestPivotRatio)},

@@ -1,7 +1,7 @@
 #include "core/Crew.h"
 
+#include <exception>
 #include <optional>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -21,7 +21,7 @@ void RunCrew(int members, const std::function<void(CrewMember&)>& work)
                 work(member);
             });
         }
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) { // of the system, or no memory
         // Those that there are.
     }
     if (threads.empty()) {

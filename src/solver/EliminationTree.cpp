@@ -1,6 +1,8 @@
 #include "solver/EliminationTree.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <numeric>
 #include <utility>
 
 namespace tarnvexo {
@@ -58,27 +60,61 @@ std::vector<int> Postorder(const std::vector<int>& parent)
     return sequence;
 }
 
-// Row i of the factor is the part of the tree between the columns i is connected with and i itself: walking it adds one
-// block to each of its columns.
+// The last column of the row subtrees seen so far climbs to its root by `above`; paths are shortened on the way.
+int RootOf(std::vector<int>& above, int column)
+{
+    int root = column;
+    while (above[root] != root) { root = above[root]; }
+    while (column != root) { column = std::exchange(above[column], root); }
+    return root;
+}
+
+// Row i of the factor is the part of the tree between the columns i is connected with and i itself. Its leaves, in
+// postorder, are joined pairwise at their least common ancestors: with +1 at every leaf, -1 at every such ancestor and
+// -1 above the root i, the sum over the columns below and at k is 1 where the row has column k and 0 elsewhere. The
+// sums of all rows together are the blocks of each column; the tree must be in postorder.
 std::vector<int> CountBlocksBelow(const NodeGraph& graph, const EliminationOrder& order, const std::vector<int>& parent)
 {
     const int n = graph.Size();
-    std::vector<int> below(n, 0), visitedBy(n, None);
-    for (int row = 0; row < n; ++row) {
-        visitedBy[row] = row;
-        const int node = order.nodeAt[row];
-        for (int e = graph.first[node]; e < graph.first[node + 1]; ++e) {
-            int column = order.positionOf[graph.neighbours[e]];
-            if (column > row) {
-                continue;
-            }
-            for (; visitedBy[column] != row; column = parent[column]) {
-                ++below[column];
-                visitedBy[column] = row;
-            }
+    std::vector<int> lowest(n), above(n); // first column of a subtree; sets of columns whose common root is known
+    std::iota(lowest.begin(), lowest.end(), 0);
+    std::iota(above.begin(), above.end(), 0);
+    for (int k = 0; k < n; ++k) {
+        if (parent[k] != None) {
+            lowest[parent[k]] = std::min(lowest[parent[k]], lowest[k]);
         }
     }
-    return below;
+    std::vector<int> count(n, 0), lastLeaf(n, None); // diagonal blocks included; last leaf found in each row
+    for (int column = 0; column < n; ++column) {
+        if (lowest[column] == column) {
+            ++count[column]; // a leaf of its own row
+        }
+        if (parent[column] != None) {
+            --count[parent[column]]; // its own row ends
+        }
+        const int node = order.nodeAt[column];
+        for (int e = graph.first[node]; e < graph.first[node + 1]; ++e) {
+            const int row = order.positionOf[graph.neighbours[e]];
+            if (row < column || lastLeaf[row] >= lowest[column]) {
+                continue; // of a column above one that the row has already
+            }
+            ++count[column];
+            if (lastLeaf[row] != None) {
+                --count[RootOf(above, lastLeaf[row])];
+            }
+            lastLeaf[row] = column;
+        }
+        if (parent[column] != None) {
+            above[column] = parent[column];
+        }
+    }
+    for (int column = 0; column < n; ++column) {
+        if (parent[column] != None) {
+            count[parent[column]] += count[column];
+        }
+        --count[column]; // without its diagonal block
+    }
+    return count;
 }
 
 } // namespace

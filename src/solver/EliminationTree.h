@@ -1,7 +1,8 @@
 // solver/EliminationTree.h
 // What a Cholesky factorisation of a node graph in a given order will be, before a number is computed: elimination
 // tree, entries of each column, size and operations of the factor. Sources: J. W. H. Liu, SIAM J. Matrix Anal. Appl. 11
-// (1990) 134–172 (tree, postorder, row subtrees).
+// (1990) 134–172 (tree, postorder, row subtrees); J. R. Gilbert, E. G. Ng, B. W. Peyton, SIAM J. Matrix Anal. Appl. 15
+// (1994) 1075–1091 (column counts).
 #pragma once
 
 #include "solver/NodeGraph.h"
@@ -33,7 +34,7 @@ struct PostorderedTree {
     EliminationTree tree;
 };
 
-// Cost: linear in the graph plus the node blocks of the factor.
+// Cost: nearly linear in the graph.
 PostorderedTree BuildEliminationTree(const NodeGraph& graph, const EliminationOrder& order);
 
 // Scalar entries (lower triangle, diagonal included) and operations (additions and multiplications) of the factor of

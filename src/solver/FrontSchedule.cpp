@@ -1,6 +1,7 @@
 #include "solver/FrontSchedule.h"
 
 #include <algorithm>
+#include <set>
 
 namespace tarnvexo {
 
@@ -24,12 +25,24 @@ std::vector<double> SecondsOfSubtrees(const FrontTree& tree)
     return seconds;
 }
 
-// Seconds until the last of them is done, when whoever is free takes the next, the longest first.
-double SecondsTogether(const std::vector<int>& subtrees, const std::vector<double>& seconds, int members)
+// Whether nobody works much longer than the mean when whoever is free takes the next subtree, the longest first. Those
+// that are short beside the mean need not be gone through, however many there are: whoever takes one has done less than
+// the mean before.
+template <class Subtrees>
+bool IsEven(const Subtrees& subtrees, const std::vector<double>& seconds, double mean, int members)
 {
     std::vector<double> busy(static_cast<std::size_t>(members), 0.0);
-    for (const int root : subtrees) { *std::min_element(busy.begin(), busy.end()) += seconds[root]; }
-    return *std::max_element(busy.begin(), busy.end());
+    for (const int root : subtrees) {
+        if (seconds[root] <= UnevenShare * mean) {
+            break;
+        }
+        double& least = *std::min_element(busy.begin(), busy.end());
+        least += seconds[root];
+        if (least > (1.0 + UnevenShare) * mean) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -48,22 +61,23 @@ FrontSchedule ScheduleFronts(const FrontTree& tree, int members)
     }
     const std::vector<double> seconds = SecondsOfSubtrees(tree);
     const auto byWork = [&](int a, int b) { return seconds[a] != seconds[b] ? seconds[a] > seconds[b] : a < b; };
-    std::sort(schedule.subtrees.begin(), schedule.subtrees.end(), byWork);
-    while (members > 1 && !schedule.subtrees.empty()) {
-        double sum = 0.0;
-        for (const int root : schedule.subtrees) { sum += seconds[root]; }
-        const int largest = schedule.subtrees.front();
-        const bool isEven = SecondsTogether(schedule.subtrees, seconds, members) <= (1.0 + UnevenShare) * sum / members;
-        if (isEven || tree.fronts[largest].children == 0) {
+    std::set<int, decltype(byWork)> subtrees(schedule.subtrees.begin(), schedule.subtrees.end(), byWork);
+    double sum = 0.0;
+    for (const int root : subtrees) { sum += seconds[root]; }
+    while (members > 1 && !subtrees.empty()) {
+        const int largest = *subtrees.begin();
+        if (tree.fronts[largest].children == 0 || IsEven(subtrees, seconds, sum / members, members)) {
             break;
         }
-        schedule.subtrees.erase(schedule.subtrees.begin());
+        subtrees.erase(subtrees.begin());
+        sum -= seconds[largest];
         schedule.shared.push_back(largest);
         for (const int child : tree.ChildrenOf(tree.fronts[largest])) {
-            schedule.subtrees.insert(
-                std::upper_bound(schedule.subtrees.begin(), schedule.subtrees.end(), child, byWork), child);
+            subtrees.insert(child);
+            sum += seconds[child];
         }
     }
+    schedule.subtrees.assign(subtrees.begin(), subtrees.end());
     std::sort(schedule.shared.begin(), schedule.shared.end());
     return schedule;
 }

@@ -1,6 +1,7 @@
 #include "solver/NodeOrdering.h"
 
 #include "core/Parallel.h"
+#include "solver/CoordinateBisection.h"
 
 #include <amd.h>
 #include <metis.h>
@@ -22,6 +23,13 @@ EliminationOrder OrderWithoutEdges(const NodeGraph& graph)
     std::vector<int> nodeAt(graph.first.size() - 1);
     std::iota(nodeAt.begin(), nodeAt.end(), 0);
     return OrderFromSequence(std::move(nodeAt));
+}
+
+ChosenOrder Factored(const char* method, const NodeGraph& graph, const EliminationOrder& order)
+{
+    PostorderedTree found = BuildEliminationTree(graph, order);
+    const FactorCost cost = CostOfFactor(found.tree);
+    return {method, std::move(found.order), std::move(found.tree), cost};
 }
 
 } // namespace
@@ -64,16 +72,30 @@ EliminationOrder OrderByAmd(const NodeGraph& graph)
     return OrderFromSequence(std::move(nodeAt));
 }
 
-ChosenOrder OrderNodes(const NodeGraph& graph)
+bool IsMetisWorthwhile(int nodes, const FactorCost& best)
 {
-    constexpr int methods = 2;
-    ChosenOrder tried[methods];
-    ParallelFor(methods, 1, [&](std::size_t method, std::size_t) {
-        PostorderedTree found = BuildEliminationTree(graph, method == 0 ? OrderByMetis(graph) : OrderByAmd(graph));
-        const FactorCost cost = CostOfFactor(found.tree);
-        tried[method] = {method == 0 ? "METIS" : "AMD", std::move(found.order), std::move(found.tree), cost};
+    constexpr double OperationsPerSecond = 90e9; // of a factorisation on two threads with AVX-512: faster ones try less
+    constexpr double MetisSecondsPerNode = 6e-6; // 5 on shells, 8 on space frames
+    constexpr double LikelyGain = 0.05;          // share of the operations, where METIS gains at all
+    return LikelyGain * best.operations / OperationsPerSecond > MetisSecondsPerNode * nodes;
+}
+
+ChosenOrder OrderNodes(const NodeGraph& graph, const std::vector<Vector3>& coordinates)
+{
+    constexpr int quickMethods = 2;
+    ChosenOrder tried[quickMethods];
+    ParallelFor(quickMethods, 1, [&](std::size_t method, std::size_t) {
+        tried[method] = method == 0 ? Factored("bisection", graph, OrderByBisection(graph, coordinates))
+                                    : Factored("AMD", graph, OrderByAmd(graph));
     });
-    return std::move(tried[tried[1].cost.operations < tried[0].cost.operations ? 1 : 0]);
+    ChosenOrder best = std::move(tried[tried[1].cost.operations < tried[0].cost.operations ? 1 : 0]);
+    if (IsMetisWorthwhile(graph.Size(), best.cost)) {
+        ChosenOrder byMetis = Factored("METIS", graph, OrderByMetis(graph));
+        if (byMetis.cost.operations < best.cost.operations) {
+            return byMetis;
+        }
+    }
+    return best;
 }
 
 } // namespace tarnvexo

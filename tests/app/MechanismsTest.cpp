@@ -64,8 +64,12 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Both, Mechanisms, testing::Values(SolverKind::Sparse, SolverKind::Skyline),
-                         [](const auto& info) { return info.param == SolverKind::Sparse ? "Sparse" : "Skyline"; });
+INSTANTIATE_TEST_SUITE_P(All, Mechanisms, testing::Values(SolverKind::Sparse, SolverKind::Cholmod, SolverKind::Skyline),
+                         [](const auto& info) -> std::string {
+                             return info.param == SolverKind::Sparse    ? "Sparse"
+                                    : info.param == SolverKind::Cholmod ? "Cholmod"
+                                                                        : "Skyline";
+                         });
 
 TEST_P(Mechanisms, AreNoneInASoundModel)
 {

@@ -96,7 +96,8 @@ TEST(Program, NamesItsEnginesAndTheirKernels)
 {
     const ProgramRun run = Tarnvexo({"--version"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_NE(run.output.find("  engines   CHOLMOD "), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find("  engines   multifrontal LLᵀ, Highway "), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find("            CHOLMOD "), std::string::npos) << run.output;
     EXPECT_NE(run.output.find(", OpenBLAS "), std::string::npos) << run.output;
     EXPECT_NE(run.output.find("            skyline LDLᵀ, Highway "), std::string::npos) << run.output;
 }
@@ -246,10 +247,10 @@ bool AddressesCanBeLimited()
 }
 
 // Solves in a process that may have so many addresses, as a batch system sets it; ended after a minute.
-ProgramRun SolveWithin(int kilobytes, const std::string& model)
+ProgramRun SolveWithin(int kilobytes, const std::string& options, const std::string& model)
 {
     const std::string command = "ulimit -v " + std::to_string(kilobytes) +
-                                "; exec timeout 60 \"" TARNVEXO_PROGRAM "\" solve model.txt --threads 2 --format none";
+                                "; exec timeout 60 \"" TARNVEXO_PROGRAM "\" solve model.txt --threads 2 --format none " + options;
     return RunProgram({.program = "/bin/sh", .arguments = {"-c", command}, .files = {{"model.txt", model}}});
 }
 
@@ -259,12 +260,44 @@ TEST(Program, RefusesWhatMemoryDoesNotHoldBeforeTheWorkBegins)
     if (!AddressesCanBeLimited()) {
         GTEST_SKIP();
     }
-    const ProgramRun run = SolveWithin(650000, GeneratedText(StiffenedPlateModel(120000)));
+    const ProgramRun run = SolveWithin(450000, "--factor memory", GeneratedText(StiffenedPlateModel(120000)));
     EXPECT_EQ(run.exitCode, ExitNumerical) << run.error;
     EXPECT_NE(run.error.find("model.txt: error: to be solved, the model needs "), std::string::npos) << run.error;
     EXPECT_NE(run.error.find("\n  most of it: the factor of its equations, "), std::string::npos) << run.error;
     EXPECT_NE(run.error.find("\n  expected: at most "), std::string::npos) << run.error;
     EXPECT_EQ(run.error.find("assemble"), std::string::npos) << run.error;
+}
+
+TEST(Program, KeepsTheFactorOnDiskWhereMemoryDoesNotHoldIt)
+{
+    if (!AddressesCanBeLimited()) {
+        GTEST_SKIP();
+    }
+    const ProgramRun run = SolveWithin(450000, "", GeneratedText(StiffenedPlateModel(120000)));
+    EXPECT_EQ(run.exitCode, ExitGood) << run.error;
+    EXPECT_NE(run.output.find("goes to a scratch file in ."), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find(", on disk in ."), std::string::npos) << run.output;
+    EXPECT_EQ(run.files.size(), 1u) << "something stayed beside the model";
+}
+
+TEST(Program, SaysWhenTheDirectoryTakesNoScratchFile)
+{
+    const std::string model = GeneratedText(StiffenedPlateModel(4000));
+    const ProgramRun run = RunProgram({.program = TARNVEXO_PROGRAM,
+                                       .arguments = {"solve", "model.txt", "--factor", "disk", "--format", "none", "-o",
+                                                     "not-there"},
+                                       .files = {{"model.txt", model}}});
+    EXPECT_EQ(run.exitCode, ExitFile) << run.error;
+    EXPECT_NE(run.error.find("not-there: error: the scratch file for the factor of the equations failed: "),
+              std::string::npos)
+        << run.error;
+}
+
+TEST(Program, KeepsNoFactorOfCholmodOnDisk)
+{
+    const ProgramRun run = Tarnvexo({"solve", Examples + "wing", "--solver", "cholmod", "--factor", "disk"});
+    EXPECT_EQ(run.exitCode, ExitUsage) << run.error;
+    EXPECT_NE(run.error.find("this solver cannot keep its factor on disk (CHOLMOD "), std::string::npos) << run.error;
 }
 
 // OpenBLAS waits for ever when it finds no room for a buffer.
@@ -274,10 +307,12 @@ TEST(Program, SolvesOrRefusesWhateverTheLimitOfMemory)
         GTEST_SKIP();
     }
     const std::string model = GeneratedText(StiffenedPlateModel(30000));
-    for (int kilobytes = 200000; kilobytes <= 800000; kilobytes += 50000) {
-        const int exitCode = SolveWithin(kilobytes, model).exitCode;
-        EXPECT_TRUE(exitCode == ExitGood || exitCode == ExitBadModel || exitCode == ExitNumerical)
-            << exitCode << " within " << kilobytes << " kB";
+    for (const std::string options : {"--solver cholmod", "--solver sparse"}) {
+        for (int kilobytes = 200000; kilobytes <= 800000; kilobytes += 50000) {
+            const int exitCode = SolveWithin(kilobytes, options, model).exitCode;
+            EXPECT_TRUE(exitCode == ExitGood || exitCode == ExitBadModel || exitCode == ExitNumerical)
+                << exitCode << " within " << kilobytes << " kB, " << options;
+        }
     }
 }
 

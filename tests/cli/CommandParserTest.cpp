@@ -261,7 +261,7 @@ TEST(UsageFault, NamesTheCommandThatWasMeant)
 TEST(UsageFault, NamesTheOptionThatWasMeant)
 {
     const std::string solveOptions =
-        "  expected: --help --output --format --balance --displacements --solver --threads "
+        "  expected: --help --output --format --balance --displacements --solver --factor --threads "
         "--rule --rules --report --units --json --quiet\n";
     EXPECT_EQ(Fault({"solve", "m", "--thread", "4"}), "tarnvexo solve: error: there is no option \"--thread\"\n" +
                                                           solveOptions +
@@ -295,7 +295,7 @@ TEST(UsageFault, ShowsTheValueThatCannotBe)
                       "\"\n  expected: a whole number from 1 to 1024\n  to do:    see tarnvexo solve --help\n");
     }
     EXPECT_EQ(Fault({"solve", "m", "--solver", "sparce"}), "tarnvexo solve: error: --solver cannot be \"sparce\"\n"
-                                                           "  expected: auto or sparse or skyline\n"
+                                                           "  expected: auto or sparse or cholmod or skyline\n"
                                                            "  did you mean: sparse\n"
                                                            "  to do:    see tarnvexo solve --help\n");
     EXPECT_EQ(Fault({"refine", "m", "-o", "x", "-k", "1"}).find("tarnvexo refine: error: -k cannot be \"1\"\n"), 0u);

@@ -5,6 +5,7 @@
 #include "solver/SkylineProfile.h"
 #include "support/ChildProcess.h"
 #include "support/LiteralSkyline.h"
+#include "support/VectorUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +13,6 @@
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 #include <limits>
 #include <random>
 #include <string>
@@ -93,40 +93,9 @@ void ExpectLiteralResult(const System& system)
     ExpectSameBits("solution", fast.u, expected.u);
 }
 
-// Has the solver use one kind of vector unit, and the best one again when it goes out of scope.
-class VectorUnit {
-public:
-    explicit VectorUnit(std::int64_t target)
-    {
-        hwy::SetSupportedTargetsForTest(target);
-        hwy::GetChosenTarget().Update(target);
-    }
-    ~VectorUnit()
-    {
-        hwy::SetSupportedTargetsForTest(0);
-        hwy::GetChosenTarget().DeInit();
-    }
-    VectorUnit(const VectorUnit&) = delete;
-    VectorUnit& operator=(const VectorUnit&) = delete;
-};
-
-// One bit for each kind this processor has, the plainest included.
-std::vector<std::int64_t> VectorUnits()
-{
-    std::vector<std::int64_t> units;
-    for (std::int64_t left = hwy::SupportedTargets() | HWY_SCALAR; left != 0; left &= left - 1) {
-        units.push_back(left & -left);
-    }
-    return units;
-}
-
 void ExpectLiteralResultOnEveryUnit(const System& system)
 {
-    for (const std::int64_t unit : VectorUnits()) {
-        SCOPED_TRACE(hwy::TargetName(unit));
-        const VectorUnit chosen(unit);
-        ExpectLiteralResult(system);
-    }
+    test::OnEveryVectorUnit([&] { ExpectLiteralResult(system); });
 }
 
 using Generator = std::mt19937_64;

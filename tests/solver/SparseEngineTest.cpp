@@ -2,14 +2,13 @@
 #include "solver/SparseEngine.h"
 
 #include "solver/NodeOrdering.h"
+#include "support/BlockSystems.h"
 #include "support/NodeGraphs.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
-#include <random>
 
 namespace tarnvexo {
 namespace {
@@ -17,62 +16,6 @@ namespace {
 using namespace test;
 
 constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
-
-// Vectors of −1 ... 1, one behind the other.
-std::vector<double> RandomVectors(std::size_t count, unsigned seed)
-{
-    std::mt19937 generator(seed);
-    std::vector<double> x(count);
-    for (double& value : x) { value = generator() / 2147483648.0 - 1.0; }
-    return x;
-}
-
-// Largest |f − A·x| as a share of the largest |A|·|x| + |f|.
-double BackwardError(const BlockMatrix& matrix, const double* x, const double* f)
-{
-    const std::size_t n = static_cast<std::size_t>(DofsPerNode) * matrix.pattern.Size();
-    std::vector<double> y(n), ySize(n);
-    MultiplyBlockMatrix(matrix, x, y.data(), ySize.data());
-    double residual = 0.0, size = 0.0;
-    for (std::size_t i = 0; i < n; ++i) {
-        residual = std::max(residual, std::fabs(f[i] - y[i]));
-        size = std::max(size, ySize[i] + std::fabs(f[i]));
-    }
-    return residual / size;
-}
-
-double LargestDifference(const std::vector<double>& a, const std::vector<double>& b)
-{
-    double largest = 0.0;
-    for (std::size_t i = 0; i < a.size(); ++i) { largest = std::max(largest, std::fabs(a[i] - b[i])); }
-    return largest;
-}
-
-// Scalar entry (i, j), i ≥ j, of the diagonal block of a column.
-double& DiagonalBlockEntry(BlockMatrix& matrix, int position, int u, int v)
-{
-    return matrix.Column(position)[DofsPerNode * matrix.pattern.BlocksOf(position) * v + u];
-}
-
-double& Diagonal(BlockMatrix& matrix, int equation)
-{
-    return DiagonalBlockEntry(matrix, equation / DofsPerNode, equation % DofsPerNode, equation % DofsPerNode);
-}
-
-// Rows and columns times s: ill scaled, as well conditioned as before once scaled back.
-void Scale(BlockMatrix& matrix, const std::vector<double>& s)
-{
-    const BlockPattern& pattern = matrix.pattern;
-    for (int J = 0; J < pattern.Size(); ++J) {
-        const int height = DofsPerNode * pattern.BlocksOf(J);
-        for (int v = 0; v < DofsPerNode; ++v) {
-            for (int i = 0; i < height; ++i) {
-                const int row = DofsPerNode * pattern.rows[pattern.first[J] + i / DofsPerNode] + i % DofsPerNode;
-                matrix.Column(J)[height * v + i] *= s[row] * s[DofsPerNode * J + v];
-            }
-        }
-    }
-}
 
 class SparseEngines : public testing::TestWithParam<EngineKind> {
 protected:
@@ -257,13 +200,13 @@ TEST_P(SparseEngines, CanBeUsedAgain)
 }
 
 // Chain of three in its order: full lower triangles of 12, 12 and 6 columns' heights. Wider supernodes may store zeros,
-// none may be missing.
+// and columns may be filled up to whole cache lines; none may be missing.
 TEST_P(SparseEngines, TellTheSizeOfTheFactorBeforehand)
 {
     const BlockMatrix matrix = RandomMatrix(Chain(3), NaturalOrder(3), 1);
     const FactorSize size = Engine()->Analyse(matrix.pattern);
     EXPECT_GE(size.entries, 57 + 57 + 21);
-    EXPECT_LE(size.entries, 18 * 18);
+    EXPECT_LE(size.entries, 18 * 24);
     EXPECT_GE(size.operations, 559.0 + 559.0 + 91.0);
     EXPECT_GE(size.bytes, 8.0 * static_cast<double>(size.entries));
 }
@@ -287,8 +230,8 @@ TEST(Cholmod, GivesTheSameBitsForAnyNumberOfThreads)
     }
     EXPECT_LT(BackwardError(matrix, solutions[0].data(), f.data()), 1e-14);
     for (int k : {1, 2}) {
-        EXPECT_EQ(std::memcmp(reports[0].pivots.data(), reports[k].pivots.data(), sizeof(double) * f.size()), 0);
-        EXPECT_EQ(std::memcmp(solutions[0].data(), solutions[k].data(), sizeof(double) * f.size()), 0);
+        EXPECT_TRUE(SameBits(reports[0].pivots, reports[k].pivots));
+        EXPECT_TRUE(SameBits(solutions[0], solutions[k]));
     }
 }
 
@@ -312,7 +255,7 @@ TEST(MultifrontalKeepsItsFactor, InAScratchFileToTheSameBits)
             engine->Solve(solutions[isOnDisk].data(), 2);
         }
     }
-    EXPECT_EQ(std::memcmp(solutions[0].data(), solutions[1].data(), sizeof(double) * f.size()), 0);
+    EXPECT_TRUE(SameBits(solutions[0], solutions[1]));
 }
 
 TEST(SparseEngine, HasNamesForVersionAndReport)

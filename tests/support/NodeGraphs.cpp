@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <numeric>
 #include <random>
 #include <set>
@@ -106,6 +107,38 @@ NodeGraph RandomGraph(int nodes, int edges, unsigned seed)
     return GraphOf(nodes, list);
 }
 
+std::vector<Vector3> BrickPlaces(int m, int n, int p)
+{
+    std::vector<Vector3> places;
+    for (int i = 0; i < m; ++i) {
+        for (int j = 0; j < n; ++j) {
+            for (int k = 0; k < p; ++k) { places.push_back({1.0 * i, 1.0 * j, 1.0 * k}); }
+        }
+    }
+    return places;
+}
+
+std::vector<Vector3> GirderPlaces(int around, int along)
+{
+    const double step = 2.0 * std::numbers::pi / around, radius = 1.0 / step;
+    std::vector<Vector3> places;
+    for (int i = 0; i < along; ++i) {
+        for (int j = 0; j < around; ++j) {
+            places.push_back({1.0 * i, radius * std::cos(step * j), radius * std::sin(step * j)});
+        }
+    }
+    return places;
+}
+
+std::vector<Vector3> Askew(std::vector<Vector3> places)
+{
+    for (Vector3& x : places) {
+        x = {0.8 * x[0] - 0.6 * x[1], 0.6 * x[0] + 0.8 * x[1], x[2]};
+        x = {x[0], (5.0 * x[1] - 12.0 * x[2]) / 13.0, (12.0 * x[1] + 5.0 * x[2]) / 13.0};
+    }
+    return places;
+}
+
 EliminationOrder NaturalOrder(int nodes)
 {
     std::vector<int> sequence(static_cast<std::size_t>(nodes));
@@ -119,6 +152,11 @@ EliminationOrder RandomOrder(int nodes, unsigned seed)
     std::vector<int> sequence = NaturalOrder(nodes).nodeAt;
     for (std::size_t k = sequence.size(); k > 1; --k) { std::swap(sequence[k - 1], sequence[generator() % k]); }
     return OrderFromSequence(sequence);
+}
+
+ChosenOrder OrderNodes(const NodeGraph& graph)
+{
+    return tarnvexo::OrderNodes(graph, std::vector<Vector3>(graph.first.size() - 1));
 }
 
 EliminationTree DenseElimination(const NodeGraph& graph, const EliminationOrder& order)

@@ -3,7 +3,9 @@
 // counterparts.
 #pragma once
 
+#include "core/Vector3.h"
 #include "solver/BlockMatrix.h"
+#include "solver/NodeOrdering.h"
 
 #include <utility>
 #include <vector>
@@ -22,8 +24,15 @@ NodeGraph Brick(int m, int n, int p);    // m x n x p nodes, 26 neighbours insid
 NodeGraph Girder(int around, int along); // closed tube of quadrilaterals
 NodeGraph RandomGraph(int nodes, int edges, unsigned seed);
 
+// Places of their nodes, one unit apart.
+std::vector<Vector3> BrickPlaces(int m, int n, int p);
+std::vector<Vector3> GirderPlaces(int around, int along);
+// The same turned about two axes.
+std::vector<Vector3> Askew(std::vector<Vector3> places);
+
 EliminationOrder NaturalOrder(int nodes);
 EliminationOrder RandomOrder(int nodes, unsigned seed);
+ChosenOrder OrderNodes(const NodeGraph& graph); // all nodes at one place
 
 // Blocks under the diagonal block of every column of the factor, and its parent, by striking out one node after the
 // other in a table of all pairs.
