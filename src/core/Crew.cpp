@@ -10,13 +10,13 @@ namespace tarnvexo {
 void RunCrew(int members, const std::function<void(CrewMember&)>& work)
 {
     std::optional<Crew> crew; // made when it is known how many threads there are
-    std::atomic<bool> ready = false;
+    std::atomic<std::uint32_t> ready = 0;
     std::vector<std::jthread> threads;
     threads.reserve(static_cast<std::size_t>(members));
     try {
         for (int number = 1; number < members; ++number) {
             threads.emplace_back([&, number] {
-                ready.wait(false);
+                platform::WaitWhileEqual(ready, 0);
                 CrewMember member(&*crew, number);
                 work(member);
             });
@@ -30,8 +30,8 @@ void RunCrew(int members, const std::function<void(CrewMember&)>& work)
         return;
     }
     crew.emplace(static_cast<int>(threads.size()) + 1);
-    ready = true;
-    ready.notify_all();
+    ready = 1;
+    platform::WakeWaiting(ready);
     CrewMember first(&*crew, 0);
     work(first);
 }

@@ -3,6 +3,7 @@
 #include "platform/WindowsText.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <io.h>
@@ -128,7 +129,14 @@ bool FileExists(const char* path)
 
 std::FILE* OpenFile(const char* path, const char* mode)
 {
-    return _wfopen(Wide(path).c_str(), Wide(mode).c_str());
+    std::FILE* const file = _wfopen(Wide(path).c_str(), Wide(mode).c_str());
+    if (file == nullptr && errno == EACCES) {
+        const DWORD attributes = GetFileAttributesW(Wide(path).c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+            errno = EISDIR; // as elsewhere
+        }
+    }
+    return file;
 }
 
 MappedFile::MappedFile(const char* path)
