@@ -1,6 +1,7 @@
 #include "output/TextFile.h"
 
 #include "core/Failure.h"
+#include "platform/Platform.h"
 
 #include <cerrno>
 #include <cstring>
@@ -46,7 +47,7 @@ bool TextFile::Open(const std::string& path, FileMode mode)
     Close();
     result = {};
     result.path = path;
-    file = std::fopen(path.c_str(), mode == FileMode::Text ? "w" : "wb");
+    file = platform::OpenFile(path.c_str(), mode == FileMode::Text ? "w" : "wb");
     if (file == nullptr) {
         result.outcome = FileOutcome::NotCreated;
         result.reason = std::strerror(errno);

@@ -34,7 +34,7 @@ public:
 
 std::string FileText(const char* name)
 {
-    std::ifstream file(name, std::ios::binary);
+    std::ifstream file(name);
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 

@@ -28,7 +28,7 @@ template <class Write> std::string WrittenFile(const char* fileName, Write write
 {
     const TemporaryDirectory directory;
     write();
-    std::ifstream file(fileName, std::ios::binary);
+    std::ifstream file(fileName); // text: line ends are those of the system
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
