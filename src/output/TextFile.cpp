@@ -3,6 +3,7 @@
 #include "core/Failure.h"
 #include "platform/Platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -47,6 +48,7 @@ bool TextFile::Open(const std::string& path, FileMode mode)
     Close();
     result = {};
     result.path = path;
+    lineEnd = mode == FileMode::Text ? platform::BytesOfLineEnd() : 1;
     file = platform::OpenFile(path.c_str(), mode == FileMode::Text ? "w" : "wb");
     if (file == nullptr) {
         result.outcome = FileOutcome::NotCreated;
@@ -84,6 +86,10 @@ void TextFile::Write(std::string_view text)
     }
     const std::size_t taken = std::fwrite(text.data(), 1, text.size(), file);
     result.bytes += taken;
+    if (lineEnd > 1) {
+        const std::size_t lines = static_cast<std::size_t>(std::count(text.begin(), text.begin() + taken, '\n'));
+        result.bytes += lines * (lineEnd - 1);
+    }
     if (taken != text.size()) {
         Fail(errno);
     }

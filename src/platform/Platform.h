@@ -45,6 +45,9 @@ bool FileExists(const char* path);
 // std::fopen for a name in UTF-8.
 std::FILE* OpenFile(const char* path, const char* mode);
 
+// Bytes that "\n" becomes in a file that is written as text.
+std::size_t BytesOfLineEnd();
+
 // The bytes of a file as memory, without a copy, while the object lives. Meant for files that are read at once: bytes
 // of a file that is made shorter meanwhile cannot be read any more, which ends the process.
 class MappedFile {

@@ -234,6 +234,11 @@ std::FILE* OpenFile(const char* path, const char* mode)
     return std::fopen(path, mode);
 }
 
+std::size_t BytesOfLineEnd()
+{
+    return 1;
+}
+
 MappedFile::MappedFile(const char* path)
 {
     struct stat file = {};

@@ -139,6 +139,11 @@ std::FILE* OpenFile(const char* path, const char* mode)
     return file;
 }
 
+std::size_t BytesOfLineEnd()
+{
+    return 2; // "\r\n"
+}
+
 MappedFile::MappedFile(const char* path)
 {
     const HANDLE file = CreateFileW(Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
