@@ -13,12 +13,17 @@ endif
 # Result files are read back by VTK, the viewer is tried in a browser.
 TEST_PACKAGES := python3-vtk9 chromium fonts-dejavu-core
 BENCH_PACKAGES := calculix-ccx libmumps-seq-dev libmumps-dev openmpi-bin
+# For Windows: the compiler, zlib, sources of the other libraries (cmake/windows), and Wine to try it.
+WINDOWS_PACKAGES := gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev \
+    debian-archive-keyring
+WINDOWS_SOURCES := metis suitesparse highway cpp-httplib
+WINDOWS_TEST_PACKAGES := wine wine64 xvfb xauth xdotool
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 TOOLS := $(basename $(notdir $(wildcard tools/*.cpp)))
 CONFIGURE := cmake -S . -G Ninja -DPython3_EXECUTABLE=/usr/bin/python3
 
-.PHONY: help deps build run test test-viewer soak bench bench-quick bench-programs
+.PHONY: help deps build run test test-viewer windows test-windows soak bench bench-quick bench-programs
 .DEFAULT_GOAL := help
 
 help:
@@ -27,6 +32,8 @@ help:
 	@echo 'make run     solve the example examples/midship and say how to look at it'
 	@echo 'make test    all tests, optimised and under the sanitizers'
 	@echo 'make test-viewer  those of the viewer alone'
+	@echo 'make windows  the program for Windows: a zip file in build-windows/'
+	@echo 'make test-windows  its tests under Wine'
 	@echo 'make soak    the long tests, about two hours; SEEDS=500 FIRST_SEED=1000 ROUNDS=2000 FUZZ_SECONDS=1800 shorten it'
 	@echo 'make bench   all benchmarks, some 90 minutes: stages, then whole runs and factorisations into bench/results/'
 	@echo 'make bench-quick  whole runs up to 250,000 equations, about 5 minutes'
@@ -80,6 +87,23 @@ test-viewer: PACKAGES += $(TEST_PACKAGES)
 test-viewer: build
 	cd viewer && npm install --prefer-offline --no-audit --no-fund && npm run format:check && npx tsc --noEmit && \
 	    TARNVEXO_PROGRAM=$(CURDIR)/build/tarnvexo npm test && npm run test:browser
+
+build-windows/build.ninja: | deps
+	cmake/windows/fetch-sources.sh build-windows/sources $(WINDOWS_SOURCES)
+	$(CONFIGURE) -B build-windows -DCMAKE_TOOLCHAIN_FILE=cmake/windows/toolchain.cmake -DCMAKE_BUILD_TYPE=Release \
+	    -DTARNVEXO_BENCH=OFF
+
+windows: PACKAGES += $(WINDOWS_PACKAGES)
+
+windows: build-windows/build.ninja
+	cmake --build build-windows -j $(JOBS) --target tarnvexo tarnvexo_contour
+	cmake --build build-windows --target package
+
+test-windows: PACKAGES += $(WINDOWS_TEST_PACKAGES)
+
+test-windows: windows
+	cmake --build build-windows -j $(JOBS)
+	ctest --test-dir build-windows --output-on-failure -j $(JOBS)
 
 soak: PACKAGES += $(FUZZ_PACKAGES)
 

@@ -1,6 +1,7 @@
 # One whole run: the model of CASE in a fresh DIRECTORY, PROGRAM there with nothing on standard input, then the six
 # result files and the console text against CASE/expected.
 #     cmake -D PROGRAM=... -D PYTHON=... -D COMPARE=.../compare.py -D CASE=... -D DIRECTORY=... -P run_case.cmake
+# -D EMULATOR=... (a list): what runs PROGRAM when it is one for Windows, whose lines end as they do there.
 # -D ARGUMENTS=... (words with blanks between): a run of a command, whose standard output is no console text and is not
 # compared.
 file(REMOVE_RECURSE ${DIRECTORY})
@@ -13,7 +14,7 @@ if(ARGUMENTS)
 else()
   set(output console.txt)
 endif()
-execute_process(COMMAND ${PROGRAM} ${ARGUMENTS}
+execute_process(COMMAND ${EMULATOR} ${PROGRAM} ${ARGUMENTS}
   WORKING_DIRECTORY ${DIRECTORY}
   INPUT_FILE /dev/null
   OUTPUT_FILE ${DIRECTORY}/${output}
@@ -23,7 +24,11 @@ if(NOT exitCode EQUAL 0)
   message(FATAL_ERROR "${PROGRAM} ended with ${exitCode} in ${DIRECTORY}:\n${diagnostics}")
 endif()
 
-execute_process(COMMAND ${PYTHON} ${COMPARE} ${CASE}/expected ${DIRECTORY}
+set(fromWindows)
+if(PROGRAM MATCHES "\\.exe$")
+  set(fromWindows --windows)
+endif()
+execute_process(COMMAND ${PYTHON} ${COMPARE} ${fromWindows} ${CASE}/expected ${DIRECTORY}
   OUTPUT_VARIABLE comparison
   ERROR_VARIABLE comparison
   RESULT_VARIABLE exitCode)

@@ -1,6 +1,7 @@
 #include "app/CutOffRuns.h"
 
 #include "app/UnfinishedFile.h"
+#include "platform/FilePath.h"
 
 #include <filesystem>
 #include <map>
@@ -147,7 +148,7 @@ std::string ClearCutOffRuns(const std::string& directory, const std::vector<std:
 {
     bool anyIsBack = false;
     std::size_t removed = 0;
-    for (const auto& [process, run] : LeftRuns(directory, sets)) {
+    for (const auto& [process, run] : LeftRuns(platform::PathOf(directory), sets)) {
         anyIsBack = PutBack(run) || anyIsBack;
         for (const LeftFile& file : run) {
             std::error_code error;

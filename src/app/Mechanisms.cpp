@@ -60,7 +60,7 @@ std::string NameOf(const ElementView& element)
 
 // What makes an element weak, and by how much: a share of what its neighbours have, or of what its sizes let expect.
 struct Weakness {
-    double share = 1.0;
+    double share = 0.1; // more does not stand out
     std::string text = "nothing about it stands out beside its neighbours";
 
     void Consider(double otherShare, const std::string& otherText)
@@ -69,6 +69,17 @@ struct Weakness {
             share = otherShare;
             text = otherText;
         }
+    }
+};
+
+struct LargestValues {
+    double E = 0.0;
+    double thickness = 0.0;
+
+    void Take(const ElementView& element)
+    {
+        E = std::max(E, element.E);
+        thickness = std::max(thickness, element.thickness);
     }
 };
 
@@ -98,7 +109,7 @@ struct Trace {
     ElementList giving;   // elements that the motion deforms
     Weakness weakest;     // of them, and whose it is
     std::string weakestElement;
-    double largestE = 0.0, largestThickness = 0.0; // of all elements around
+    LargestValues around; // of all elements at the nodes that take part
 
     double lowestEnergy = 0.0; // of an element
     std::string lowestElement;
@@ -190,11 +201,18 @@ template <class... Values> std::string Formatted(const char* format, Values... v
     return text;
 }
 
-Weakness WeaknessOf(const ModelStore& model, const ElementView& element, const Trace& trace)
+// Of an element: beside those around it, or else beside those of the whole model.
+Weakness WeaknessOf(const ModelStore& model, const ElementView& element, const LargestValues& around,
+                    const LargestValues& anywhere)
 {
     Weakness weakness;
-    weakness.Consider(element.E / trace.largestE,
-                      Formatted("its E=%g is next to nothing beside %g there", element.E, trace.largestE));
+    const auto compare = [&](const char* name, double value, double nearby, double elsewhere) {
+        const bool isNearby = value < weakness.share * nearby;
+        const double other = isNearby ? nearby : elsewhere;
+        weakness.Consider(value / other, Formatted("its %s%g is next to nothing beside %g %s", name, value, other,
+                                                   isNearby ? "there" : "elsewhere"));
+    };
+    compare("E=", element.E, around.E, anywhere.E);
     double shortest = 0.0, longest = 0.0;
     for (std::size_t i = 0; i < element.nodes.size(); ++i) {
         const int next = element.nodes[(i + 1) % element.nodes.size()];
@@ -207,9 +225,7 @@ Weakness WeaknessOf(const ModelStore& model, const ElementView& element, const T
         const std::string constants = Formatted("A=%g, I1=%g, I2=%g, J=%g", s.A, s.I1, s.I2, s.J);
         weakness.Consider(std::min({s.I1, s.I2, s.J}) / (s.A * longest * longest), "its section has " + constants);
     } else {
-        weakness.Consider(element.thickness / trace.largestThickness,
-                          Formatted("its thickness %g is next to nothing beside %g there", element.thickness,
-                                    trace.largestThickness));
+        compare("thickness ", element.thickness, around.thickness, anywhere.thickness);
         weakness.Consider(shortest / longest, Formatted("it is a needle, with sides from %g to %g", shortest, longest));
     }
     return weakness;
@@ -225,11 +241,12 @@ void TraceElements(const ModelStore& model, const SoftMotions& found, const std:
             return NodeShare(&found.motions[m].motion[i], &stiffness[i]) >= Noticeable * Noticeable * traces[m].largest;
         });
     };
+    LargestValues anywhere;
     VisitElements(model, [&](const ElementView& element) {
+        anywhere.Take(element);
         for (std::size_t m = 0; m < traces.size(); ++m) {
             if (isAround(element, m)) {
-                traces[m].largestE = std::max(traces[m].largestE, element.E);
-                traces[m].largestThickness = std::max(traces[m].largestThickness, element.thickness);
+                traces[m].around.Take(element);
             }
         }
     });
@@ -244,7 +261,7 @@ void TraceElements(const ModelStore& model, const SoftMotions& found, const std:
                 trace.attached.Add(element);
             }
             if (Deformation(model, element, u) > Noticeable) {
-                const Weakness weakness = WeaknessOf(model, element, trace);
+                const Weakness weakness = WeaknessOf(model, element, trace.around, anywhere);
                 if (trace.giving.count == 0 || weakness.share < trace.weakest.share) {
                     trace.weakest = weakness;
                     trace.weakestElement = NameOf(element);

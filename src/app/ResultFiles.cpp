@@ -3,6 +3,7 @@
 #include "app/CutOffRuns.h"
 #include "app/RunFailure.h"
 #include "core/Failure.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -17,11 +18,11 @@ ResultFiles::ResultFiles(const std::string& resultDirectory, const std::vector<s
     : directory(resultDirectory), names(fileNames)
 {
     std::error_code error;
-    std::filesystem::create_directories(directory, error);
+    std::filesystem::create_directories(platform::PathOf(directory), error);
     std::error_code notThere;
-    if (!std::filesystem::is_directory(directory, notThere)) {
+    if (!std::filesystem::is_directory(platform::PathOf(directory), notThere)) {
         throw RunFailure(ExitFile, directory + ": error: the directory for the results cannot be made: " +
-                                       (error ? error.message() : "a file of this name is in the way") +
+                                       (error ? platform::ReasonOf(error) : "a file of this name is in the way") +
                                        "\n"
                                        "  expected: a directory, or a place where one can be made\n"
                                        "  to do:    choose another directory with -o DIR");
@@ -38,7 +39,7 @@ ResultFiles::ResultFiles(const std::string& resultDirectory, const std::vector<s
     }
     std::vector<platform::FileToReplace> together;
     for (const std::string& name : names) {
-        const std::string path = (std::filesystem::path(directory) / name).string();
+        const std::string path = (platform::PathOf(directory) / platform::PathOf(name)).string();
         const UnfinishedFile& file = files.emplace_back(path, Bearers::AreReplaced);
         file.CheckName();
         together.push_back({file.Place(), NameBeside(path, EarlierSuffix), file.Target()});

@@ -7,6 +7,7 @@
 #include "output/DxfDrawing.h"
 #include "output/NodalDisplacementFile.h"
 #include "output/ShellStressFiles.h"
+#include "platform/FilePath.h"
 
 #include <cassert>
 #include <filesystem>
@@ -90,7 +91,7 @@ std::string WarningOfOtherFiles(const std::string& directory, const ResultFormat
         }
         for (const std::string& file : FilesOf(format)) {
             std::error_code ignored;
-            const std::filesystem::path path = std::filesystem::path(directory) / file;
+            const std::filesystem::path path = platform::PathOf(directory) / platform::PathOf(file);
             if (std::filesystem::is_regular_file(path, ignored)) {
                 there.insert(format);
                 files.push_back(path.string());

@@ -55,10 +55,11 @@ void WriteCsvs(const ModelStore& model, const std::vector<SupportReaction>& reac
     files.Write(CsvReactionsFileName, [&](Path path) { return WriteCsvReactions(rows, path); });
 }
 
+// Of a format that has "\n" on every system.
 FileResult WriteText(const std::string& text, Path path)
 {
     TextFile file;
-    if (file.Open(path)) {
+    if (file.Open(path, FileMode::Binary)) {
         file.Append(text);
     }
     return file.Close();

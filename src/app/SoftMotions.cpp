@@ -165,6 +165,41 @@ void MakeSparse(const std::vector<double>& weights, std::span<std::vector<double
     }
 }
 
+// Inverse iteration on `count` vectors; returns their λ, ascending. Those below SoftLimit have settled.
+std::vector<double> FindSmallest(SparseEngine& engine, const BlockMatrix& matrix, const std::vector<double>& weights,
+                                 std::size_t count, Vectors& block)
+{
+    const std::size_t n = weights.size();
+    block.assign(count, std::vector<double>(n));
+    FillAtRandom(block);
+    std::vector<double> lambdas(count, 1.0), together(count * n);
+    for (int step = 0; step < MostSteps; ++step) {
+        for (std::size_t j = 0; j < count; ++j) {
+            for (std::size_t k = 0; k < n; ++k) { together[n * j + k] = weights[k] * block[j][k]; }
+        }
+        engine.Solve(together.data(), static_cast<int>(count));
+        for (std::size_t j = 0; j < count; ++j) { std::copy_n(&together[n * j], n, block[j].begin()); }
+        Orthonormalise(weights, block);
+        const std::vector<double> before = std::exchange(lambdas, RayleighRitz(matrix, block));
+        bool isSettled = true;
+        for (std::size_t j = 0; j < count; ++j) {
+            const bool isTold = lambdas[j] < SoftLimit;
+            isSettled = isSettled &&
+                        (!isTold || std::fabs(lambdas[j] - before[j]) <= 1e-2 * std::fabs(lambdas[j]) + NoStiffness);
+        }
+        if (isSettled && step >= 2) {
+            break;
+        }
+    }
+    return lambdas;
+}
+
+std::size_t CountSoft(const std::vector<double>& lambdas)
+{
+    return static_cast<std::size_t>(
+        std::count_if(lambdas.begin(), lambdas.end(), [](double lambda) { return lambda < SoftLimit; }));
+}
+
 } // namespace
 
 SoftMotions FindSoftMotions(SparseEngine& engine, BlockMatrix& matrix, std::vector<double> weights)
@@ -176,31 +211,18 @@ SoftMotions FindSoftMotions(SparseEngine& engine, BlockMatrix& matrix, std::vect
     if (small < 0) {
         return found;
     }
-    const int wanted = std::clamp(small + 4, SmallestBlock, LargestBlock);
-    Vectors block(std::min<std::size_t>(static_cast<std::size_t>(wanted), weights.size()),
-                  std::vector<double>(weights.size()));
-    FillAtRandom(block);
-    std::vector<double> lambdas(block.size(), 1.0);
-    for (int step = 0; step < MostSteps; ++step) {
-        for (std::vector<double>& vector : block) {
-            for (std::size_t k = 0; k < vector.size(); ++k) { vector[k] *= weights[k]; }
-            engine.Solve(vector.data(), 1);
-        }
-        Orthonormalise(weights, block);
-        const std::vector<double> before = std::exchange(lambdas, RayleighRitz(matrix, block));
-        bool isSettled = true;
-        for (std::size_t j = 0; j < lambdas.size(); ++j) {
-            const bool isTold = lambdas[j] < SoftLimit;
-            isSettled = isSettled &&
-                        (!isTold || std::fabs(lambdas[j] - before[j]) <= 1e-2 * std::fabs(lambdas[j]) + NoStiffness);
-        }
-        if (isSettled && step >= 2) {
-            break;
-        }
+    // Small pivots may be fewer than soft motions: as long as all vectors have become soft ones, there may be more.
+    const std::size_t most = std::min<std::size_t>(LargestBlock, weights.size());
+    std::size_t count = std::min<std::size_t>(static_cast<std::size_t>(std::max(small + 4, SmallestBlock)), most);
+    Vectors block;
+    std::vector<double> lambdas = FindSmallest(engine, matrix, weights, count, block);
+    while (CountSoft(lambdas) == count && count < most) {
+        count = std::min(2 * count, most);
+        lambdas = FindSmallest(engine, matrix, weights, count, block);
     }
-    const auto told = std::count_if(lambdas.begin(), lambdas.end(), [](double lambda) { return lambda < SoftLimit; });
+    const std::size_t told = CountSoft(lambdas);
     found.mayBeMore = told == LargestBlock;
-    block.resize(static_cast<std::size_t>(told));
+    block.resize(told);
     if (block.empty()) {
         return found;
     }

@@ -25,6 +25,7 @@
 #include "output/NodalAveraging.h"
 #include "output/ResultCheck.h"
 #include "output/ShellStressRecovery.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 #include "solver/BandOrdering.h"
 #include "solver/NodeGraph.h"
@@ -196,10 +197,10 @@ void RequireModelApart(const std::string& modelFile, const std::string& director
                        const std::vector<std::string>& resultNames)
 {
     for (const std::string& name : resultNames) {
-        const std::filesystem::path result = std::filesystem::path(directory) / name;
+        const std::filesystem::path result = platform::PathOf(directory) / platform::PathOf(name);
         std::error_code notThere;
         if (!std::filesystem::is_symlink(result, notThere) &&
-            std::filesystem::equivalent(result, modelFile, notThere)) {
+            std::filesystem::equivalent(result, platform::PathOf(modelFile), notThere)) {
             throw RunFailure(ExitUsage, modelFile + ": error: the result file " + name +
                                             " would take the place of the model\n"
                                             "  expected: a model under a name that no result file has\n"
@@ -394,7 +395,7 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     report.fault = JoinedMessages(report.fault, placing.fault);
     report.expectedMemoryGigabytes = placing.memory.Peak() * GigabytesPerByte;
     std::error_code noFile; // a pipe has no size
-    const std::uintmax_t fileBytes = std::filesystem::file_size(modelFile, noFile);
+    const std::uintmax_t fileBytes = std::filesystem::file_size(platform::PathOf(modelFile), noFile);
     const double outside = ReadingSeconds(noFile ? 0 : fileBytes) + StressSeconds(model) +
                            BeamSectionSeconds(meshes.patches) +
                            WritingSeconds(model, meshes.patches, {ResultFormat::Text});

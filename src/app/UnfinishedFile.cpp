@@ -1,6 +1,7 @@
 #include "app/UnfinishedFile.h"
 
 #include "app/SolveDriver.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 
 #include <filesystem>
@@ -11,6 +12,7 @@ namespace tarnvexo {
 namespace {
 
 namespace fs = std::filesystem;
+using platform::PathOf;
 
 constexpr const char* WriteProtected = "the file of this name is write-protected";
 constexpr std::size_t LongestName = 255; // of a file, without its directory, on usual file systems
@@ -18,14 +20,15 @@ constexpr std::size_t LongestName = 255; // of a file, without its directory, on
 std::string LinksFollowed(const std::string& name)
 {
     std::error_code error;
-    const fs::path followed = fs::is_symlink(name, error) ? fs::weakly_canonical(name, error) : fs::path(name);
+    const fs::path path = PathOf(name);
+    const fs::path followed = fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
     return error ? name : followed.string();
 }
 
 bool IsPipeOrDevice(const std::string& path)
 {
     std::error_code ignored;
-    const fs::file_status status = fs::status(path, ignored);
+    const fs::file_status status = fs::status(PathOf(path), ignored);
     return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
 }
 
@@ -50,6 +53,9 @@ Advice AdviceOn(const std::string& reason)
     if (is(std::errc::no_space_on_device) || is(std::errc::file_too_large)) {
         return {"room for the file", "make room or name another place"};
     }
+    if (reason == platform::FileIsOpenElsewhere) {
+        return {"a file that no other program has open", "close it there, or name another place"};
+    }
     return {"a place that may be written to and has room", "make room or name another place"};
 }
 
@@ -58,12 +64,12 @@ Advice AdviceOn(const std::string& reason)
 std::string NameBeside(const std::string& target, const char* suffix)
 {
     const std::string own = "." + std::to_string(platform::ProcessId()) + suffix;
-    const fs::path path(target);
+    const fs::path path = PathOf(target);
     const std::string file = path.filename().string();
     if (file.size() + own.size() <= LongestName || file.size() > LongestName) {
         return target + own;
     }
-    return (path.parent_path() / (file.substr(own.size()) + own)).string();
+    return (path.parent_path() / PathOf(file.substr(own.size()) + own)).string();
 }
 
 UnfinishedFile::UnfinishedFile(const std::string& finalName, Bearers bearers) : name(finalName)
@@ -83,7 +89,7 @@ UnfinishedFile::~UnfinishedFile()
 {
     if (isThere) {
         std::error_code ignored;
-        fs::remove(place, ignored);
+        fs::remove(PathOf(place), ignored);
         platform::KeepOnInterrupt(place);
     }
 }
@@ -99,8 +105,8 @@ std::uint64_t UnfinishedFile::Write(const FileWriter& write)
 {
     if (place != target) {
         std::error_code ignored;
-        if (fs::is_symlink(place, ignored)) { // not of this program; it would lead elsewhere
-            fs::remove(place, ignored);
+        if (fs::is_symlink(PathOf(place), ignored)) { // not of this program; it would lead elsewhere
+            fs::remove(PathOf(place), ignored);
         }
         isThere = true;
         platform::RemoveOnInterrupt(place);
@@ -118,7 +124,7 @@ std::uint64_t UnfinishedFile::Write(const FileWriter& write)
 void UnfinishedFile::CheckName() const
 {
     std::error_code ignored;
-    if (fs::is_directory(fs::symlink_status(target, ignored))) {
+    if (fs::is_directory(fs::symlink_status(PathOf(target), ignored))) {
         Refuse(std::make_error_code(std::errc::is_a_directory).message());
     }
     if (platform::IsWriteProtected(target)) {
@@ -141,9 +147,9 @@ void UnfinishedFile::Commit()
     if (isThere) {
         CheckName();
         std::error_code error;
-        fs::rename(place, target, error);
+        fs::rename(PathOf(place), PathOf(target), error);
         if (error) {
-            Refuse(error.message());
+            Refuse(platform::ReasonOf(error));
         }
         HasTakenName();
     }

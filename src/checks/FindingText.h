@@ -10,11 +10,11 @@
 
 namespace tarnvexo {
 
-// Six significant digits.
+// Six significant digits; a zero has no sign.
 inline std::string ShortNumber(double value)
 {
     char text[2 * NumberTextCapacity];
-    return std::string(text, WriteNumber(text, value));
+    return std::string(text, WriteNumber(text, value == 0.0 ? 0.0 : value));
 }
 
 // "1 shell", "12 shells".

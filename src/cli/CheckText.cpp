@@ -1,6 +1,7 @@
 #include "cli/CheckText.h"
 
 #include "app/ModelFindings.h"
+#include "checks/FindingText.h"
 #include "cli/ReportPhrases.h"
 #include "cli/TextPage.h"
 

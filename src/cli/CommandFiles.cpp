@@ -3,6 +3,7 @@
 #include "app/AssemblyDriver.h"
 #include "app/SolveDriver.h"
 #include "app/UnfinishedFile.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 
 #include <cerrno>
@@ -16,12 +17,7 @@ namespace tarnvexo {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Paths are UTF-8 here; the system may want them otherwise.
-fs::path PathOf(const std::string& text)
-{
-    return fs::path(std::u8string(text.begin(), text.end()));
-}
+using platform::PathOf;
 
 } // namespace
 
@@ -70,7 +66,7 @@ void WriteTextFile(const std::string& file, const std::string& text)
 {
     WriteWhole(file, [&](const std::string& path) {
         TextFile stream;
-        stream.Open(path);
+        stream.Open(path, FileMode::Binary);
         stream.Append(text);
         return stream.Close();
     });
@@ -81,7 +77,7 @@ void WriteBytes(const std::string& file, std::string_view bytes)
     WriteWhole(file, [&](const std::string& path) {
         FileResult result;
         result.path = path;
-        std::FILE* const stream = std::fopen(path.c_str(), "wb");
+        std::FILE* const stream = platform::OpenFile(path.c_str(), "wb");
         if (stream == nullptr) {
             result.outcome = FileOutcome::NotCreated;
             result.reason = std::strerror(errno);

@@ -14,7 +14,8 @@ std::string ModelFileOf(const std::string& model);
 // Fails early, before a long run, when the directory that a file is to stand in does not exist.
 void RequireDirectoryOf(const std::string& file);
 
-// Writes a text into a file, in place of what was there once it is complete.
+// Writes a text of a format that has "\n" on every system (JSON, HTML) into a file, in place of what was there once it
+// is complete.
 void WriteTextFile(const std::string& file, const std::string& text);
 
 // Writes bytes that are no text into a file, in the same way.

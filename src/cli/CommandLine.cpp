@@ -6,6 +6,7 @@
 #include "cli/CommandFailure.h"
 #include "cli/CommandFiles.h"
 #include "cli/CommandParser.h"
+#include "cli/DroppedModel.h"
 #include "cli/PictureCommand.h"
 #include "cli/RefineCommand.h"
 #include "cli/RenumberCommand.h"
@@ -17,8 +18,10 @@
 #include "solver/SparseEngine.h"
 #include "view/ResultPage.h"
 
-#include <cstdio>
 #include <new>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace tarnvexo {
 
@@ -76,7 +79,7 @@ int Run(const PictureCommand& command)
 int Run(const MessageCommand& message)
 {
     WriteOutput(message.output);
-    std::fputs(message.error.c_str(), stderr);
+    platform::WriteErrorOutput(message.error);
     return message.exitCode;
 }
 
@@ -84,13 +87,16 @@ int Run(const MessageCommand& message)
 
 int RunCommandLine(int argc, char** argv)
 {
-    if (argc < 2) {
+    std::vector<std::string> words = platform::CommandLineWords(argc, argv);
+    if (words.empty()) {
         return RunConsoleWithinMemory();
+    }
+    if (words.size() == 1 && platform::HasOwnConsole() && platform::FileExists(words.front().c_str())) {
+        words = CommandForDroppedModel(words.front());
     }
     platform::MakeStreamFaultsErrors();
     return RunReportingFailures([&] {
-        const Command command =
-            ParseCommandLine({argv + 1, argv + argc}, [] { return VersionText(DescribeEngines()); });
+        const Command command = ParseCommandLine(words, [] { return VersionText(DescribeEngines()); });
         return std::visit([](const auto& one) { return Run(one); }, command);
     });
 }

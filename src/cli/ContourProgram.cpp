@@ -8,7 +8,6 @@
 #include "platform/Platform.h"
 #include "view/ResultPage.h"
 
-#include <cstdio>
 #include <string>
 #include <variant>
 #include <vector>
@@ -31,18 +30,19 @@ std::string UsualDirectory()
 int RunContourProgram(int argc, char** argv)
 {
     platform::MakeStreamFaultsErrors();
+    const std::vector<std::string> given = platform::CommandLineWords(argc, argv);
     return RunReportingFailures([&] {
         std::vector<std::string> words = {"view", "--quiet"};
-        words.insert(words.end(), argv + 1, argv + argc);
+        words.insert(words.end(), given.begin(), given.end());
         Command command = ParseCommandLine(words, [] { return std::string(); });
         if (const auto* message = std::get_if<MessageCommand>(&command)) {
-            std::fputs((message->output + message->error).c_str(), stderr);
+            platform::WriteErrorOutput(message->output + message->error);
             return message->exitCode;
         }
         auto& view = std::get<ViewCommand>(command);
         view.alwaysFile = true; // nobody would be there to serve it
         view.tell = false;
-        if (argc < 2) {
+        if (given.empty()) {
             view.result = UsualDirectory();
         }
         return RunViewCommand(view, ViewerPageText());

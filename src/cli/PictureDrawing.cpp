@@ -5,12 +5,12 @@
 #include "cli/ViewCommand.h"
 #include "core/Failure.h"
 #include "platform/Browser.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 #include "view/PageServer.h"
 #include "view/ResultPage.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -49,7 +49,7 @@ public:
     void Remove() const
     {
         std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
+        std::filesystem::remove_all(platform::PathOf(path), ignored);
     }
     const std::string& Path() const { return path; }
 
@@ -79,7 +79,7 @@ std::vector<std::string> BrowserWords(const std::string& browser, const std::str
 std::string LastLines(const std::string& file)
 {
     constexpr std::size_t most = 400;
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(platform::PathOf(file), std::ios::binary);
     std::string text(std::istreambuf_iterator<char>(stream), {});
     while (text.ends_with('\n')) { text.pop_back(); }
     if (text.size() > most) {
@@ -176,8 +176,8 @@ std::string Draw(const PictureRequest& request, const std::string& page, const s
 
 std::string FindPictureBrowser()
 {
-    const char* const named = std::getenv(BrowserVariable);
-    const bool isNamed = named != nullptr && *named != '\0';
+    const std::string named = platform::EnvironmentValue(BrowserVariable);
+    const bool isNamed = !named.empty();
     const std::string browser = platform::FindProgram(
         isNamed ? std::vector<std::string>{named}
                 : std::vector<std::string>{"chromium", "chromium-browser", "google-chrome", "chrome", "msedge"});
@@ -186,7 +186,7 @@ std::string FindPictureBrowser()
     }
     throw RunFailure(ExitFile,
                      std::string("tarnvexo picture: error: ") +
-                         (isNamed ? "there is no program \"" + std::string(named) + "\", which TARNVEXO_BROWSER names"
+                         (isNamed ? "there is no program \"" + named + "\", which TARNVEXO_BROWSER names"
                                   : "there is no browser that draws the picture") +
                          "\n  expected: chromium, chromium-browser or google-chrome along the search path"
                          "\n  to do:    install one (apt install chromium), or set TARNVEXO_BROWSER to its path");

@@ -52,13 +52,7 @@ ProgressDisplay::ProgressDisplay(ProgressStyle style, Destination destination)
 {
 }
 
-ProgressDisplay::ProgressDisplay(ProgressStyle style)
-    : ProgressDisplay(style, [](std::string_view text) {
-          std::fwrite(text.data(), 1, text.size(), stderr);
-          std::fflush(stderr);
-      })
-{
-}
+ProgressDisplay::ProgressDisplay(ProgressStyle style) : ProgressDisplay(style, platform::WriteErrorOutput) {}
 
 ProgressDisplay::~ProgressDisplay()
 {

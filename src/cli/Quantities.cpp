@@ -60,11 +60,6 @@ std::string NumberText(double value)
     return std::string(text, WriteNumber(text, value == 0.0 ? 0.0 : value));
 }
 
-std::string PlaceText(const Vector3& place)
-{
-    return "(" + NumberText(place[0]) + ", " + NumberText(place[1]) + ", " + NumberText(place[2]) + ")";
-}
-
 std::string DurationText(double seconds)
 {
     if (!(seconds < 59.95)) {

@@ -2,8 +2,6 @@
 // Numbers with their units as people read them, shared by report, progress display and summaries.
 #pragma once
 
-#include "core/Vector3.h"
-
 #include <cstdint>
 #include <string>
 
@@ -30,9 +28,6 @@ const UnitTexts& TextsOfUnits(UnitSystem units);
 
 // Six significant digits, as in the result files; a zero has no sign.
 std::string NumberText(double value);
-
-// "(1, 2, 3)"
-std::string PlaceText(const Vector3& place);
 
 // 0.42 s, 12.3 s, 4 min 05 s, 2 h 07 min
 std::string DurationText(double seconds);

@@ -9,6 +9,7 @@
 #include "cli/ReportText.h"
 #include "core/Failure.h"
 #include "core/Parallel.h"
+#include "platform/FilePath.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -32,7 +33,9 @@ bool IsSameFile(const std::string& one, const std::string& other)
 {
     namespace fs = std::filesystem;
     std::error_code unknown;
-    const auto placeOf = [&](const std::string& name) { return fs::weakly_canonical(fs::absolute(name), unknown); };
+    const auto placeOf = [&](const std::string& name) {
+        return fs::weakly_canonical(fs::absolute(platform::PathOf(name)), unknown);
+    };
     const fs::path place = placeOf(one);
     return place == placeOf(other) && !unknown;
 }
@@ -106,7 +109,7 @@ int RunSolveCommand(const SolveCommand& command, const SolveProcedure& solve, co
     options.jsonText = [&](const SolveReport& report) { return SolveReportJson(report, command.units); };
     std::vector<std::string> others;
     for (const std::string& name : FilesOf(options.formats)) {
-        others.push_back((std::filesystem::path(options.outputDirectory) / name).string());
+        others.push_back((platform::PathOf(options.outputDirectory) / platform::PathOf(name)).string());
     }
     RequirePlaceOfReport(command.jsonFile, "--json", options.modelFile, others);
     if (IsFile(command.jsonFile)) {

@@ -1,5 +1,6 @@
 #include "cli/ReportPhrases.h"
 
+#include "checks/FindingText.h"
 #include "cli/ReportFigures.h"
 
 #include <cmath>

@@ -1,6 +1,7 @@
 #include "cli/ReportText.h"
 
 #include "app/ResultChecks.h"
+#include "checks/FindingText.h"
 #include "cli/CheckText.h"
 #include "cli/HtmlPage.h"
 #include "cli/ReportFigures.h"

@@ -8,6 +8,7 @@
 #include "cli/CommandFiles.h"
 #include "output/ContourFile.h"
 #include "output/ShellStressFiles.h"
+#include "platform/FilePath.h"
 #include "view/Gzip.h"
 
 #include <algorithm>
@@ -23,32 +24,33 @@ namespace tarnvexo {
 namespace {
 
 namespace fs = std::filesystem;
+using platform::PathOf;
 
 std::string Beside(const std::string& file, const char* name)
 {
-    return (fs::path(file).parent_path() / name).string();
+    return (PathOf(file).parent_path() / PathOf(name)).string();
 }
 
 bool IsThere(const std::string& file)
 {
     std::error_code ignored;
-    return fs::exists(file, ignored);
+    return fs::exists(PathOf(file), ignored);
 }
 
 std::string ContourFileOf(const std::string& result)
 {
     std::error_code ignored;
-    if (!fs::exists(result, ignored)) {
+    if (!fs::exists(PathOf(result), ignored)) {
         throw RunFailure(ExitFile, result +
                                        ": error: there is no such file or directory\n"
                                        "  expected: a directory with results, or their " +
                                        ContourFileName + "\n  to do:    correct the path");
     }
-    if (!fs::is_directory(result, ignored)) {
+    if (!fs::is_directory(PathOf(result), ignored)) {
         return result;
     }
-    const std::string file = (fs::path(result) / ContourFileName).string();
-    if (!fs::exists(file, ignored)) {
+    const std::string file = (PathOf(result) / ContourFileName).string();
+    if (!fs::exists(PathOf(file), ignored)) {
         throw RunFailure(ExitFile, result + ": error: this directory holds no results: there is no " + ContourFileName +
                                        "\n  expected: a directory that tarnvexo solve or the console run has written "
                                        "into\n  to do:    solve the model first, tarnvexo solve MODEL -o DIR, or name "
@@ -206,7 +208,7 @@ void AddModel(ResultParts& parts, const ResultSource& source, const std::string&
 std::string TitleOf(const std::string& contourFile)
 {
     std::error_code ignored;
-    const fs::path path = fs::weakly_canonical(contourFile, ignored);
+    const fs::path path = fs::weakly_canonical(PathOf(contourFile), ignored);
     const bool hasUsualName = path.filename() == ContourFileName && path.has_parent_path();
     return (hasUsualName ? path.parent_path().filename() : path.filename()).string();
 }

@@ -7,6 +7,7 @@
 #include "cli/ResultLoading.h"
 #include "core/Failure.h"
 #include "platform/Browser.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 #include "view/ResultPage.h"
 
@@ -46,9 +47,9 @@ std::string NewPageFile()
     std::error_code error;
     if (!directory.empty()) {
         directory += "/tarnvexo";
-        fs::create_directories(directory, error);
+        fs::create_directories(platform::PathOf(directory), error);
         platform::MakePrivate(directory);
-        RemoveOldPages(directory);
+        RemoveOldPages(platform::PathOf(directory));
     }
     if (directory.empty() || error) {
         std::string reason;
@@ -123,7 +124,7 @@ std::string FileAddress(const std::string& file)
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/:";
     constexpr char digits[] = "0123456789ABCDEF";
     std::error_code ignored;
-    const std::u8string path = fs::absolute(file, ignored).lexically_normal().generic_u8string();
+    const std::u8string path = fs::absolute(platform::PathOf(file), ignored).lexically_normal().generic_u8string();
     std::string address = path.starts_with(u8"/") ? "file://" : "file:///";
     for (const char8_t byte : path) {
         if (plain.find(static_cast<char>(byte)) != std::string_view::npos) {

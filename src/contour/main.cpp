@@ -1,6 +1,11 @@
 #include "cli/ContourProgram.h"
+#include "platform/Platform.h"
 
 int main(int argumentCount, char* arguments[])
 {
-    return tarnvexo::RunContourProgram(argumentCount, arguments);
+    const int exitCode = tarnvexo::RunContourProgram(argumentCount, arguments);
+    if (exitCode != 0) { // a window that goes with the program shows why
+        tarnvexo::platform::PauseInOwnConsole();
+    }
+    return exitCode;
 }

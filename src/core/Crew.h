@@ -10,30 +10,44 @@
 //     });
 #pragma once
 
+#include "platform/AddressWait.h"
+
 #include <atomic>
-#include <barrier>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 
 namespace tarnvexo {
 
 class Crew {
 public:
-    explicit Crew(int size) : barrier(size, StartAgain{this}) {}
+    explicit Crew(int size) : size(size) {}
 
-    // A member that there is no thread for.
-    void GoWithoutOne() { barrier.arrive_and_drop(); }
+    // There is no thread for a member. To be called by another one before it has come to its first meeting: nobody has
+    // gone on yet.
+    void GoWithoutOne() { --size; }
 
 private:
     friend class CrewMember;
 
-    struct StartAgain {
-        Crew* crew;
-        void operator()() noexcept { crew->next.store(0, std::memory_order_relaxed); }
-    };
+    // Returns when all members have come; the last one makes ready for the next loop.
+    void Meet()
+    {
+        const std::uint32_t loop = loops.load(std::memory_order_relaxed);
+        if (arrived.fetch_add(1, std::memory_order_acq_rel) + 1 == size) {
+            arrived.store(0, std::memory_order_relaxed);
+            next.store(0, std::memory_order_relaxed);
+            loops.store(loop + 1, std::memory_order_release);
+            platform::WakeWaiting(loops);
+        } else {
+            platform::WaitWhileEqual(loops, loop);
+        }
+    }
 
+    std::atomic<int> size;
     std::atomic<std::size_t> next = 0; // index of the loop at hand that nobody has taken yet
-    std::barrier<StartAgain> barrier;
+    std::atomic<int> arrived = 0;      // members that are done with it
+    std::atomic<std::uint32_t> loops = 0;
 };
 
 class CrewMember {
@@ -54,7 +68,7 @@ public:
             return;
         }
         for (std::size_t index = crew->next++; index < count; index = crew->next++) { work(index); }
-        crew->barrier.arrive_and_wait();
+        crew->Meet();
     }
 
     // work() by one member while the others wait.

@@ -3,7 +3,6 @@
 #include "core/Console.h"
 #include "platform/Platform.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace tarnvexo {
@@ -25,7 +24,7 @@ void FailWithKey(const char* message)
 void FailWithDiagnostic(const char* text)
 {
     FlushConsole();
-    std::fprintf(stderr, "%s\n", text);
+    platform::WriteErrorOutput(std::string(text) + "\n");
     std::exit(1);
 }
 
@@ -33,7 +32,7 @@ void Warn(const std::string& text)
 {
     if (!text.empty()) {
         FlushConsole();
-        std::fprintf(stderr, "%s\n", text.c_str());
+        platform::WriteErrorOutput(text + "\n");
     }
 }
 

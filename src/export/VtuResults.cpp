@@ -116,7 +116,7 @@ void SetShellCells(VtuGrid& grid, const ShellPoints& shells)
 FileResult WriteVtuBlocks(const std::string& path)
 {
     TextFile file;
-    if (!file.Open(path)) {
+    if (!file.Open(path, FileMode::Binary)) {
         return file.Close();
     }
     TextWriter& text = file.Text();

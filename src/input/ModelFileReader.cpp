@@ -11,7 +11,6 @@
 #include "platform/Platform.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 namespace tarnvexo {
@@ -461,7 +460,7 @@ void ReadModelFile(ModelStore& model, const char* fileName)
         FailWithPause(messages::PreprocessorFileError);
     }
     const ModelReading reading = ReadModelText(model, file.Bytes(), fileName);
-    std::fputs(reading.warnings.c_str(), stderr);
+    platform::WriteErrorOutput(reading.warnings);
     switch (reading.end) {
     case ModelReading::End::Complete:
         return;

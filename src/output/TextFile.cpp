@@ -1,7 +1,9 @@
 #include "output/TextFile.h"
 
 #include "core/Failure.h"
+#include "platform/Platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -46,7 +48,8 @@ bool TextFile::Open(const std::string& path, FileMode mode)
     Close();
     result = {};
     result.path = path;
-    file = std::fopen(path.c_str(), mode == FileMode::Text ? "w" : "wb");
+    lineEnd = mode == FileMode::Text ? platform::BytesOfLineEnd() : 1;
+    file = platform::OpenFile(path.c_str(), mode == FileMode::Text ? "w" : "wb");
     if (file == nullptr) {
         result.outcome = FileOutcome::NotCreated;
         result.reason = std::strerror(errno);
@@ -83,6 +86,10 @@ void TextFile::Write(std::string_view text)
     }
     const std::size_t taken = std::fwrite(text.data(), 1, text.size(), file);
     result.bytes += taken;
+    if (lineEnd > 1) {
+        const std::size_t lines = static_cast<std::size_t>(std::count(text.begin(), text.begin() + taken, '\n'));
+        result.bytes += lines * (lineEnd - 1);
+    }
     if (taken != text.size()) {
         Fail(errno);
     }

@@ -28,7 +28,7 @@ enum class FileOutcome {
 // What became of a result file.
 struct FileResult {
     FileOutcome outcome = FileOutcome::Written;
-    std::uint64_t bytes = 0; // taken by the system, a line end counted as one
+    std::uint64_t bytes = 0; // taken by the system, line ends as they stand in the file
     std::string path;
     std::string reason; // of the system, why it is not written
 };
@@ -68,6 +68,7 @@ private:
     void Fail(int error);
 
     std::FILE* file = nullptr;
+    std::size_t lineEnd = 1; // bytes
     FileResult result;
     TextWriter writer;
 };

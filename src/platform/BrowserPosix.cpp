@@ -1,4 +1,5 @@
 #include "platform/Browser.h"
+#include "platform/Platform.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -25,13 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::chrono::milliseconds Pause(20);
-
-std::string Environment(const char* name)
-{
-    const char* const value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
+constexpr std::chrono::milliseconds PollStep(20);
 
 bool IsProgram(const std::string& path)
 {
@@ -83,7 +78,8 @@ pid_t StartInSession(const std::vector<std::string>& words, const char* outputFi
 
 bool OpenInBrowser(const std::string& address, std::string& reason)
 {
-    if (Environment("DISPLAY").empty() && Environment("WAYLAND_DISPLAY").empty() && Environment("BROWSER").empty()) {
+    if (EnvironmentValue("DISPLAY").empty() && EnvironmentValue("WAYLAND_DISPLAY").empty() &&
+        EnvironmentValue("BROWSER").empty()) {
         reason = "there is no display (DISPLAY and WAYLAND_DISPLAY are not set)";
         return false;
     }
@@ -103,7 +99,7 @@ bool OpenInBrowser(const std::string& address, std::string& reason)
     int status = 0;
     pid_t ended = 0;
     while ((ended = waitpid(child, &status, WNOHANG)) == 0 && std::chrono::steady_clock::now() - begin < patience) {
-        std::this_thread::sleep_for(Pause);
+        std::this_thread::sleep_for(PollStep);
     }
     if (ended == child && !(WIFEXITED(status) && WEXITSTATUS(status) == 0)) {
         reason = "xdg-open found no browser that opens it";
@@ -114,11 +110,11 @@ bool OpenInBrowser(const std::string& address, std::string& reason)
 
 std::string UserCacheDirectory()
 {
-    const std::string cache = Environment("XDG_CACHE_HOME");
+    const std::string cache = EnvironmentValue("XDG_CACHE_HOME");
     if (cache.starts_with("/")) { // others are to be ignored, says the XDG base directories
         return cache;
     }
-    const std::string home = Environment("HOME");
+    const std::string home = EnvironmentValue("HOME");
     return home.starts_with("/") ? home + "/.cache" : "";
 }
 
@@ -155,7 +151,7 @@ std::string FindProgram(const std::vector<std::string>& names)
             }
             continue;
         }
-        const std::string path = Environment("PATH");
+        const std::string path = EnvironmentValue("PATH");
         for (std::size_t begin = 0; !name.empty() && begin <= path.size();) {
             const std::size_t end = std::min(path.find(':', begin), path.size());
             const std::string directory = path.substr(begin, end - begin);

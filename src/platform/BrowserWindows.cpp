@@ -1,15 +1,9 @@
 #include "platform/Browser.h"
+#include "platform/FilePath.h"
+#include "platform/Platform.h"
+#include "platform/WindowsText.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#define WIN32_LEAN_AND_MEAN
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <system_error>
-#include <windows.h>
-// After windows.h, which it needs.
 #include <shellapi.h>
 
 namespace tarnvexo::platform {
@@ -17,22 +11,6 @@ namespace tarnvexo::platform {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::wstring Wide(const std::string& text)
-{
-    return fs::path(std::u8string(text.begin(), text.end())).wstring();
-}
-
-std::string Utf8(const std::wstring& wide)
-{
-    const std::u8string text = fs::path(wide).u8string();
-    return {text.begin(), text.end()};
-}
-
-std::string SystemReason()
-{
-    return "system error " + std::to_string(GetLastError());
-}
 
 // As the started program takes its command line apart again: a quotation mark and the backslashes before it are marked
 // by backslashes.
@@ -69,8 +47,7 @@ bool OpenInBrowser(const std::string& address, std::string& reason)
 
 std::string UserCacheDirectory()
 {
-    const wchar_t* const directory = _wgetenv(L"LOCALAPPDATA");
-    return directory == nullptr ? "" : Utf8(directory);
+    return EnvironmentValue("LOCALAPPDATA");
 }
 
 // The directory of temporary files is the user's own.
@@ -83,7 +60,7 @@ std::string MakePrivateDirectory(const std::string& prefix, std::string& reason)
     const std::string own = std::to_string(GetCurrentProcessId()) + "-" + std::to_string(count.QuadPart);
     const fs::path path = temporary / Wide(prefix + own);
     if (error || !fs::create_directory(path, error)) {
-        reason = error.message();
+        reason = ReasonOf(error);
         return "";
     }
     return Utf8(path.wstring());
@@ -159,7 +136,7 @@ ChildProgram::ChildProgram(const std::vector<std::string>& words, const std::str
         CloseHandle(started.hThread);
         process->process = started.hProcess;
     } else {
-        reason = SystemReason();
+        reason = ReasonOfSystemError(GetLastError());
     }
     CloseHandle(input);
     CloseHandle(output);

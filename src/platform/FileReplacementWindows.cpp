@@ -1,24 +1,12 @@
 #include "platform/FileReplacement.h"
+#include "platform/Platform.h"
+#include "platform/WindowsText.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#define WIN32_LEAN_AND_MEAN
-#include <system_error>
 #include <utility>
-#include <windows.h>
 
 namespace tarnvexo::platform {
 
 namespace {
-
-std::wstring Wide(const std::string& text)
-{
-    const int bytes = static_cast<int>(text.size());
-    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0)), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, wide.data(), static_cast<int>(wide.size()));
-    return wide;
-}
 
 bool Exists(const std::string& path)
 {
@@ -38,14 +26,15 @@ DWORD Move(const std::string& from, const std::string& to)
                : GetLastError();
 }
 
-// From any point of the steps back to their begin: a new file that is not at its place has taken its name.
+// From any point of the steps back to their begin: a new file that is not at its place has taken its name. A directory
+// has not been moved aside: it was there before.
 void MoveBack(const std::vector<FileToReplace>& files)
 {
     for (const FileToReplace& file : files) {
         if (!Exists(file.unfinished)) {
             Move(file.target, file.unfinished);
         }
-        if (Exists(file.earlier)) {
+        if (Exists(file.earlier) && !IsDirectory(file.earlier)) {
             Move(file.earlier, file.target);
         }
     }
@@ -63,7 +52,8 @@ FileReplacement::~FileReplacement()
 std::optional<FileReplacement::Refusal> FileReplacement::Commit()
 {
     const auto refusal = [](std::size_t file, DWORD error) {
-        return Refusal{file, std::system_category().message(static_cast<int>(error))};
+        const bool isOpen = error == ERROR_SHARING_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+        return Refusal{file, isOpen ? FileIsOpenElsewhere : ReasonOfSystemError(error)};
     };
     const auto refuse = [&](std::size_t file, DWORD error) {
         MoveBack(files);
@@ -74,7 +64,7 @@ std::optional<FileReplacement::Refusal> FileReplacement::Commit()
             return refusal(i, ERROR_FILE_NOT_FOUND);
         }
         if (IsDirectory(files[i].target)) {
-            return refusal(i, ERROR_DIRECTORY);
+            return Refusal{i, std::make_error_code(std::errc::is_a_directory).message()};
         }
     }
     for (std::size_t i = 0; i < files.size(); ++i) {

@@ -5,9 +5,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnvexo::platform {
 
@@ -15,6 +17,16 @@ namespace tarnvexo::platform {
 // POSIX: "[Warning!] <text>" and "Press Enter to continue . . ." on standard error, then one line of standard input is
 // read; at end of file it goes on.
 void ShowWarningBox(const char* text);
+
+// What stands on the command line behind the name of the program, from the arguments of main.
+std::vector<std::string> CommandLineWords(int argc, char** argv);
+
+// True when the program got a console window of its own, which closes with it: it was started by a double click, or a
+// file was dropped onto it. Never on POSIX systems.
+bool HasOwnConsole();
+
+// The console's "pause" command, for the end of a program that has its own console and has not waited for a key yet.
+void PauseInOwnConsole();
 
 // The console's "pause" command: "Press any key to continue . . . " on standard output, then one character of standard
 // input; at end of file it goes on.
@@ -29,6 +41,12 @@ std::int64_t PerformanceCounter();
 
 // True when the path names something that exists (it need not be readable).
 bool FileExists(const char* path);
+
+// std::fopen for a name in UTF-8.
+std::FILE* OpenFile(const char* path, const char* mode);
+
+// Bytes that "\n" becomes in a file that is written as text.
+std::size_t BytesOfLineEnd();
 
 // The bytes of a file as memory, without a copy, while the object lives. Meant for files that are read at once: bytes
 // of a file that is made shorter meanwhile cannot be read any more, which ends the process.
@@ -63,6 +81,9 @@ void WriteStandardOutput(std::string_view text);
 
 // Writes text to standard output as UTF-8, whatever standard output is. False, with errno, when it cannot.
 bool WriteUtf8Output(std::string_view text);
+
+// Writes text to standard error as UTF-8, to a console window as what it shows. What cannot be written is lost.
+void WriteErrorOutput(std::string_view text);
 
 // True when standard error is a terminal whose lines can be rewritten in place ("\r", "\x1b[K").
 bool ErrorLinesCanBeRewritten();
@@ -132,9 +153,15 @@ struct InterruptEnding {
 };
 void EndOnInterrupt(InterruptEnding ending);
 
-// Sets a variable of the process's environment; the first one unless it is set already.
+// A variable of the process's environment; empty: it is not set.
+std::string EnvironmentValue(const char* name);
+
+// Sets one; the first of them unless it is set already.
 void SetEnvironmentDefault(const char* name, const char* value);
 void SetEnvironment(const char* name, const char* value);
+
+// The reason of an operation that another program is in the way of (Windows).
+constexpr const char* FileIsOpenElsewhere = "another program has this file open";
 
 // Loads a library of the program's own, found beside it or where it was installed; nullptr, and the system's reason,
 // when that fails; throws std::bad_alloc when memory is too short for it. It stays loaded. PluginSymbol: address of one

@@ -190,6 +190,18 @@ void ShowWarningBox(const char* text)
     }
 }
 
+std::vector<std::string> CommandLineWords(int argc, char** argv)
+{
+    return argc < 2 ? std::vector<std::string>() : std::vector<std::string>(argv + 1, argv + argc);
+}
+
+bool HasOwnConsole()
+{
+    return false;
+}
+
+void PauseInOwnConsole() {}
+
 void Pause()
 {
     WriteStandardOutput("Press any key to continue . . . ");
@@ -215,6 +227,16 @@ std::int64_t PerformanceCounter()
 bool FileExists(const char* path)
 {
     return access(path, F_OK) == 0;
+}
+
+std::FILE* OpenFile(const char* path, const char* mode)
+{
+    return std::fopen(path, mode);
+}
+
+std::size_t BytesOfLineEnd()
+{
+    return 1;
 }
 
 MappedFile::MappedFile(const char* path)
@@ -297,6 +319,11 @@ void WriteStandardOutput(std::string_view text)
 bool WriteUtf8Output(std::string_view text)
 {
     return WriteAll(STDOUT_FILENO, text);
+}
+
+void WriteErrorOutput(std::string_view text)
+{
+    std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
 bool ErrorLinesCanBeRewritten()
@@ -471,6 +498,12 @@ void ExitOnInterrupt()
     }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr); // threads that are started from now on inherit it
     std::thread(EndWhenInterrupted, signals).detach();
+}
+
+std::string EnvironmentValue(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
 }
 
 void SetEnvironmentDefault(const char* name, const char* value)

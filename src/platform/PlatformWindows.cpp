@@ -1,20 +1,17 @@
 #include "platform/InterruptionState.h"
 #include "platform/Platform.h"
+#include "platform/WindowsText.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#define WIN32_LEAN_AND_MEAN
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <io.h>
 #include <mutex>
-#include <string>
-#include <utility>
-#include <vector>
-#include <windows.h>
-// After windows.h, which it needs.
 #include <psapi.h>
+#include <shellapi.h>
+#include <string>
+#include <vector>
 
 namespace tarnvexo::platform {
 
@@ -22,51 +19,92 @@ namespace {
 
 constexpr UINT GbkCodePage = 936;
 
-std::wstring Utf8ToWide(std::string_view text)
-{
-    if (text.empty()) {
-        return {};
-    }
-    const int bytes = static_cast<int>(text.size());
-    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0)), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, wide.data(), static_cast<int>(wide.size()));
-    return wide;
-}
+bool keyHasBeenAwaited = false;
 
-// A character that GBK lacks becomes "?".
-std::string WideToGbk(const std::wstring& wide)
+bool IsConsole(DWORD stream)
 {
-    const int units = static_cast<int>(wide.size());
-    const int bytes = WideCharToMultiByte(GbkCodePage, 0, wide.data(), units, nullptr, 0, "?", nullptr);
-    std::string gbk(static_cast<std::size_t>(bytes), '\0');
-    WideCharToMultiByte(GbkCodePage, 0, wide.data(), units, gbk.data(), bytes, "?", nullptr);
-    return gbk;
-}
-
-// False when standard output is no console window. A window shows every character, whatever its code page.
-bool WriteToConsoleWindow(const std::wstring& wide)
-{
-    const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
     DWORD mode = 0;
-    DWORD written = 0;
-    return GetConsoleMode(console, &mode) &&
-           WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+    return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
+}
+
+// False when the stream is no console window. A window shows every character, whatever its code page.
+bool WriteToConsoleWindow(DWORD stream, std::wstring_view wide)
+{
+    constexpr std::size_t most = 8192; // units that older systems take at once
+    if (!IsConsole(stream)) {
+        return false;
+    }
+    while (!wide.empty()) {
+        std::size_t size = std::min(wide.size(), most);
+        if (size < wide.size() && IS_HIGH_SURROGATE(wide[size - 1])) {
+            --size;
+        }
+        DWORD written = 0;
+        if (!WriteConsoleW(GetStdHandle(stream), wide.data(), static_cast<DWORD>(size), &written, nullptr) ||
+            written == 0) {
+            return false;
+        }
+        wide.remove_prefix(written);
+    }
+    return true;
+}
+
+// Erases the line of the cursor, which then stands at its begin. False where there is no console window.
+bool EraseLine(DWORD stream)
+{
+    const HANDLE console = GetStdHandle(stream);
+    CONSOLE_SCREEN_BUFFER_INFO screen = {};
+    if (!GetConsoleScreenBufferInfo(console, &screen)) {
+        return false;
+    }
+    const COORD begin = {0, screen.dwCursorPosition.Y};
+    DWORD erased = 0;
+    FillConsoleOutputCharacterW(console, L' ', static_cast<DWORD>(screen.dwSize.X), begin, &erased);
+    return SetConsoleCursorPosition(console, begin) != 0;
 }
 
 } // namespace
 
+std::vector<std::string> CommandLineWords(int, char**)
+{
+    int count = 0;
+    wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> words;
+    for (int i = 1; i < count; ++i) { words.push_back(Utf8(wide[i])); }
+    LocalFree(wide);
+    return words;
+}
+
+// A console that this process alone is attached to. Programs that start this one without a window get one too, but
+// without a window, or with the streams elsewhere.
+bool HasOwnConsole()
+{
+    DWORD process = 0;
+    return GetConsoleProcessList(&process, 1) == 1 && GetConsoleWindow() != nullptr && IsConsole(STD_INPUT_HANDLE) &&
+           IsConsole(STD_OUTPUT_HANDLE);
+}
+
+void PauseInOwnConsole()
+{
+    if (!keyHasBeenAwaited && HasOwnConsole()) {
+        Pause();
+    }
+}
+
 void ShowWarningBox(const char* text)
 {
-    MessageBoxW(nullptr, Utf8ToWide(text).c_str(), L"Warning!", MB_OK);
+    MessageBoxW(nullptr, Wide(text).c_str(), L"Warning!", MB_OK);
 }
 
 void Pause()
 {
+    keyHasBeenAwaited = true;
     std::system("pause");
 }
 
 void WaitForKey()
 {
+    keyHasBeenAwaited = true;
     std::getchar();
 }
 
@@ -86,13 +124,29 @@ std::int64_t PerformanceCounter()
 
 bool FileExists(const char* path)
 {
-    constexpr int existence = 0;
-    return _access(path, existence) == 0;
+    return GetFileAttributesW(Wide(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+std::FILE* OpenFile(const char* path, const char* mode)
+{
+    std::FILE* const file = _wfopen(Wide(path).c_str(), Wide(mode).c_str());
+    if (file == nullptr && errno == EACCES) {
+        const DWORD attributes = GetFileAttributesW(Wide(path).c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+            errno = EISDIR; // as elsewhere
+        }
+    }
+    return file;
+}
+
+std::size_t BytesOfLineEnd()
+{
+    return 2; // "\r\n"
 }
 
 MappedFile::MappedFile(const char* path)
 {
-    const HANDLE file = CreateFileW(Utf8ToWide(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+    const HANDLE file = CreateFileW(Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return;
@@ -119,7 +173,7 @@ MappedFile::~MappedFile()
 bool ReadStream(const char* path, [[maybe_unused]] int silenceSeconds, StreamJudge goesOn, std::string& bytes)
 {
     constexpr std::size_t piece = std::size_t(1) << 20;
-    std::FILE* const file = _wfopen(Utf8ToWide(path).c_str(), L"rb");
+    std::FILE* const file = OpenFile(path, "rb");
     if (file == nullptr) {
         return false;
     }
@@ -135,34 +189,45 @@ bool ReadStream(const char* path, [[maybe_unused]] int silenceSeconds, StreamJud
     return wasRead;
 }
 
-// The command processor looks in the current directory first.
+// The current directory is named, or a system that is set so would look along the search path alone.
 void RunProgram(const char* fileName)
 {
-    std::system(("\"" + std::string(fileName) + "\"").c_str());
+    _wsystem((L"\".\\" + Wide(fileName) + L"\"").c_str());
 }
 
 void WriteStandardOutput(std::string_view text)
 {
-    const std::wstring wide = Utf8ToWide(text);
-    if (WriteToConsoleWindow(wide)) {
+    const std::wstring wide = Wide(text);
+    if (WriteToConsoleWindow(STD_OUTPUT_HANDLE, wide)) {
         return;
     }
-    const std::string gbk = WideToGbk(wide); // a file or a pipe, in text mode: "\n" leaves as "\r\n"
+    const std::string gbk = Narrow(wide, GbkCodePage); // a file or a pipe, in text mode: "\n" leaves as "\r\n"
     std::fwrite(gbk.data(), 1, gbk.size(), stdout);
     std::fflush(stdout);
 }
 
 bool WriteUtf8Output(std::string_view text)
 {
-    return WriteToConsoleWindow(Utf8ToWide(text)) ||
+    return WriteToConsoleWindow(STD_OUTPUT_HANDLE, Wide(text)) ||
            (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0);
+}
+
+// A line that is rewritten is erased here: consoles know "\x1b[K" from a release of Windows 10 on, and when asked to.
+void WriteErrorOutput(std::string_view text)
+{
+    constexpr std::string_view rewritten = "\r\x1b[K";
+    if (text.starts_with(rewritten) && EraseLine(STD_ERROR_HANDLE)) {
+        text.remove_prefix(rewritten.size());
+    }
+    if (!WriteToConsoleWindow(STD_ERROR_HANDLE, Wide(text))) {
+        std::fwrite(text.data(), 1, text.size(), stderr);
+        std::fflush(stderr);
+    }
 }
 
 bool ErrorLinesCanBeRewritten()
 {
-    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
-    DWORD mode = 0;
-    return GetConsoleMode(console, &mode) && SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    return IsConsole(STD_ERROR_HANDLE); // by WriteErrorOutput
 }
 
 std::uint64_t AvailableMemory()
@@ -191,7 +256,7 @@ void PopulatePages(void*, std::size_t) {}
 
 bool IsWriteProtected(const std::string& path)
 {
-    const DWORD attributes = GetFileAttributesW(Utf8ToWide(path).c_str());
+    const DWORD attributes = GetFileAttributesW(Wide(path).c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0 &&
            (attributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
@@ -200,11 +265,11 @@ void BeginFlush(const std::string&) {}
 
 bool FlushToDisk(const std::string& path, std::string& reason)
 {
-    const HANDLE file = CreateFileW(Utf8ToWide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(Wide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     const bool flushed = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
     if (!flushed) {
-        reason = "system error " + std::to_string(GetLastError());
+        reason = ReasonOfSystemError(GetLastError());
     }
     if (file != INVALID_HANDLE_VALUE) {
         CloseHandle(file);
@@ -221,9 +286,9 @@ BOOL WINAPI EndInterrupted(DWORD)
 {
     InterruptionState& state = Interruption();
     const std::lock_guard lock(state.mutex);
-    for (const std::string& path : state.unfinishedFiles) { DeleteFileW(Utf8ToWide(path).c_str()); }
+    for (const std::string& path : state.unfinishedFiles) { DeleteFileW(Wide(path).c_str()); }
     state.CleanUp();
-    std::fputs(state.Notice(), stderr);
+    WriteErrorOutput(state.Notice());
     ExitProcess(static_cast<UINT>(state.ExitCode()));
 }
 
@@ -239,23 +304,31 @@ void ExitOnInterrupt()
     SetConsoleCtrlHandler(EndInterrupted, TRUE);
 }
 
+// Of the system's copy, which started programs inherit, not that of the C library.
+std::string EnvironmentValue(const char* name)
+{
+    std::wstring value(GetEnvironmentVariableW(Wide(name).c_str(), nullptr, 0), L'\0');
+    value.resize(GetEnvironmentVariableW(Wide(name).c_str(), value.data(), static_cast<DWORD>(value.size())));
+    return Utf8(value);
+}
+
 void SetEnvironmentDefault(const char* name, const char* value)
 {
-    if (std::getenv(name) == nullptr) {
-        _putenv_s(name, value);
+    if (EnvironmentValue(name).empty()) {
+        SetEnvironment(name, value);
     }
 }
 
 void SetEnvironment(const char* name, const char* value)
 {
-    _putenv_s(name, value);
+    SetEnvironmentVariableW(Wide(name).c_str(), Wide(value).c_str());
 }
 
 void* LoadPlugin(const char* fileName, std::string& reason)
 {
-    const HMODULE library = LoadLibraryA(fileName);
+    const HMODULE library = LoadLibraryW(Wide(fileName).c_str());
     if (library == nullptr) {
-        reason = std::string(fileName) + ": system error " + std::to_string(GetLastError());
+        reason = std::string(fileName) + ": " + ReasonOfSystemError(GetLastError());
     }
     return reinterpret_cast<void*>(library);
 }

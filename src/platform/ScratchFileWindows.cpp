@@ -1,14 +1,10 @@
+#include "platform/FilePath.h"
 #include "platform/ScratchFile.h"
+#include "platform/WindowsText.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#define WIN32_LEAN_AND_MEAN
 #include <algorithm>
 #include <filesystem>
 #include <stdexcept>
-#include <system_error>
-#include <windows.h>
 
 namespace tarnvexo::platform {
 
@@ -18,7 +14,7 @@ constexpr std::size_t LargestTransfer = std::size_t(1) << 30; // one call counts
 
 std::string LastReason()
 {
-    return std::system_category().message(static_cast<int>(GetLastError()));
+    return ReasonOfSystemError(GetLastError());
 }
 
 OVERLAPPED Position(std::uint64_t at)
@@ -33,7 +29,7 @@ OVERLAPPED Position(std::uint64_t at)
 
 ScratchFile::ScratchFile(const std::string& directory, std::uint64_t bytes)
 {
-    const std::filesystem::path folder(reinterpret_cast<const char8_t*>(directory.c_str()));
+    const std::filesystem::path folder = PathOf(directory);
     handle = INVALID_HANDLE_VALUE;
     for (int attempt = 0; attempt < 100 && handle == INVALID_HANDLE_VALUE; ++attempt) {
         const std::string name = "tarnvexo-scratch-" + std::to_string(GetCurrentProcessId()) + "-" +

@@ -30,6 +30,11 @@ const char* BlasCoreName()
 // millisecond, and the libraries behind it read their settings from the environment only while they are loaded.
 MakeEngine LoadCholmod()
 {
+#ifndef TARNVEXO_CHOLMOD
+    throw EngineMissing("CHOLMOD is not part of this program\n"
+                        "  expected: a program for a system that CHOLMOD and OpenBLAS come with, such as Debian\n"
+                        "  to do:    use --solver sparse");
+#else
     SetBlasEnvironment();
     std::string reason;
     void* const library = platform::LoadPlugin("libtarnvexo_cholmod.so", reason);
@@ -43,6 +48,7 @@ MakeEngine LoadCholmod()
             "  to do:    install the packages libcholmod3 and libopenblas0-pthread, or use --solver sparse");
     }
     return reinterpret_cast<MakeEngine>(symbol);
+#endif
 }
 
 } // namespace

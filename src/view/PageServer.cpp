@@ -16,6 +16,14 @@ PageNotServed Fault(const std::string& reason, const std::string& expected, cons
                          "\n  to do:    " + toDo + "; tarnvexo view --out FILE makes a page that needs no server");
 }
 
+#ifdef TARNVEXO_SERVER_IS_LINKED
+extern "C" PageServer* MakeHttpPageServer(ServedPage& page);
+
+MakeServer LoadServer()
+{
+    return MakeHttpPageServer;
+}
+#else
 MakeServer LoadServer()
 {
     std::string reason;
@@ -28,6 +36,7 @@ MakeServer LoadServer()
     }
     return reinterpret_cast<MakeServer>(symbol);
 }
+#endif
 
 } // namespace
 

@@ -12,7 +12,8 @@
 // Posts are taken only by a server that is there for a picture. All else is refused.
 //
 // The service (server/HttpPageServer) stands in a library of its own that is loaded when it is first wanted: what it
-// needs of the system would make every run begin later, and only `tarnvexo picture` and large results are served.
+// needs of the system would make every run begin later, and only `tarnvexo picture` and large results are served. On
+// Windows it is linked into the program.
 #pragma once
 
 #include <chrono>

@@ -110,6 +110,35 @@ TEST_P(Mechanisms, OfSeparatePlacesAreToldApartInOneRun)
     EXPECT_FALSE(outcome.Has("\n  motion 3:")) << outcome.text; // that would mix them
 }
 
+// Plates that hang on a beam of next to no stiffness each: the pivots that show it are fewer than the motions.
+TEST_P(Mechanisms, OfManyLooseParts)
+{
+    ModelText text = Strip(12, {}, 1e-6, 0.01);
+    text.CSection(0.02, 0.002);
+    constexpr int side = 5; // nodes
+    for (int k = 0; k < 3; ++k) {
+        int node[side][side];
+        for (int i = 0; i < side; ++i) {
+            for (int j = 0; j < side; ++j) { node[i][j] = text.Node(4.0 * k + 0.1 * i, 0.1 * j, 3.0); }
+        }
+        for (int i = 0; i + 1 < side; ++i) {
+            for (int j = 0; j + 1 < side; ++j) {
+                text.Quad({node[i][j], node[i + 1][j], node[i + 1][j + 1], node[i][j + 1]}, 0, 1);
+            }
+        }
+        text.Beam({8 * k + 2, node[2][2]}, {1.0, 0.0, 0.0}, 1, 2, 0);
+    }
+    EXPECT_TRUE(Factorise(text).Has(": 18 motions meet no resistance\n")) << Factorise(text).text;
+}
+
+TEST_P(Mechanisms, OfThinShellsAmongTheirLikeNameTheThickness)
+{
+    ModelText text = Strip(8, {4, 5, 6, 7}, 2.1e11, 1e-12);
+    const Outcome outcome = Factorise(text);
+    EXPECT_FALSE(outcome.Has("needle")) << outcome.text;
+    EXPECT_TRUE(outcome.Has(" its thickness 1e-12 is next to nothing beside 0.2 ")) << outcome.text;
+}
+
 TEST_P(Mechanisms, OfABeamWithoutSectionNameItsConstants)
 {
     ModelText text = Strip(4, {}, 1.0);

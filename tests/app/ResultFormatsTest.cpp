@@ -84,10 +84,11 @@ TEST(ResultFormats, ThatAreNotWrittenStayAndAreWarnedOf)
     const SolveReport report = SolveInto("run", {ResultFormat::Vtu});
     ASSERT_EQ(report.warnings.size(), 1u);
     EXPECT_EQ(report.warnings[0],
-              "run/structure.dxf: warning: this file and 11 others beside it (text,csv) are of an earlier run, not of "
-              "this one\n"
-              "  expected: only files of one run in a directory; this one writes vtu\n"
-              "  to do:    remove what is not needed, or write it too with --format text,vtu,csv");
+              (std::filesystem::path("run") / "structure.dxf").string() +
+                  ": warning: this file and 11 others beside it (text,csv) are of an earlier run, not of "
+                  "this one\n"
+                  "  expected: only files of one run in a directory; this one writes vtu\n"
+                  "  to do:    remove what is not needed, or write it too with --format text,vtu,csv");
     EXPECT_EQ(std::filesystem::last_write_time("run/Node_Dis.txt"), before);
     EXPECT_TRUE(SolveInto("run", {ResultFormat::Text, ResultFormat::Vtu, ResultFormat::Csv}).warnings.empty());
 }

@@ -57,13 +57,24 @@ public:
 private:
     static constexpr int BatchSize = 4096;
 
+    // The sign of a nan is shown here as the GNU C library shows it; others leave it out.
+    static void Show(std::ostream& out, double value)
+    {
+        if (std::isnan(value)) {
+            out << (std::signbit(value) ? "-nan" : "nan");
+        } else {
+            out << value;
+        }
+    }
+
     void CompareBatch()
     {
         stream.str("");
         std::string text(BatchSize * (NumberTextCapacity + 1), '\0');
         char* end = text.data();
         for (int i = 0; i < used; ++i) {
-            stream << batch[i] << '\n';
+            Show(stream, batch[i]);
+            stream << '\n';
             end = WriteNumber(end, batch[i]);
             *end++ = '\n';
         }
@@ -79,7 +90,7 @@ private:
     {
         for (int i = 0; i < used && !testing::Test::HasFailure(); ++i) {
             std::ostringstream one;
-            one << batch[i];
+            Show(one, batch[i]);
             char exact[64];
             std::snprintf(exact, sizeof exact, "%.40g", batch[i]);
             EXPECT_EQ(NumberText(batch[i]), one.str()) << exact;

@@ -7,14 +7,14 @@
 namespace tarnvexo {
 namespace {
 
-using test::WrittenFile;
+using test::WrittenBytes;
 
 TEST(CsvTables, HaveNineDigitsAndLinesThatEndWithCrLf)
 {
     ModelStore model;
     model.NodeCoordinates = {{0.0, -1.5, 1e7}, {1.0 / 3.0, 2e-300, 123456789012.0}};
     model.GlobalDisplacement = {1, 2, 3, 4, 5, 6, -0.1, 0.0, 1e-5, 0, 0, 0};
-    EXPECT_EQ(WrittenFile(CsvNodesFileName, [&] { WriteCsvNodes(model, CsvNodesFileName); }),
+    EXPECT_EQ(WrittenBytes(CsvNodesFileName, [&] { WriteCsvNodes(model, CsvNodesFileName); }),
               "node,x,y,z,dx,dy,dz,rx,ry,rz\r\n"
               "0,0,-1.5,10000000,1,2,3,4,5,6\r\n"
               "1,0.333333333,2e-300,1.23456789e+11,-0.1,0,1e-05,0,0,0\r\n");
@@ -23,19 +23,19 @@ TEST(CsvTables, HaveNineDigitsAndLinesThatEndWithCrLf)
 TEST(CsvTables, OfAModelWithoutTheThingAreTheirHeader)
 {
     const ModelStore model;
-    EXPECT_EQ(WrittenFile("f", [&] { WriteCsvTris(model, "f"); }),
+    EXPECT_EQ(WrittenBytes("f", [&] { WriteCsvTris(model, "f"); }),
               "element,node,face,SX,SY,SZ,TXY,TXZ,TYZ,SE,own_SX,own_SY,own_SZ,own_TXY,own_TXZ,own_TYZ,own_SE\r\n");
-    EXPECT_EQ(WrittenFile("f", [&] { WriteCsvBeamNodes(model, "f"); }),
+    EXPECT_EQ(WrittenBytes("f", [&] { WriteCsvBeamNodes(model, "f"); }),
               "beam,section_node,x,y,z,dx,dy,dz,rx,ry,rz\r\n");
-    EXPECT_EQ(WrittenFile("f", [&] { WriteCsvReactions({}, "f"); }), "node,direction,kind,reaction\r\n");
+    EXPECT_EQ(WrittenBytes("f", [&] { WriteCsvReactions({}, "f"); }), "node,direction,kind,reaction\r\n");
 }
 
 TEST(CsvTables, TellSupportsFromHolds)
 {
-    EXPECT_EQ(WrittenFile("f",
-                          [&] {
-                              WriteCsvReactions({{7, DZ, -2.5, false}, {12, RX, 1e-9, true}}, "f");
-                          }),
+    EXPECT_EQ(WrittenBytes("f",
+                           [&] {
+                               WriteCsvReactions({{7, DZ, -2.5, false}, {12, RX, 1e-9, true}}, "f");
+                           }),
               "node,direction,kind,reaction\r\n"
               "7,dz,support,-2.5\r\n"
               "12,rx,hold,1e-09\r\n");
@@ -51,7 +51,7 @@ TEST(CsvTables, HaveBothFacesAveragedAndOwn)
     tri.positiveFace[0][SY] = -4.0;
     tri.averagedNegativeFace[2][SZ] = 5.0;
     tri.negativeFace[2][SX] = 6.0;
-    const std::string text = WrittenFile("f", [&] { WriteCsvTris(model, "f"); });
+    const std::string text = WrittenBytes("f", [&] { WriteCsvTris(model, "f"); });
     EXPECT_EQ(text.substr(text.find("\r\n")), "\r\n"
                                               "0,4,positive,3,0,0,0,0,0,3,0,-4,0,0,0,0,4\r\n"
                                               "0,4,negative,0,0,0,0,0,0,0,0,0,0,0,0,0,0\r\n"

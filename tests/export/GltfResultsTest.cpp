@@ -32,7 +32,7 @@ ModelStore SolvedModel()
 
 tinygltf::Model ReadBack(const ModelStore& model, double scale)
 {
-    const std::string bytes = WrittenFile(GltfFileName, [&] {
+    const std::string bytes = WrittenBytes(GltfFileName, [&] {
         const FileResult result =
             WriteGltf(model, FindShellPoints(model), FindSectionPoints(model), scale, GltfFileName);
         EXPECT_EQ(result.outcome, FileOutcome::Written);

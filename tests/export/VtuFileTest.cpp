@@ -13,7 +13,7 @@
 namespace tarnvexo {
 namespace {
 
-using test::WrittenFile;
+using test::WrittenBytes;
 
 // Points on a line, one number for each.
 VtuGrid LineOfPoints(std::size_t points)
@@ -33,7 +33,7 @@ VtuGrid LineOfPoints(std::size_t points)
 
 std::string Written(const VtuGrid& grid)
 {
-    return WrittenFile("grid.vtu", [&] { WriteVtu(grid, "grid.vtu"); });
+    return WrittenBytes("grid.vtu", [&] { WriteVtu(grid, "grid.vtu"); });
 }
 
 // Bytes of an array, uncompressed, as the header in front of its blocks says.

@@ -1,6 +1,7 @@
 #include "input/StrictReader.h"
 
 #include "input/ModelFileReader.h"
+#include "platform/FilePath.h"
 #include "support/SameModel.h"
 #include "support/TemporaryDirectory.h"
 
@@ -592,7 +593,7 @@ TEST(StrictReader, ReadsAFileOfAChineseNameWithBlanks)
 {
     const test::TemporaryDirectory directory;
     const std::string name = "我的 模型.txt";
-    std::ofstream(name) << GoodModel;
+    std::ofstream(platform::PathOf(name)) << GoodModel;
     ModelStore model;
     const auto reading = ReadModelFileStrictly(model, name.c_str(), RuleBook());
     ASSERT_TRUE(reading);

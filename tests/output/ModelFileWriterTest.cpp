@@ -37,7 +37,7 @@ ModelStore Read(const std::string& text)
 
 std::string FileText(const std::filesystem::path& path)
 {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(path);
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 

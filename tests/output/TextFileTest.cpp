@@ -17,7 +17,7 @@ using test::TemporaryDirectory;
 
 std::string FileText(const char* name)
 {
-    std::ifstream file(name, std::ios::binary);
+    std::ifstream file(name); // text: line ends are those of the system
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 

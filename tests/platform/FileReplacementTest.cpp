@@ -1,21 +1,16 @@
 #include "platform/FileReplacement.h"
 
-#include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
-#include <sys/resource.h>
-#include <unistd.h>
 
 namespace tarnvexo::platform {
 namespace {
 
-using test::RunInChild;
 using test::TemporaryDirectory;
 
 using Files = std::map<std::string, std::string>; // content by name; "directory" for one
@@ -134,40 +129,6 @@ TEST(FileReplacement, CanBeCommittedAfterARefusal)
     EXPECT_TRUE(replacement.Commit());
     std::filesystem::remove("c");
     EXPECT_FALSE(replacement.Commit());
-    EXPECT_EQ(FilesThere(), (Files{{"a", "2"}, {"b", "2"}, {"c", "2"}}));
-}
-
-// The program is gone without a word; its process takes a moment.
-TEST(FileReplacement, RemovesTheNewFilesWhenTheProgramIsKilled)
-{
-    const TemporaryDirectory directory;
-    Write({{"a", "1"}});
-    const auto run = RunInChild([] {
-        const FileReplacement replacement(Three);
-        Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
-        raise(SIGKILL);
-    });
-    EXPECT_EQ(run.exitCode, -1);
-    for (int wait = 0; wait < 1000 && FilesThere().size() > 1; ++wait) { usleep(10000); }
-    EXPECT_EQ(FilesThere(), (Files{{"a", "1"}}));
-}
-
-TEST(FileReplacement, DoesWithoutAProcess)
-{
-    const TemporaryDirectory directory;
-    Write({{"a", "1"}});
-    const auto run = RunInChild([] {
-        rlimit open;
-        getrlimit(RLIMIT_NOFILE, &open);
-        const rlimit none = {0, open.rlim_max}; // no channel to a process can be had
-        setrlimit(RLIMIT_NOFILE, &none);
-        FileReplacement replacement(Three);
-        setrlimit(RLIMIT_NOFILE, &open);
-        Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
-        EXPECT_FALSE(replacement.Commit());
-        _exit(testing::Test::HasFailure() ? 1 : 0);
-    });
-    EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(FilesThere(), (Files{{"a", "2"}, {"b", "2"}, {"c", "2"}}));
 }
 

@@ -236,7 +236,7 @@ TEST(SkylineSolver, EqualsTheTextbookLoopsToTheLastBitOnAssembledStructures)
             SCOPED_TRACE(file);
             ++count;
             ModelStore model;
-            ReadModelFile(model, file.c_str());
+            ReadModelFile(model, file.string().c_str());
             LayOutSkyline(model);
             AssembleStiffness(model);
             AssembleLoads(model);

@@ -17,13 +17,19 @@ namespace tarnvexo::test {
 
 namespace {
 
+#ifdef _WIN32
+constexpr const char* Nowhere = "NUL";
+#else
+constexpr const char* Nowhere = "/dev/null";
+#endif
+
 // Standard output goes nowhere while the object lives: the report of a run is longer than a test's own.
 class QuietConsole {
 public:
     QuietConsole() : standardOutput(dup(STDOUT_FILENO))
     {
         std::fflush(stdout);
-        const int nowhere = open("/dev/null", O_WRONLY);
+        const int nowhere = open(Nowhere, O_WRONLY);
         dup2(nowhere, STDOUT_FILENO);
         close(nowhere);
     }

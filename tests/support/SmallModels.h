@@ -23,13 +23,19 @@ ModelText OneOfEachKind();
 // neither.
 ModelText PulledApart();
 
-// Content of the file after write(), which runs in a temporary directory.
-template <class Write> std::string WrittenFile(const char* fileName, Write write)
+// Content of the file after write(), which runs in a temporary directory. Of a text file line ends are those of the
+// system, here "\n"; bytes are as they stand there.
+template <class Write>
+std::string WrittenFile(const char* fileName, Write write, std::ios::openmode mode = std::ios::in)
 {
     const TemporaryDirectory directory;
     write();
-    std::ifstream file(fileName, std::ios::binary);
+    std::ifstream file(fileName, mode);
     return std::string(std::istreambuf_iterator<char>(file), {});
+}
+template <class Write> std::string WrittenBytes(const char* fileName, Write write)
+{
+    return WrittenFile(fileName, write, std::ios::in | std::ios::binary);
 }
 
 } // namespace tarnvexo::test

@@ -1,6 +1,8 @@
 #include "support/TemporaryDirectory.h"
 
-#include <cstdlib>
+#include "platform/Browser.h"
+#include "platform/FilePath.h"
+
 #include <stdexcept>
 #include <string>
 
@@ -8,11 +10,11 @@ namespace tarnvexo::test {
 
 TemporaryDirectory::TemporaryDirectory() : previous(std::filesystem::current_path())
 {
-    std::string name = (std::filesystem::temp_directory_path() / "tarnvexo-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) {
-        throw std::runtime_error("temporary directory: cannot be made: " + name);
+    std::string reason;
+    path = platform::PathOf(platform::MakePrivateDirectory("tarnvexo-", reason));
+    if (path.empty()) {
+        throw std::runtime_error("temporary directory: cannot be made: " + reason);
     }
-    path = name;
     std::filesystem::current_path(path);
 }
 
