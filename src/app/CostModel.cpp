@@ -8,11 +8,11 @@ namespace {
 
 // Seconds per unit of work.
 constexpr double PerFileByte = 4e-9;
-constexpr double PerNodeAndDoubling = 4e-7; // nested dissection: n·log2(n)
+constexpr double PerNodeAndDoubling = 1e-7; // nested dissection: n·log2(n)
 constexpr double PerAssembledElement = 8e-7;
-constexpr double PerFactorEntry = 6e-9;  // assembly of fronts, first touch of memory
-constexpr double PerOperation = 1.6e-11; // dense kernels
-constexpr double PerEntrySolved = 1.2e-9;
+constexpr double PerFactorEntry = 3e-9;   // assembly of fronts, first touch of memory
+constexpr double PerOperation = 1e-11;    // dense kernels
+constexpr double PerEntrySolved = 1.5e-9; // without refinement, its residual included
 constexpr double PerShellStress = 6e-7;
 constexpr double PerSectionPatch = 5e-6; // patches of the beams' section meshes
 constexpr double PerSkylineOperation = 1.2e-10;

@@ -11,9 +11,17 @@ namespace tarnvexo {
 
 namespace {
 
-// Doubles per equation that live while factorising and solving, beside the loads held already: diagonal and pivots,
-// then f, u, K·u, |K|·|u| and the displacements.
-constexpr double VectorsPerEquation = 5.0;
+// Doubles per equation that live while factorising: diagonal, and pivots as the engine has them, with their signs, and
+// as it tells them.
+constexpr double PivotsPerEquation = 4.0;
+
+// While solving, the loads being held already: signs and pivots of the engine, f, u, residual, |K|·|u| + |f|, the
+// correction, the solution before it, and in the engine the vector in the order of the fronts, with what waits on the
+// stacks.
+constexpr double VectorsPerEquation = 10.0;
+
+// A block below the diagonal, to be found from its row (LeftBlocks).
+constexpr double BytesPerLeftBlock = sizeof(std::size_t) + sizeof(int);
 
 // Of each writing thread. The file has one more.
 constexpr double BufferBytes = 1 << 19;
@@ -30,11 +38,34 @@ constexpr double ShareOfSystemBound = 0.5;
 constexpr double JointBytesPerPatch = 4.0 * 3.0 * sizeof(int);
 constexpr double JointBytesPerNode = 3.0 * sizeof(double) + sizeof(std::size_t) + 2.5 * sizeof(int);
 
+// The part of the need that is named, and what to do where it is the factor.
+std::string MemoryFault(const MemoryEstimate& estimate, double available, const char* adviceOnFactor,
+                        const std::string& modelFile)
+{
+    const bool isEquations = std::max(estimate.Factorising(), estimate.Solving()) > available;
+    const char* const largest = !isEquations            ? "the section meshes of its beams,"
+                                : estimate.factor > 0.0 ? "the factor of its equations,"
+                                                        : "the matrix and the fronts of its equations,";
+    const double bytes = !isEquations            ? estimate.sections
+                         : estimate.factor > 0.0 ? estimate.factor
+                                                 : estimate.matrix + estimate.workspace;
+    char text[900];
+    std::snprintf(text, sizeof text,
+                  ": error: to be solved, the model needs %.3g GB of memory beside the %.3g GB held now\n"
+                  "  most of it: %s %.3g GB\n"
+                  "  expected: at most %.3g GB, the memory that is free now, limits of this process included\n"
+                  "  to do:    close other programs, take a machine with more memory, %s",
+                  estimate.More() * GigabytesPerByte, estimate.held * GigabytesPerByte, largest,
+                  bytes * GigabytesPerByte, available * GigabytesPerByte,
+                  isEquations ? adviceOnFactor : "or leave out beams whose wall stresses are not needed");
+    return modelFile + text;
+}
+
 } // namespace
 
 double MemoryEstimate::More() const
 {
-    return std::max({Factorising(), Sections(), Writing()});
+    return std::max({Factorising(), Solving(), Sections(), Writing()});
 }
 
 double MemoryEstimate::Peak() const
@@ -52,7 +83,9 @@ MemoryEstimate EstimateMemory(double shells, const FactorSize& size, const Block
     estimate.matrix = static_cast<double>(pattern.rows.size()) * BlockEntries * sizeof(double);
     estimate.factor = static_cast<double>(size.entries) * sizeof(double);
     estimate.workspace = size.bytes - estimate.factor;
-    estimate.vectors = VectorsPerEquation * equations * sizeof(double);
+    estimate.pivots = PivotsPerEquation * equations * sizeof(double);
+    estimate.vectors = VectorsPerEquation * equations * sizeof(double) +
+                       BytesPerLeftBlock * (static_cast<double>(pattern.rows.size()) - pattern.Size());
     estimate.sections = meshes.bytes - meshes.systemBytes;
     estimate.systems = ShareOfSystemBound * meshes.systemBytes;
     estimate.joints = JointBytesPerPatch * meshes.patches + JointBytesPerNode * meshes.nodes;
@@ -67,27 +100,25 @@ MemoryEstimate WithScratchFile(MemoryEstimate estimate, const FactorSize& size)
     return estimate;
 }
 
-std::string MemoryFault(const MemoryEstimate& estimate, double available, const std::string& engine,
-                        const std::string& modelFile)
+FactorPlacing PlaceFactor(FactorPlace place, const MemoryEstimate& inMemory, const FactorSize& size, double available,
+                          const std::string& modelFile)
 {
-    if (available == 0.0 || estimate.More() <= available) {
-        return "";
+    const auto fits = [&](const MemoryEstimate& estimate) { return available == 0.0 || estimate.More() <= available; };
+    const MemoryEstimate withScratchFile = WithScratchFile(inMemory, size);
+    const bool canUseDisk = size.bytesWithScratchFile > 0.0;
+    const bool diskHelps = canUseDisk && !fits(inMemory) && fits(withScratchFile);
+    FactorPlacing placing;
+    placing.isOnDisk = place == FactorPlace::Disk || (place == FactorPlace::Automatic && diskHelps);
+    placing.memory = placing.isOnDisk ? withScratchFile : inMemory;
+    if (!fits(placing.memory)) {
+        placing.fault = MemoryFault(placing.memory, available,
+                                    diskHelps     ? "or leave out --factor memory: the disk may hold the factor"
+                                    : !canUseDisk ? "coarsen the mesh, or use --solver sparse, which needs less"
+                                                  : "or coarsen the mesh; under a limit of addresses (ulimit -v) "
+                                                    "--threads 1 needs less",
+                                    modelFile);
     }
-    const bool isFactor = estimate.Factorising() > available;
-    const bool isSkyline = engine.find("skyline") != std::string::npos;
-    char text[900];
-    std::snprintf(text, sizeof text,
-                  ": error: to be solved, the model needs %.3g GB of memory beside the %.3g GB held now\n"
-                  "  most of it: %s %.3g GB\n"
-                  "  expected: at most %.3g GB, the memory that is free now, limits of this process included\n"
-                  "  to do:    close other programs, take a machine with more memory, %s",
-                  estimate.More() * GigabytesPerByte, estimate.held * GigabytesPerByte,
-                  isFactor ? "the factor of its equations," : "the section meshes of its beams,",
-                  (isFactor ? estimate.factor : estimate.sections) * GigabytesPerByte, available * GigabytesPerByte,
-                  !isFactor   ? "or leave out beams whose wall stresses are not needed"
-                  : isSkyline ? "coarsen the mesh, or use --solver sparse, which needs less"
-                              : "or coarsen the mesh; under a limit of addresses (ulimit -v) --threads 1 needs less");
-    return modelFile + text;
+    return placing;
 }
 
 } // namespace tarnvexo

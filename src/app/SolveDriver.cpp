@@ -145,30 +145,27 @@ MemoryEstimate MemoryOf(const ModelStore& model, const StiffnessSystem& system, 
                           static_cast<double>(platform::ResidentMemory()), static_cast<double>(platform::PeakMemory()));
 }
 
-// Where the factor will stand; the memory that is needed with it.
+// Where the factor is wanted on disk, auto is the engine that can put it there.
+SolverKind SolverFor(const SolveOptions& options)
+{
+    const bool wantsDisk = options.solver == SolverKind::Automatic && options.factor == FactorPlace::Disk;
+    return wantsDisk ? SolverKind::Sparse : options.solver;
+}
+
+// The factor's place is chosen and told to the system; the memory that is needed with it.
 // Errors: throws RunFailure when memory does not hold what must stand there.
-MemoryEstimate PlaceFactor(StiffnessSystem& system, const SolveOptions& options, const MemoryEstimate& inMemory,
-                           std::vector<std::string>& warnings)
+MemoryEstimate PrepareFactor(StiffnessSystem& system, const SolveOptions& options, const MemoryEstimate& inMemory,
+                             std::vector<std::string>& warnings)
 {
     const double available = static_cast<double>(platform::AvailableMemory());
-    const FactorSize& size = system.Size();
-    const auto faultOf = [&](const MemoryEstimate& estimate) {
-        return MemoryFault(estimate, available, system.Report().engine, options.modelFile);
-    };
-    const bool isTooMuch = !faultOf(inMemory).empty();
-    const MemoryEstimate withScratchFile = WithScratchFile(inMemory, size);
-    const bool helps = size.bytesWithScratchFile > 0.0 && faultOf(withScratchFile).empty();
-    if (options.factor != FactorPlace::Disk && !(options.factor == FactorPlace::Automatic && isTooMuch && helps)) {
-        if (isTooMuch) {
-            throw RunFailure(ExitNumerical, faultOf(inMemory));
-        }
-        return inMemory;
+    const FactorPlacing placing = PlaceFactor(options.factor, inMemory, system.Size(), available, options.modelFile);
+    if (placing.isOnDisk) {
+        system.KeepFactorOnDisk(options.outputDirectory, options.modelFile);
     }
-    system.KeepFactorOnDisk(options.outputDirectory, options.modelFile);
-    if (!helps && isTooMuch) {
-        throw RunFailure(ExitNumerical, faultOf(withScratchFile));
+    if (!placing.fault.empty()) {
+        throw RunFailure(ExitNumerical, placing.fault);
     }
-    if (options.factor == FactorPlace::Automatic) {
+    if (placing.isOnDisk && options.factor == FactorPlace::Automatic) {
         char text[300];
         std::snprintf(text, sizeof text,
                       ": warning: the factor of %.3g GB goes to a scratch file in %s: memory has %.3g GB free\n"
@@ -177,7 +174,7 @@ MemoryEstimate PlaceFactor(StiffnessSystem& system, const SolveOptions& options,
                       available * GigabytesPerByte);
         warnings.push_back(options.modelFile + text);
     }
-    return withScratchFile;
+    return placing.memory;
 }
 
 // The checks of displacements as solved for, with the origin at the centroid.
@@ -259,7 +256,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
     // The ordering is the work of one thread: the loads are balanced and the structure is drawn, about its centroid,
     // meanwhile. (Where no thread can be had, the ordering waits for get.)
     clock.Next(); // order
-    auto system = std::make_unique<StiffnessSystem>(model, options.solver);
+    auto system = std::make_unique<StiffnessSystem>(model, SolverFor(options));
     std::future<void> ordering = std::async([&] { system->Order(); });
     const BalancedLoads loads = BalanceModelLoads(model, options.modelFile, options.balance, rules);
     AddFindings(loads.findings, report.findings);
@@ -274,7 +271,7 @@ SolveReport Solve(const SolveOptions& options, const ProgressListener& listener)
 
     clock.Next(); // analyse
     system->Analyse(options.modelFile);
-    const MemoryEstimate memory = PlaceFactor(*system, options, MemoryOf(model, *system, meshes), report.warnings);
+    const MemoryEstimate memory = PrepareFactor(*system, options, MemoryOf(model, *system, meshes), report.warnings);
     report.expectedMemoryGigabytes = memory.Peak() * GigabytesPerByte;
     clock.Expect("factorise", FactorisationSeconds(system->Size()));
     clock.Expect("solve", SolutionSeconds(system->Size()));
@@ -385,14 +382,18 @@ InfoReport Info(const CheckOptions& options, const ProgressListener& listener)
     } catch (const RunFailure& tooLong) {
         report.fault = JoinedMessages(report.fault, tooLong.what());
     }
-    report.solver = system.Report();
     const SectionMeshSize meshes = MeasureSectionMeshes(model);
     if (!meshes.fault.empty()) {
         report.fault = JoinedMessages(report.fault, modelFile + ": error: " + meshes.fault);
     }
-    const MemoryEstimate memory = MemoryOf(model, system, meshes);
-    report.fault = JoinedMessages(report.fault, MemoryFault(memory, available, report.solver.engine, modelFile));
-    report.expectedMemoryGigabytes = memory.Peak() * GigabytesPerByte;
+    const FactorPlacing placing =
+        PlaceFactor(FactorPlace::Automatic, MemoryOf(model, system, meshes), system.Size(), available, modelFile);
+    if (placing.isOnDisk) {
+        system.KeepFactorOnDisk(SolveOptions().outputDirectory, modelFile);
+    }
+    report.solver = system.Report();
+    report.fault = JoinedMessages(report.fault, placing.fault);
+    report.expectedMemoryGigabytes = placing.memory.Peak() * GigabytesPerByte;
     std::error_code noFile; // a pipe has no size
     const std::uintmax_t fileBytes = std::filesystem::file_size(platform::PathOf(modelFile), noFile);
     const double outside = ReadingSeconds(noFile ? 0 : fileBytes) + StressSeconds(model) +

@@ -51,9 +51,9 @@ struct PartReport {
 
 // How the equations were or would be solved.
 struct SolverReport {
-    std::string engine;   // "CHOLMOD 5.1 (supernodal LLᵀ)", "skyline LDLᵀ"
+    std::string engine;   // "multifrontal LLᵀ", "skyline LDLᵀ"
     std::string ordering; // "bisection on nodes", "AMD on nodes", "METIS on nodes", "reverse Cuthill-McKee on nodes"
-    std::string kernels;  // "OpenBLAS 0.3.21 SkylakeX", "Highway AVX3"
+    std::string kernels;  // "Highway AVX3", "OpenBLAS 0.3.21 SkylakeX"
     int threads = 1;
     std::int64_t factorEntries = 0;
     double factorGigabytes = 0.0;

@@ -49,16 +49,18 @@ EngineKind KindFor(const ModelStore& model, SolverKind kind)
 }
 
 // Work with the factor, which may stand on a disk.
-template <class Work> auto WithFactor(const Work& work, const std::string& directory)
+template <class Work> auto WithFactor(const Work& work, const SolverReport& report)
 {
     try {
         return work();
     } catch (const ScratchFailure& refusal) {
-        throw RunFailure(ExitFile, directory + ": error: the scratch file for the factor of the equations failed: " +
-                                       refusal.what() +
-                                       "\n"
-                                       "  expected: room on that disk for the factor, which memory does not hold\n"
-                                       "  to do:    make room there, or choose another directory with -o DIR");
+        char expected[120];
+        std::snprintf(expected, sizeof expected, "%.3g GB of room in a directory that takes files",
+                      report.factorGigabytes);
+        throw RunFailure(ExitFile, report.scratchDirectory +
+                                       ": error: the scratch file for the factor of the equations failed: " +
+                                       refusal.what() + "\n  expected: " + expected +
+                                       "\n  to do:    make room there, or choose another directory with -o DIR");
     }
 }
 
@@ -171,7 +173,7 @@ void StiffnessSystem::Factorise(const std::vector<unsigned char>& isHeld, const 
 
 PivotReport StiffnessSystem::FactoriseMatrix()
 {
-    return WithFactor([&] { return engine->Factorise(matrix); }, report.scratchDirectory);
+    return WithFactor([&] { return engine->Factorise(matrix); }, report);
 }
 
 // True: all pivots are positive numbers.
@@ -199,8 +201,8 @@ bool StiffnessSystem::ReportPivots(const std::vector<double>& diagonal, const Pi
 void StiffnessSystem::TraceMechanisms(bool isPositive, const std::string& modelFile)
 {
     const std::vector<double> stiffness = StiffnessOfDirections(model);
-    SoftMotions found = WithFactor([&] { return FindSoftMotions(*engine, matrix, ToEliminationOrder(stiffness)); },
-                                   report.scratchDirectory);
+    SoftMotions found =
+        WithFactor([&] { return FindSoftMotions(*engine, matrix, ToEliminationOrder(stiffness)); }, report);
     for (SoftMotion& motion : found.motions) { motion.motion = ToModelOrder(motion.motion); }
     if (!found.motions.empty()) {
         const std::string text = MechanismText(model, found, stiffness, !isPositive, modelFile);
@@ -259,7 +261,7 @@ std::vector<double> StiffnessSystem::Solve(const std::vector<double>& loads)
             engine->Solve(u.data(), 1);
             return RefineSolutions(*engine, matrix, corrections, f.data(), u.data(), 1).front();
         },
-        report.scratchDirectory);
+        report);
     report.relativeResidual = refined.residual;
     report.refinementSteps = refined.steps;
     report.residualBeforeRefinement = refined.residualBefore;

@@ -14,8 +14,7 @@
 
 namespace tarnvexo {
 
-// Models of at most this many equations go to the skyline engine unless another is named: loading the libraries of the
-// sparse one takes longer than their solution.
+// Models of at most this many equations go to the skyline engine unless another is named: it is as fast there.
 constexpr std::int64_t FewEquations = 3000;
 
 class StiffnessSystem {

@@ -406,7 +406,8 @@ void AddCost(ReportPage& page, const InfoReport& report)
     page.ColumnTitles({"solve", "console run"});
     page.Row("entries of the factor",
              {std::to_string(report.solver.factorEntries), std::to_string(report.skylineEntries)});
-    page.Row("their size", {MemoryText(report.solver.factorGigabytes), MemoryText(report.skylineGigabytes)});
+    page.Row("their size", {MemoryText(report.solver.factorGigabytes), MemoryText(report.skylineGigabytes)},
+             report.solver.scratchDirectory.empty() ? "" : "on disk: memory is too small");
     page.Row("operations", {NumberText(report.solver.factorOperations), NumberText(report.skylineOperations)});
     page.Row("expected time", {DurationText(report.expectedSeconds), DurationText(report.expectedSkylineSeconds)});
     page.Row("expected memory", {MemoryText(report.expectedMemoryGigabytes)},

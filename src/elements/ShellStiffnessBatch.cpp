@@ -2,8 +2,8 @@
 // of vector unit; the best one that the processor has is chosen when the program runs. Every lane does the arithmetic
 // of the scalar kernel in the same order, products and sums rounded separately, so it gives the same bits.
 
-// These would give the same instructions as their smaller neighbours.
-#define HWY_DISABLED_TARGETS (HWY_AVX3_DL | HWY_SSE4)
+#include "core/VectorTargets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "elements/ShellStiffnessBatch.cpp"
 #include "hwy/foreach_target.h"

@@ -36,7 +36,10 @@ ScratchFile::ScratchFile(const std::string& directory, std::uint64_t bytes) : de
     if (descriptor < 0) {
         throw std::runtime_error(std::strerror(errno));
     }
-    const int refusal = bytes == 0 ? 0 : posix_fallocate(descriptor, 0, static_cast<off_t>(bytes));
+    int refusal = 0;
+    do {
+        refusal = bytes == 0 ? 0 : posix_fallocate(descriptor, 0, static_cast<off_t>(bytes));
+    } while (refusal == EINTR); // the process was stopped meanwhile
     if (refusal != 0 && refusal != EOPNOTSUPP && refusal != EINVAL) { // then the writes will tell
         close(descriptor);
         throw std::runtime_error(std::strerror(refusal));

@@ -4,14 +4,13 @@
 //
 // Compiled once for each kind of vector unit; the best one that the processor has is chosen when the program runs.
 
-// These would give the same instructions as their smaller neighbours.
-#define HWY_DISABLED_TARGETS (HWY_AVX3_DL | HWY_SSE4)
+#include "core/VectorTargets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "solver/CompensatedResidual.cpp"
-#include "solver/CompensatedResidual.h"
-
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
+#include "solver/CompensatedResidual.h"
 
 #include <algorithm>
 #include <cmath>

@@ -62,7 +62,7 @@ template <class Transfer> void FactorStore::InPieces(CrewMember& member, int fro
         if (!transfer((panelAt[front] + begin) * sizeof(double), Panel(front, stack) + begin, count * sizeof(double),
                       reason)) {
             const std::lock_guard lock(failureMutex);
-            failure = reason;
+            failure.swap(reason); // nothing may throw here
         }
     });
 }

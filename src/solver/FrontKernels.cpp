@@ -1,13 +1,12 @@
 // Compiled once for each kind of vector unit; the best one that the processor has is chosen when the program runs.
 
-// The first two would give the same instructions as their smaller neighbours; of the others no arrays can be made.
-#define HWY_DISABLED_TARGETS (HWY_AVX3_DL | HWY_SSE4 | HWY_SVE | HWY_SVE2 | HWY_RVV)
+#include "core/VectorTargets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "solver/FrontKernels.cpp"
-#include "solver/FrontKernels.h"
-
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
+#include "solver/FrontKernels.h"
 
 #include <algorithm>
 #include <cmath>

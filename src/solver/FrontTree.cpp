@@ -3,7 +3,7 @@
 #include "solver/EliminationTree.h"
 
 #include <algorithm>
-#include <cassert>
+#include <cstdint>
 #include <numeric>
 #include <utility>
 
@@ -187,10 +187,58 @@ std::vector<std::vector<int>> OrderChildren(const GrowingFronts& fronts)
     return children;
 }
 
-// Fronts, children and columns in the order of computation; nothing of the rows but their number.
-FrontTree Number(const GrowingFronts& growing, const EliminationOrder& postorder)
+// A front that eliminates nothing: what its children leave is added up and handed on.
+int AddGathering(GrowingFronts& fronts, int front, int mostBlocks)
 {
-    const std::vector<std::vector<int>> children = OrderChildren(growing);
+    fronts.columns.push_back(0);
+    fronts.blocks.push_back(mostBlocks);
+    fronts.parent.push_back(front);
+    fronts.joined.push_back(None);
+    fronts.firstChain.push_back(None);
+    return fronts.Count() - 1;
+}
+
+// Where thousands of children wait for one small front, as parts that all hang on the same few nodes do, what they
+// leave would be many times the front that it is added to. It is gathered on the way, some children at a time.
+void GatherChildren(GrowingFronts& fronts, std::vector<std::vector<int>>& children)
+{
+    constexpr std::size_t fewest = 64, together = 16;
+    const int count = fronts.Count();
+    for (int front = 0; front < count; ++front) {
+        bool isGathered = true;
+        while (children[front].size() > fewest && isGathered) {
+            const std::vector<int> own = std::move(children[front]);
+            std::vector<int> staying;
+            isGathered = false;
+            for (std::size_t begin = 0; begin < own.size(); begin += together) {
+                const std::vector<int> some(own.begin() + static_cast<std::ptrdiff_t>(begin),
+                                            own.begin() +
+                                                static_cast<std::ptrdiff_t>(std::min(begin + together, own.size())));
+                double waiting = 0.0;
+                std::int64_t rows = 0;
+                for (const int child : some) {
+                    waiting += UpdateEntries(fronts.Size(child));
+                    rows += fronts.blocks[child] - fronts.columns[child];
+                }
+                const int mostBlocks = static_cast<int>(std::min<std::int64_t>(rows, fronts.blocks[front]));
+                if (waiting < 2.0 * UpdateEntries({0, DofsPerNode * mostBlocks})) {
+                    staying.insert(staying.end(), some.begin(), some.end());
+                    continue;
+                }
+                staying.push_back(AddGathering(fronts, front, mostBlocks));
+                children.push_back(some);
+                isGathered = true;
+            }
+            children[front] = std::move(staying);
+        }
+    }
+}
+
+// Fronts, children and columns in the order of computation; nothing of the rows.
+FrontTree Number(GrowingFronts& growing, const EliminationOrder& postorder)
+{
+    std::vector<std::vector<int>> children = OrderChildren(growing);
+    GatherChildren(growing, children);
     FrontTree tree;
     tree.columnAt.reserve(postorder.nodeAt.size());
     std::vector<int> number(children.size(), None);
@@ -210,7 +258,6 @@ FrontTree Number(const GrowingFronts& growing, const EliminationOrder& postorder
             front.firstColumn = static_cast<int>(tree.columnAt.size());
             front.columns = growing.columns[old];
             front.parent = None;
-            front.rows = growing.blocks[old] - growing.columns[old];
             front.childAt = tree.children.size();
             front.children = static_cast<int>(children[old].size());
             number[old] = static_cast<int>(tree.fronts.size());
@@ -253,20 +300,14 @@ void FindRows(const BlockPattern& pattern, FrontTree& tree)
 {
     std::vector<int> placeOf(tree.columnAt.size()), seenBy(tree.columnAt.size(), None);
     for (std::size_t k = 0; k < placeOf.size(); ++k) { placeOf[tree.columnAt[k]] = static_cast<int>(k); }
-    std::size_t count = 0;
-    for (Front& front : tree.fronts) {
-        front.rowsAt = count;
-        count += static_cast<std::size_t>(front.rows);
-    }
-    tree.rows.resize(count);
     for (std::size_t f = 0; f < tree.fronts.size(); ++f) {
-        const Front& front = tree.fronts[f];
+        Front& front = tree.fronts[f];
+        front.rowsAt = tree.rows.size();
         const int end = front.firstColumn + front.columns;
-        int* next = tree.rows.data() + front.rowsAt;
         const auto add = [&](int row) {
             if (row >= end && seenBy[row] != static_cast<int>(f)) {
                 seenBy[row] = static_cast<int>(f);
-                *next++ = row;
+                tree.rows.push_back(row);
             }
         };
         for (int k = front.firstColumn; k < end; ++k) {
@@ -275,10 +316,11 @@ void FindRows(const BlockPattern& pattern, FrontTree& tree)
                 add(placeOf[pattern.rows[b]]);
             }
         }
-        for (const int child : tree.ChildrenOf(front)) {
-            for (const int row : tree.RowsOf(tree.fronts[child])) { add(row); }
+        for (const int number : tree.ChildrenOf(front)) {
+            const Front& child = tree.fronts[number];
+            for (std::size_t k = child.rowsAt; k < child.rowsAt + child.rows; ++k) { add(tree.rows[k]); }
         }
-        assert(next == tree.rows.data() + front.rowsAt + front.rows);
+        front.rows = static_cast<int>(tree.rows.size() - front.rowsAt);
     }
     SortRows(tree);
 }

@@ -4,7 +4,8 @@
 //
 // A front eliminates a chain of columns of the elimination tree. Chains with the same rows below are one front from the
 // beginning (supernodes); then fronts are joined with their parents as long as the model of cost (solver/FrontCost)
-// gains: a few zeros are stored and computed with, a front less is assembled. All sizes are in blocks of one node.
+// gains: a few zeros are stored and computed with, a front less is assembled. Where very many children wait for a small
+// front, fronts without columns add up what they leave on the way. All sizes are in blocks of one node.
 // Sources: I. S. Duff, J. K. Reid, ACM Trans. Math. Softw. 9 (1983) 302–325 (fronts); C. Ashcraft, R. Grimes, ibid. 15
 // (1989) 291–309 (amalgamation); J. W. H. Liu, ibid. 12 (1986) 249–264 (order of children).
 #pragma once
@@ -19,8 +20,8 @@
 namespace tarnvexo {
 
 struct Front {
-    int firstColumn; // block columns firstColumn ... firstColumn + columns - 1, in the order of the fronts
-    int columns;
+    int firstColumn;     // block columns firstColumn ... firstColumn + columns - 1, in the order of the fronts
+    int columns;         // 0: it only adds up what its children leave
     int parent;          // -1 at a root
     std::size_t rowsAt;  // of its rows in FrontTree::rows
     int rows;            // block rows below its columns

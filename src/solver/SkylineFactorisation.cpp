@@ -13,8 +13,8 @@
 //
 // Compiled once for each kind of vector unit; the best one that the processor has is chosen when the program runs.
 
-// These would give the same instructions as their smaller neighbours.
-#define HWY_DISABLED_TARGETS (HWY_AVX3_DL | HWY_SSE4)
+#include "core/VectorTargets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "solver/SkylineFactorisation.cpp"
 #include "hwy/foreach_target.h"

@@ -29,7 +29,8 @@ TEST(MemoryEstimate, PartsAreThoseOfTheirClosedForms)
     EXPECT_EQ(estimate.matrix, 5 * 36 * 8.0);
     EXPECT_EQ(estimate.factor, 8000.0);
     EXPECT_EQ(estimate.workspace, 512.0);
-    EXPECT_EQ(estimate.vectors, 5 * 18 * 8.0);
+    EXPECT_EQ(estimate.pivots, 4 * 18 * 8.0);
+    EXPECT_EQ(estimate.vectors, 10 * 18 * 8.0 + 2 * 12.0);
     EXPECT_EQ(estimate.sections, 600.0);
     EXPECT_EQ(estimate.systems, 150.0);
     EXPECT_EQ(estimate.joints, 10 * 48.0 + 20 * (24.0 + 8.0 + 10.0));
@@ -45,6 +46,8 @@ TEST(MemoryEstimate, PeakIsThatOfTheLargestStage)
     estimate.matrix = 1.0;
     estimate.factor = 5.0;
     EXPECT_EQ(estimate.Peak(), 16.0);
+    estimate.vectors = 0.5;
+    EXPECT_EQ(estimate.Peak(), 16.5);
     estimate.sections = 6.0;
     estimate.systems = 1.0;
     estimate.joints = 2.0;
@@ -53,21 +56,75 @@ TEST(MemoryEstimate, PeakIsThatOfTheLargestStage)
     EXPECT_EQ(estimate.Peak(), 19.0);
 }
 
-TEST(MemoryEstimate, RefusesWhatIsNotFreeWithBothFigures)
+// 4 GB for the factor and 1 GB for the rest, of that 0.5 GB beside the factor on disk.
+MemoryEstimate LargeFactor()
 {
     MemoryEstimate estimate;
     estimate.held = 1e9;
+    estimate.matrix = 0.5e9;
+    estimate.workspace = 0.5e9;
     estimate.factor = 4e9;
-    EXPECT_EQ(MemoryFault(estimate, 4e9, "CHOLMOD", "m.txt"), "");
-    EXPECT_EQ(MemoryFault(estimate, 0.0, "CHOLMOD", "m.txt"), ""); // not known
-    const std::string fault = MemoryFault(estimate, 3e9, "CHOLMOD", "m.txt");
-    EXPECT_EQ(fault.find("m.txt: error: to be solved, the model needs 4 GB of memory beside the 1 GB held now\n"), 0u)
+    return estimate;
+}
+
+FactorSize SizeOfLargeFactor(double bytesWithScratchFile)
+{
+    FactorSize size;
+    size.bytesWithScratchFile = bytesWithScratchFile;
+    return size;
+}
+
+TEST(MemoryEstimate, RefusesWhatIsNotFreeWithBothFigures)
+{
+    const FactorSize size = SizeOfLargeFactor(0.5e9);
+    EXPECT_EQ(PlaceFactor(FactorPlace::Memory, LargeFactor(), size, 5e9, "m.txt").fault, "");
+    EXPECT_EQ(PlaceFactor(FactorPlace::Memory, LargeFactor(), size, 0.0, "m.txt").fault, ""); // not known
+    const std::string fault = PlaceFactor(FactorPlace::Memory, LargeFactor(), size, 3e9, "m.txt").fault;
+    EXPECT_EQ(fault.find("m.txt: error: to be solved, the model needs 5 GB of memory beside the 1 GB held now\n"
+                         "  most of it: the factor of its equations, 4 GB\n"
+                         "  expected: at most 3 GB, "),
+              0u)
         << fault;
-    EXPECT_NE(fault.find("\n  expected: at most 3 GB, "), std::string::npos) << fault;
-    EXPECT_NE(MemoryFault(estimate, 3e9, "skyline LDLᵀ", "m.txt").find("--solver sparse"), std::string::npos);
+    EXPECT_NE(fault.find("leave out --factor memory"), std::string::npos) << fault;
+}
+
+TEST(MemoryEstimate, NamesTheSectionMeshesWhereTheyAreTooLarge)
+{
+    MemoryEstimate estimate = LargeFactor();
     estimate.sections = 9e9;
-    EXPECT_NE(MemoryFault(estimate, 5e9, "CHOLMOD", "m.txt").find("the section meshes of its beams, 9 GB"),
-              std::string::npos);
+    const std::string fault =
+        PlaceFactor(FactorPlace::Automatic, estimate, SizeOfLargeFactor(0.5e9), 6e9, "m.txt").fault;
+    EXPECT_NE(fault.find("the section meshes of its beams, 9 GB"), std::string::npos) << fault;
+}
+
+TEST(FactorPlacing, AutomaticTakesTheDiskOnlyWhereThatHelps)
+{
+    const FactorSize size = SizeOfLargeFactor(0.5e9);
+    EXPECT_FALSE(PlaceFactor(FactorPlace::Automatic, LargeFactor(), size, 6e9, "m.txt").isOnDisk);
+    const FactorPlacing onDisk = PlaceFactor(FactorPlace::Automatic, LargeFactor(), size, 2e9, "m.txt");
+    EXPECT_TRUE(onDisk.isOnDisk);
+    EXPECT_EQ(onDisk.fault, "");
+    EXPECT_EQ(onDisk.memory.More(), 1e9);
+    const FactorPlacing tooLarge = PlaceFactor(FactorPlace::Automatic, LargeFactor(), size, 0.9e9, "m.txt");
+    EXPECT_FALSE(tooLarge.isOnDisk);
+    EXPECT_NE(tooLarge.fault.find("the factor of its equations, 4 GB"), std::string::npos) << tooLarge.fault;
+}
+
+TEST(FactorPlacing, OnDiskTheMatrixAndTheFrontsMayStillBeTooLarge)
+{
+    const FactorPlacing placing =
+        PlaceFactor(FactorPlace::Disk, LargeFactor(), SizeOfLargeFactor(0.5e9), 0.9e9, "m.txt");
+    EXPECT_TRUE(placing.isOnDisk);
+    EXPECT_NE(placing.fault.find("the matrix and the fronts of its equations, 1 GB"), std::string::npos)
+        << placing.fault;
+}
+
+TEST(FactorPlacing, AnEngineWithoutScratchFileIsNotSentToTheDisk)
+{
+    const FactorPlacing placing =
+        PlaceFactor(FactorPlace::Automatic, LargeFactor(), SizeOfLargeFactor(0.0), 2e9, "m.txt");
+    EXPECT_FALSE(placing.isOnDisk);
+    EXPECT_NE(placing.fault.find("use --solver sparse, which needs less"), std::string::npos) << placing.fault;
 }
 
 } // namespace

@@ -246,12 +246,17 @@ bool AddressesCanBeLimited()
 #endif
 }
 
-// Solves in a process that may have so many addresses, as a batch system sets it; ended after a minute.
+// In a process that may have so many addresses, as a batch system sets it; ended after a minute.
+ProgramRun RunWithin(int kilobytes, const std::string& arguments, const std::string& model)
+{
+    const std::string command =
+        "ulimit -v " + std::to_string(kilobytes) + "; exec timeout 60 \"" TARNVEXO_PROGRAM "\" " + arguments;
+    return RunProgram({.program = "/bin/sh", .arguments = {"-c", command}, .files = {{"model.txt", model}}});
+}
+
 ProgramRun SolveWithin(int kilobytes, const std::string& options, const std::string& model)
 {
-    const std::string command = "ulimit -v " + std::to_string(kilobytes) +
-                                "; exec timeout 60 \"" TARNVEXO_PROGRAM "\" solve model.txt --threads 2 --format none " + options;
-    return RunProgram({.program = "/bin/sh", .arguments = {"-c", command}, .files = {{"model.txt", model}}});
+    return RunWithin(kilobytes, "solve model.txt --threads 2 --format none " + options, model);
 }
 
 // Room for the model and the libraries, but not for the factor.
@@ -280,13 +285,33 @@ TEST(Program, KeepsTheFactorOnDiskWhereMemoryDoesNotHoldIt)
     EXPECT_EQ(run.files.size(), 1u) << "something stayed beside the model";
 }
 
+TEST(Program, TellsWithoutSolvingThatTheFactorGoesToDisk)
+{
+    if (!AddressesCanBeLimited()) {
+        GTEST_SKIP();
+    }
+    const ProgramRun run = RunWithin(450000, "info model.txt", GeneratedText(StiffenedPlateModel(120000)));
+    EXPECT_EQ(run.exitCode, ExitGood) << run.error;
+    EXPECT_NE(run.output.find("on disk: memory is too small"), std::string::npos) << run.output;
+    EXPECT_EQ(run.output.find("refuses"), std::string::npos) << run.output;
+}
+
+// The skyline, which auto takes for small models, keeps its factor in memory.
+TEST(Program, TakesTheSparseEngineForASmallModelWhoseFactorIsWantedOnDisk)
+{
+    const ProgramRun run = Tarnvexo({"solve", Examples + "wing", "--factor", "disk", "--format", "none"});
+    EXPECT_EQ(run.exitCode, ExitGood) << run.error;
+    EXPECT_NE(run.output.find("multifrontal"), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find(", on disk in ."), std::string::npos) << run.output;
+}
+
 TEST(Program, SaysWhenTheDirectoryTakesNoScratchFile)
 {
     const std::string model = GeneratedText(StiffenedPlateModel(4000));
-    const ProgramRun run = RunProgram({.program = TARNVEXO_PROGRAM,
-                                       .arguments = {"solve", "model.txt", "--factor", "disk", "--format", "none", "-o",
-                                                     "not-there"},
-                                       .files = {{"model.txt", model}}});
+    const ProgramRun run =
+        RunProgram({.program = TARNVEXO_PROGRAM,
+                    .arguments = {"solve", "model.txt", "--factor", "disk", "--format", "none", "-o", "not-there"},
+                    .files = {{"model.txt", model}}});
     EXPECT_EQ(run.exitCode, ExitFile) << run.error;
     EXPECT_NE(run.error.find("not-there: error: the scratch file for the factor of the equations failed: "),
               std::string::npos)

@@ -100,9 +100,9 @@ ENERGY
   relative difference                   8.1e-06
 
 SOLUTION
-  engine                           CHOLMOD 5.1 (supernodal LLᵀ)
-  ordering                         METIS on nodes
-  kernels                          OpenBLAS 0.3.21 SkylakeX
+  engine                           multifrontal LLᵀ
+  ordering                         bisection on nodes
+  kernels                          Highway AVX3
   threads                                     2
   entries of the factor                   61206  456 kB
   operations                            6.5e+06  0.2 GF/s while factorising
@@ -167,8 +167,8 @@ const char* const InfoGoldenEnd = R"(COST ON THIS MACHINE
   operations                            6.5e+06       2.1e+07
   expected time                          0.30 s    1 min 14 s
   expected memory                       50.0 MB  of 6.90 GB that can be had
-  engine                           CHOLMOD 5.1 (supernodal LLᵀ)
-  ordering                         METIS on nodes
+  engine                           multifrontal LLᵀ
+  ordering                         bisection on nodes
 
 MODEL CHECKS                        count     limit     worst
   warning  warping                      4        10   23.4567  quadrilaterals that are not flat

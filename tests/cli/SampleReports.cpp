@@ -88,9 +88,9 @@ SolveReport SampleSolveReport()
     report.findings = {WarpedQuads()};
     report.parts = SampleParts();
     report.balance = SampleBalance();
-    report.solver.engine = "CHOLMOD 5.1 (supernodal LLᵀ)";
-    report.solver.ordering = "METIS on nodes";
-    report.solver.kernels = "OpenBLAS 0.3.21 SkylakeX";
+    report.solver.engine = "multifrontal LLᵀ";
+    report.solver.ordering = "bisection on nodes";
+    report.solver.kernels = "Highway AVX3";
     report.solver.threads = 2;
     report.solver.factorEntries = 61206;
     report.solver.factorGigabytes = 0.000456;
@@ -151,8 +151,8 @@ InfoReport SampleInfoReport()
     report.findings = {WarpedQuads()};
     report.parts = SampleParts();
     report.balance = SampleBalance();
-    report.solver.engine = "CHOLMOD 5.1 (supernodal LLᵀ)";
-    report.solver.ordering = "METIS on nodes";
+    report.solver.engine = "multifrontal LLᵀ";
+    report.solver.ordering = "bisection on nodes";
     report.solver.factorEntries = 61206;
     report.solver.factorGigabytes = 0.000456;
     report.solver.factorOperations = 6.5e6;

@@ -263,6 +263,27 @@ TEST(FrontTree, OfAStarOfManySpokesStaysSmall)
     EXPECT_EQ(tree.fronts.back().rows, 0);
 }
 
+// Thousands of nodes that all hang on the same twenty: what their fronts leave is gathered on the way, so that it does
+// not all wait at the same time.
+TEST(FrontTree, GathersWhatVeryManyChildrenLeave)
+{
+    constexpr int Hubs = 20, Leaves = 5000;
+    std::vector<Edge> edges;
+    for (int leaf = 0; leaf < Leaves; ++leaf) {
+        for (int hub = 0; hub < Hubs; ++hub) { edges.push_back({leaf, Leaves + hub}); }
+    }
+    const FrontTree tree = BuildFrontTree(LowerPattern(GraphOf(Leaves + Hubs, edges), NaturalOrder(Leaves + Hubs)));
+    int columns = 0;
+    for (const Front& front : tree.fronts) {
+        EXPECT_LE(front.children, 64);
+        EXPECT_EQ(front.firstColumn, columns);
+        EXPECT_LE(front.rows, Hubs);
+        columns += front.columns;
+    }
+    EXPECT_EQ(columns, Leaves + Hubs);
+    EXPECT_EQ(tree.fronts.back().parent, -1);
+}
+
 // Fronts are joined along the chain as long as that gains, and no longer.
 TEST(FrontTree, OfALongChainStaysSmall)
 {

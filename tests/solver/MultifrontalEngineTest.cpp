@@ -65,6 +65,17 @@ NodeGraph Forest()
     return GraphOf(240, edges);
 }
 
+// Very many leaves that all hang on the same few nodes: what they leave is gathered by fronts without columns.
+NodeGraph LeavesOnHubs()
+{
+    constexpr int Hubs = 12, Leaves = 400;
+    std::vector<Edge> edges;
+    for (int leaf = 0; leaf < Leaves; ++leaf) {
+        for (int hub = 0; hub < Hubs; ++hub) { edges.push_back({hub, Hubs + leaf}); }
+    }
+    return GraphOf(Hubs + Leaves, edges);
+}
+
 struct NamedGraph {
     std::string name;
     NodeGraph graph;
@@ -73,7 +84,8 @@ struct NamedGraph {
 std::vector<NamedGraph> Structures()
 {
     return {{"plate", QuadGrid(18, 18)}, {"brick", Brick(7, 7, 7)}, {"girder", Girder(7, 30)},
-            {"forest", Forest()},        {"star", Star(150)},       {"one node", GraphOf(1, {})}};
+            {"forest", Forest()},        {"star", Star(150)},       {"leaves on hubs", LeavesOnHubs()},
+            {"one node", GraphOf(1, {})}};
 }
 
 // Positive definite, and the same with a third of the diagonal negative.

@@ -253,7 +253,7 @@ TEST_P(Refinements, TreatSeveralRightHandSidesEachAsAlone)
             for (std::size_t i = 12; i < 24; ++i) { EXPECT_EQ(u[i], 0.0); }
         } else {
             EXPECT_GE(refined[c].steps, 1) << c;
-            EXPECT_LE(Error(&u[12 * c], &exact[12 * c], 12), 1e-12) << c;
+            EXPECT_LE(Error(&u[12 * c], &exact[12 * c], 12), 1e-11) << c; // where steps end
             double work = 0.0;
             for (std::size_t i = 12 * c; i < 12 * (c + 1); ++i) { work += 0.5 * f[i] * exact[i]; }
             EXPECT_NEAR(refined[c].strainEnergy, work, 1e-14 * work) << c;
