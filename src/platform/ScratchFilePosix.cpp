@@ -39,7 +39,7 @@ ScratchFile::ScratchFile(const std::string& directory, std::uint64_t bytes) : de
     int refusal = 0;
     do {
         refusal = bytes == 0 ? 0 : posix_fallocate(descriptor, 0, static_cast<off_t>(bytes));
-    } while (refusal == EINTR); // the process was stopped meanwhile
+    } while (refusal == EINTR);                                       // the process was stopped meanwhile
     if (refusal != 0 && refusal != EOPNOTSUPP && refusal != EINVAL) { // then the writes will tell
         close(descriptor);
         throw std::runtime_error(std::strerror(refusal));

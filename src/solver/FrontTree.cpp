@@ -205,15 +205,14 @@ void GatherChildren(GrowingFronts& fronts, std::vector<std::vector<int>>& childr
     constexpr std::size_t fewest = 64, together = 16;
     const int count = fronts.Count();
     for (int front = 0; front < count; ++front) {
-        bool isGathered = true;
-        while (children[front].size() > fewest && isGathered) {
+        // Round by round, as long as a quarter fewer are left: all rounds are linear in the children.
+        for (std::size_t before = 2 * children[front].size();
+             children[front].size() > fewest && 4 * children[front].size() <= 3 * before;) {
             const std::vector<int> own = std::move(children[front]);
+            before = own.size();
             std::vector<int> staying;
-            isGathered = false;
-            for (std::size_t begin = 0; begin < own.size(); begin += together) {
-                const std::vector<int> some(own.begin() + static_cast<std::ptrdiff_t>(begin),
-                                            own.begin() +
-                                                static_cast<std::ptrdiff_t>(std::min(begin + together, own.size())));
+            for (std::size_t begin = 0; begin < before; begin += together) {
+                const std::vector<int> some(&own[begin], &own[begin] + std::min(together, before - begin));
                 double waiting = 0.0;
                 std::int64_t rows = 0;
                 for (const int child : some) {
@@ -223,11 +222,10 @@ void GatherChildren(GrowingFronts& fronts, std::vector<std::vector<int>>& childr
                 const int mostBlocks = static_cast<int>(std::min<std::int64_t>(rows, fronts.blocks[front]));
                 if (waiting < 2.0 * UpdateEntries({0, DofsPerNode * mostBlocks})) {
                     staying.insert(staying.end(), some.begin(), some.end());
-                    continue;
+                } else {
+                    staying.push_back(AddGathering(fronts, front, mostBlocks));
+                    children.push_back(some);
                 }
-                staying.push_back(AddGathering(fronts, front, mostBlocks));
-                children.push_back(some);
-                isGathered = true;
             }
             children[front] = std::move(staying);
         }
@@ -242,6 +240,7 @@ FrontTree Number(GrowingFronts& growing, const EliminationOrder& postorder)
     FrontTree tree;
     tree.columnAt.reserve(postorder.nodeAt.size());
     std::vector<int> number(children.size(), None);
+    std::size_t rows = 0;
     std::vector<std::pair<int, std::size_t>> path; // front, children of it that are numbered
     for (int root = 0; root < growing.Count(); ++root) {
         if (growing.joined[root] != None || growing.parent[root] != None) {
@@ -257,6 +256,7 @@ FrontTree Number(GrowingFronts& growing, const EliminationOrder& postorder)
             Front front = {};
             front.firstColumn = static_cast<int>(tree.columnAt.size());
             front.columns = growing.columns[old];
+            rows += static_cast<std::size_t>(growing.blocks[old] - growing.columns[old]);
             front.parent = None;
             front.childAt = tree.children.size();
             front.children = static_cast<int>(children[old].size());
@@ -274,6 +274,7 @@ FrontTree Number(GrowingFronts& growing, const EliminationOrder& postorder)
             path.pop_back();
         }
     }
+    tree.rows.reserve(rows);
     return tree;
 }
 
