@@ -1,4 +1,4 @@
-# Installs BUILD into a fresh PREFIX and solves MODEL there with the sparse engine; then serves RESULT, first with the
+# Installs BUILD into a fresh PREFIX and solves MODEL there with CHOLMOD; then serves RESULT, first with the
 # page server at its place (a browser that ends at once draws no picture), then without.
 #     cmake -D BUILD=... -D PREFIX=... -D BINDIR=bin -D MODEL=... -D RESULT=... -P run_installed.cmake
 file(REMOVE_RECURSE ${PREFIX})
@@ -12,7 +12,7 @@ if(NOT EXISTS "${PREFIX}/${BINDIR}/Tarn+Vexo_Contour.exe")
   message(FATAL_ERROR "The viewer that the console run starts is not installed:\n${installation}")
 endif()
 
-execute_process(COMMAND ${PREFIX}/${BINDIR}/tarnvexo solve ${MODEL} --solver sparse --format none --quiet
+execute_process(COMMAND ${PREFIX}/${BINDIR}/tarnvexo solve ${MODEL} --solver cholmod --format none --quiet
   OUTPUT_VARIABLE report ERROR_VARIABLE diagnostics RESULT_VARIABLE exitCode)
 if(NOT exitCode EQUAL 0 OR NOT report MATCHES "engine +CHOLMOD ")
   message(FATAL_ERROR "${PREFIX}/${BINDIR}/tarnvexo ended with ${exitCode}:\n${report}${diagnostics}")
