@@ -15,8 +15,8 @@ constexpr int MostSteps = 5;
 // Of a rounded number, 2⁻⁵³.
 constexpr double RoundOff = 0x1p-53;
 
-// Errors that are worth no further step: digits that no result needs.
-constexpr double ErrorWanted = 1e-11;
+// Errors that are worth no further step: digits that no result shows.
+constexpr double ErrorWanted = 1e-13;
 
 // Relative residuals of sound factorisations stay below.
 constexpr double SmallResidual = 1e-14;

@@ -10,7 +10,7 @@
 // solving. That of the entries of K stays: u is the solution of the K that was assembled.
 //
 // |du| against |u| is the error of u before the step, and its fall from step to step is ρ; so |du|·ρ is the error after
-// it. The solution itself is the first correction, of u = 0. Steps end when the error to be expected is 1e-11,
+// it. The solution itself is the first correction, of u = 0. Steps end when the error to be expected is 1e-13,
 // when a correction is not half of the one before, and after five of them. A correction that would not
 // make the solution better is not made, and one that has not is taken back.
 // Sources: J. Demmel, Y. Hida, W. Kahan, X. S. Li, S. Mukherjee, E. J. Riedy, Error bounds from extra-precise iterative
