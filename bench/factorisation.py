@@ -65,16 +65,9 @@ class Bench:
         self.results = results
         self.scratch = Path(scratch)
         self.cores = len(os.sched_getaffinity(0))
+        self.tarnvexo, self.generate, self.machine_rates, self.cholmod_alone, self.engine_rates = scaling.programs_of(
+            options.build, "bench/machine_rates", "bench/cholmod_alone", "bench/engine_rates")
         build = options.build.resolve()
-        self.tarnvexo = build / "tarnvexo"
-        self.generate = build / "tools/generate_model"
-        self.machine_rates = build / "bench/machine_rates"
-        self.cholmod_alone = build / "bench/cholmod_alone"
-        self.engine_rates = build / "bench/engine_rates"
-        for program in [self.tarnvexo, self.generate, self.machine_rates, self.cholmod_alone, self.engine_rates]:
-            if not program.exists():
-                sys.exit(f"factorisation.py: error: {program} is missing\n"
-                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model bench_programs")
         self.mumps = {}
         if options.mumps:
             mpirun = ["mpirun", "-np", self.cores, "--allow-run-as-root", "--oversubscribe", "--bind-to", "none"]

@@ -146,6 +146,16 @@ def count_numbers(path):
     return count
 
 
+def programs_of(build, *bench):
+    """tarnvexo, generate_model and the named programs of a build directory."""
+    programs = [build.resolve() / name for name in ("tarnvexo", "tools/generate_model", *bench)]
+    for program in programs:
+        if not program.exists():
+            sys.exit(f"{Path(sys.argv[0]).name}: error: {program} is missing\n"
+                     f"  to do:    cmake --build {build} --target tarnvexo generate_model bench_programs")
+    return programs
+
+
 # --- what is measured --------------------------------------------------------------------------------------------
 
 class Bench:
@@ -154,16 +164,8 @@ class Bench:
         self.results = results
         self.scratch = Path(scratch)
         self.cores = len(os.sched_getaffinity(0))
-        build = options.build.resolve()
-        self.tarnvexo = build / "tarnvexo"
-        self.generate = build / "tools/generate_model"
-        self.machine_rates = build / "bench/machine_rates"
-        self.cholmod_alone = build / "bench/cholmod_alone"
-        self.calculix_export = build / "bench/calculix_export"
-        for program in [self.tarnvexo, self.generate, self.machine_rates, self.cholmod_alone, self.calculix_export]:
-            if not program.exists():
-                sys.exit(f"scaling.py: error: {program} is missing\n"
-                         f"  to do:    cmake --build {options.build} --target tarnvexo generate_model bench_programs")
+        self.tarnvexo, self.generate, self.machine_rates, self.cholmod_alone, self.calculix_export = programs_of(
+            options.build, "bench/machine_rates", "bench/cholmod_alone", "bench/calculix_export")
 
     def repeats(self, seconds):
         """How often a run that is expected to take so long is measured; an odd number."""

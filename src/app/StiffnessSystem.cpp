@@ -164,7 +164,14 @@ void StiffnessSystem::Factorise(const std::vector<unsigned char>& isHeld, const 
     }
     EliminateEquations(matrix, held);
     const std::vector<double> diagonal = DiagonalOf(matrix);
-    const bool isPositive = ReportPivots(diagonal, FactoriseMatrix());
+    const PivotReport pivots = FactoriseMatrix();
+    const bool isPositive = ReportPivots(diagonal, pivots);
+    if (!isPositive && engineKind == EngineKind::Multifrontal) { // the others stop at the first
+        const Inertia inertia = InertiaOf(pivots);
+        inertiaLine = "\n  pivots:   " + std::to_string(inertia.negative) + " negative, " +
+                      std::to_string(inertia.leftOut) + " zero or no number, of " +
+                      std::to_string(pivots.pivots.size());
+    }
     if (!isPositive || report.smallestPivotRatio < LeastPivotRatio) {
         TraceMechanisms(isPositive, modelFile);
         FactoriseMatrix(); // which the search has replaced
@@ -207,7 +214,7 @@ void StiffnessSystem::TraceMechanisms(bool isPositive, const std::string& modelF
     if (!found.motions.empty()) {
         const std::string text = MechanismText(model, found, stiffness, !isPositive, modelFile);
         if (!isPositive || std::any_of(found.motions.begin(), found.motions.end(), EndsTheRun)) {
-            throw RunFailure(ExitNumerical, text);
+            throw RunFailure(ExitNumerical, text + inertiaLine);
         }
         warning = text;
     }
@@ -226,7 +233,7 @@ void StiffnessSystem::TraceMechanisms(bool isPositive, const std::string& modelF
                   "            area or length, and for nodes that only a mechanism holds",
                   node, DofNames[report.smallestPivot.dof], place[0], place[1], place[2],
                   AllElementsAt(model, node).c_str());
-    throw RunFailure(ExitNumerical, modelFile + text);
+    throw RunFailure(ExitNumerical, modelFile + text + inertiaLine);
 }
 
 std::vector<double> StiffnessSystem::ToEliminationOrder(const std::vector<double>& vector) const

@@ -69,6 +69,7 @@ private:
     std::vector<unsigned char> held; // elimination order
     double strainEnergy = 0.0;
     std::string warning;
+    std::string inertiaLine; // of a message about pivots that are not positive; empty: the engine does not tell
     SolverReport report;
 };
 

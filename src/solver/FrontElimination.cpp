@@ -33,17 +33,6 @@ std::ptrdiff_t StripStride(const FrontSize& size, int column)
     return SpreadStride(size.height - AlignedDown(column));
 }
 
-int PiecesOf(int count, int piece)
-{
-    return (count + piece - 1) / piece;
-}
-
-IndexRange Piece(IndexRange range, int piece, std::size_t index)
-{
-    const int begin = range.begin + piece * static_cast<int>(index);
-    return {begin, std::min(begin + piece, range.end)};
-}
-
 } // namespace
 
 std::size_t PanelEntries(const FrontSize& size)
@@ -86,13 +75,13 @@ void EliminateFront(CrewMember& member, const FrontSize& size, const FrontArray&
         const IndexRange columns = {begin, std::min(begin + BlockColumns, size.width)};
         const IndexRange diagonal = {begin, AlignedUp(columns.end)};
         const IndexRange below = {diagonal.end, rowEnd};
-        const std::size_t pieces = static_cast<std::size_t>(PiecesOf(below.Size(), PieceRows));
+        const std::size_t pieces = PiecesOf(below, PieceRows);
         const auto takeOffBefore = [&](IndexRange rows) {
             SubtractProduct(L, {0, begin}, signsInUse, rows, columns, L);
         };
         member.Each(begin == 0 ? 1 : 1 + pieces, [&](std::size_t piece) {
             if (piece > 0) {
-                takeOffBefore(Piece(below, PieceRows, piece - 1));
+                takeOffBefore(PieceOf(below, PieceRows, piece - 1));
                 return;
             }
             takeOffBefore(diagonal);
@@ -101,17 +90,17 @@ void EliminateFront(CrewMember& member, const FrontSize& size, const FrontArray&
         });
         signsInUse = isPositive != 0 ? nullptr : signs;
         member.Each(pieces,
-                    [&](std::size_t piece) { SolveRows(L, columns, signsInUse, Piece(below, PieceRows, piece)); });
+                    [&](std::size_t piece) { SolveRows(L, columns, signsInUse, PieceOf(below, PieceRows, piece)); });
     }
     // What is left, square by square, each with all columns at once.
     const IndexRange rows = {AlignedDown(size.width), rowEnd};
     const IndexRange columns = {size.width, size.height};
     const std::size_t strips = static_cast<std::size_t>(U.Strips());
-    const std::size_t rowPieces = static_cast<std::size_t>(PiecesOf(rows.Size(), PieceRows));
+    const std::size_t rowPieces = PiecesOf(rows, PieceRows);
     member.Each(rowPieces * strips, [&](std::size_t square) {
         const std::size_t strip = square / rowPieces;
-        SubtractProduct(L, {0, size.width}, signsInUse, Piece(rows, PieceRows, square % rowPieces),
-                        Piece(columns, StripColumns, strip), U.Strip(static_cast<int>(strip)));
+        SubtractProduct(L, {0, size.width}, signsInUse, PieceOf(rows, PieceRows, square % rowPieces),
+                        PieceOf(columns, StripColumns, strip), U.Strip(static_cast<int>(strip)));
     });
 }
 

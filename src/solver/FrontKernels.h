@@ -10,6 +10,8 @@
 // A pivot may be negative: the factor is L·S·Lᵀ with S = diag(±1), which is Cholesky's L·Lᵀ where all are positive.
 #pragma once
 
+#include "solver/IndexRange.h"
+
 #include <cstddef>
 #include <string>
 
@@ -25,13 +27,6 @@ struct FrontArray {
     int firstColumn;
 
     double* At(int row, int column) const { return values + (row - firstRow) + (column - firstColumn) * stride; }
-};
-
-struct IndexRange {
-    int begin;
-    int end;
-
-    int Size() const { return end - begin; }
 };
 
 // C(rows, columns) −= L(rows, k)·S(k)·L(columns, k)ᵀ on and below the diagonal; columns.Size() is a multiple of six.

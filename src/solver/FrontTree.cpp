@@ -157,7 +157,7 @@ void JoinFronts(GrowingFronts& fronts)
 }
 
 // What waits on the stack while a front is computed, after all its children, in entries.
-double UpdateEntries(const FrontSize& front)
+double WaitingEntries(const FrontSize& front)
 {
     return static_cast<double>(front.Below()) * front.Below();
 }
@@ -175,14 +175,14 @@ std::vector<std::vector<int>> OrderChildren(const GrowingFronts& fronts)
         std::vector<int>& own = children[front];
         for (int c = fronts.firstChild[front]; c != None; c = fronts.nextSibling[c]) { own.push_back(c); }
         std::stable_sort(own.begin(), own.end(), [&](int a, int b) {
-            return need[a] - UpdateEntries(fronts.Size(a)) > need[b] - UpdateEntries(fronts.Size(b));
+            return need[a] - WaitingEntries(fronts.Size(a)) > need[b] - WaitingEntries(fronts.Size(b));
         });
         double waiting = 0.0;
         for (const int child : own) {
             need[front] = std::max(need[front], waiting + need[child]);
-            waiting += UpdateEntries(fronts.Size(child));
+            waiting += WaitingEntries(fronts.Size(child));
         }
-        need[front] = std::max(need[front], waiting + UpdateEntries(fronts.Size(front)));
+        need[front] = std::max(need[front], waiting + WaitingEntries(fronts.Size(front)));
     }
     return children;
 }
@@ -216,11 +216,11 @@ void GatherChildren(GrowingFronts& fronts, std::vector<std::vector<int>>& childr
                 double waiting = 0.0;
                 std::int64_t rows = 0;
                 for (const int child : some) {
-                    waiting += UpdateEntries(fronts.Size(child));
+                    waiting += WaitingEntries(fronts.Size(child));
                     rows += fronts.blocks[child] - fronts.columns[child];
                 }
                 const int mostBlocks = static_cast<int>(std::min<std::int64_t>(rows, fronts.blocks[front]));
-                if (waiting < 2.0 * UpdateEntries({0, DofsPerNode * mostBlocks})) {
+                if (waiting < 2.0 * WaitingEntries({0, DofsPerNode * mostBlocks})) {
                     staying.insert(staying.end(), some.begin(), some.end());
                 } else {
                     staying.push_back(AddGathering(fronts, front, mostBlocks));

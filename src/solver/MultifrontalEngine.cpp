@@ -11,16 +11,6 @@ namespace {
 constexpr int StripBlocks = StripColumns / DofsPerNode;
 constexpr int PieceBlocks = StripBlocks / 2;
 
-int PiecesOf(int blocks)
-{
-    return (blocks + PieceBlocks - 1) / PieceBlocks;
-}
-
-IndexRange Piece(int piece, int blocks)
-{
-    return {PieceBlocks * piece, std::min(PieceBlocks * (piece + 1), blocks)};
-}
-
 } // namespace
 
 // What one factorisation needs beside the factor.
@@ -130,16 +120,15 @@ void MultifrontalEngine::ComputeFront(int number, CrewMember& member, int stack,
     const Front& front = tree.fronts[number];
     const FrontArray L = PanelOf(number, stack);
     const FrontUpdate U = UpdateOf(number, stack, work);
-    const int panelPieces = PiecesOf(front.columns), updatePieces = PiecesOf(front.rows);
-    member.Each(static_cast<std::size_t>(panelPieces + updatePieces), [&](std::size_t index) {
-        const int piece = static_cast<int>(index);
+    const IndexRange panel = {0, front.columns}, below = {front.columns, front.Blocks()};
+    const std::size_t panelPieces = PiecesOf(panel, PieceBlocks);
+    member.Each(panelPieces + PiecesOf(below, PieceBlocks), [&](std::size_t piece) {
         if (piece < panelPieces) {
-            AssembleColumns(number, Piece(piece, front.columns), L, stack, work);
+            AssembleColumns(number, PieceOf(panel, PieceBlocks, piece), L, stack, work);
             return;
         }
-        const IndexRange below = Piece(piece - panelPieces, front.rows);
-        AssembleColumns(number, {front.columns + below.begin, front.columns + below.end},
-                        U.Strip(below.begin / StripBlocks), stack, work);
+        const IndexRange columns = PieceOf(below, PieceBlocks, piece - panelPieces);
+        AssembleColumns(number, columns, U.Strip((columns.begin - front.columns) / StripBlocks), stack, work);
     });
     const std::size_t equation = static_cast<std::size_t>(DofsPerNode) * front.firstColumn;
     EliminateFront(member, front.Size(), L, U, &signs[equation], &pivots[equation], isPositive[number]);

@@ -18,11 +18,6 @@ constexpr int VectorsAtOnce = 8;
 constexpr int PieceRows = 512;
 constexpr int PieceColumns = 24;
 
-std::size_t PiecesOf(int count, int piece)
-{
-    return static_cast<std::size_t>((count + piece - 1) / piece);
-}
-
 // L11·y = y for a block of columns; y counted as the rows of L.
 void SolveBlockDown(const FrontArray& L, IndexRange columns, double* y)
 {
@@ -62,6 +57,12 @@ struct MultifrontalEngine::Vectors {
         double* const base = places.side[front] == UpdatePlaces::OfItsOwn ? ofItsOwn : stacks;
         return base + times * places.Begin(front, stack);
     }
+
+    // Of vector r, the equations of a block column in the order of the fronts.
+    double* At(std::size_t r, int column) const
+    {
+        return y + r * equations + static_cast<std::size_t>(DofsPerNode) * static_cast<std::size_t>(column);
+    }
 };
 
 void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, const Vectors& vectors)
@@ -72,13 +73,9 @@ void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, co
     store.Read(member, number, stack);
     double* const work = vectors.Of(number, stack, vectorPlaces);
     const std::size_t height = static_cast<std::size_t>(size.height), width = static_cast<std::size_t>(size.width);
-    const auto head = [&](int r) {
-        return vectors.y + static_cast<std::size_t>(r) * vectors.equations +
-               static_cast<std::size_t>(DofsPerNode) * front.firstColumn;
-    };
     member.Each(static_cast<std::size_t>(vectors.count), [&](std::size_t r) {
         double* const y = work + height * r;
-        std::copy_n(head(static_cast<int>(r)), width, y);
+        std::copy_n(vectors.At(r, front.firstColumn), width, y);
         std::fill(y + width, y + height, 0.0);
         for (const int childNumber : tree.ChildrenOf(front)) {
             const Front& child = tree.fronts[childNumber];
@@ -94,21 +91,20 @@ void MultifrontalEngine::SolveDown(int number, CrewMember& member, int stack, co
         const IndexRange columns = {begin, std::min(begin + BlockColumns, size.width)};
         member.Each(static_cast<std::size_t>(vectors.count),
                     [&](std::size_t r) { SolveBlockDown(L, columns, work + height * r); });
-        member.Each(PiecesOf(size.height - columns.end, PieceRows), [&](std::size_t piece) {
-            const int first = columns.end + PieceRows * static_cast<int>(piece);
-            const IndexRange rows = {first, std::min(first + PieceRows, size.height)};
+        const IndexRange below = {columns.end, size.height};
+        member.Each(PiecesOf(below, PieceRows), [&](std::size_t piece) {
+            const IndexRange rows = PieceOf(below, PieceRows, piece);
             for (int r = 0; r < vectors.count; ++r) {
                 double* const y = work + height * static_cast<std::size_t>(r);
                 SubtractColumns(L, columns, y + begin, rows, y);
             }
         });
     }
-    member.One([&] {
-        for (int r = 0; r < vectors.count; ++r) {
-            const double* const y = work + height * static_cast<std::size_t>(r);
-            const double* const sign = &signs[static_cast<std::size_t>(DofsPerNode) * front.firstColumn];
-            for (std::size_t i = 0; i < width; ++i) { head(r)[i] = sign[i] * y[i]; }
-        }
+    member.Each(static_cast<std::size_t>(vectors.count), [&](std::size_t r) {
+        const double* const y = work + height * r;
+        const double* const sign = &signs[static_cast<std::size_t>(DofsPerNode) * front.firstColumn];
+        double* const to = vectors.At(r, front.firstColumn);
+        for (std::size_t i = 0; i < width; ++i) { to[i] = sign[i] * y[i]; }
     });
 }
 
@@ -120,33 +116,26 @@ void MultifrontalEngine::SolveUp(int number, CrewMember& member, int stack, cons
     store.Read(member, number, stack);
     double* const work = vectors.Of(number, stack, vectorPlaces);
     const std::size_t height = static_cast<std::size_t>(size.height), width = static_cast<std::size_t>(size.width);
-    const auto head = [&](std::size_t r) {
-        return vectors.y + r * vectors.equations + static_cast<std::size_t>(DofsPerNode) * front.firstColumn;
-    };
     member.Each(static_cast<std::size_t>(vectors.count), [&](std::size_t r) {
         double* y = work + height * r;
-        y = std::copy_n(head(r), width, y);
-        for (const int row : tree.RowsOf(front)) {
-            y = std::copy_n(vectors.y + r * vectors.equations + static_cast<std::size_t>(DofsPerNode) * row,
-                            DofsPerNode, y);
-        }
+        y = std::copy_n(vectors.At(r, front.firstColumn), width, y);
+        for (const int row : tree.RowsOf(front)) { y = std::copy_n(vectors.At(r, row), DofsPerNode, y); }
     });
     const int blocks = (size.width + BlockColumns - 1) / BlockColumns;
     for (int block = blocks - 1; block >= 0; --block) {
         const IndexRange columns = {BlockColumns * block, std::min(BlockColumns * (block + 1), size.width)};
-        member.Each(PiecesOf(columns.Size(), PieceColumns), [&](std::size_t piece) {
-            const int first = columns.begin + PieceColumns * static_cast<int>(piece);
-            const IndexRange part = {first, std::min(first + PieceColumns, columns.end)};
+        member.Each(PiecesOf(columns, PieceColumns), [&](std::size_t piece) {
+            const IndexRange part = PieceOf(columns, PieceColumns, piece);
             for (int r = 0; r < vectors.count; ++r) {
                 double* const y = work + height * static_cast<std::size_t>(r);
-                SubtractColumnProducts(L, part, {columns.end, size.height}, y, y + first);
+                SubtractColumnProducts(L, part, {columns.end, size.height}, y, y + part.begin);
             }
         });
         member.Each(static_cast<std::size_t>(vectors.count),
                     [&](std::size_t r) { SolveBlockUp(L, columns, work + height * r); });
     }
     member.Each(static_cast<std::size_t>(vectors.count),
-                [&](std::size_t r) { std::copy_n(work + height * r, width, head(r)); });
+                [&](std::size_t r) { std::copy_n(work + height * r, width, vectors.At(r, front.firstColumn)); });
 }
 
 void MultifrontalEngine::Solve(double* vectors, int count)

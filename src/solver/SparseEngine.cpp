@@ -5,6 +5,8 @@
 #include "solver/MultifrontalEngine.h"
 #include "solver/SkylineEngine.h"
 
+#include <cmath>
+
 namespace tarnvexo {
 
 namespace {
@@ -52,6 +54,16 @@ MakeEngine LoadCholmod()
 }
 
 } // namespace
+
+Inertia InertiaOf(const PivotReport& report)
+{
+    Inertia inertia;
+    for (const double pivot : report.pivots) {
+        const bool isUsable = std::isfinite(pivot) && pivot != 0.0;
+        ++(!isUsable ? inertia.leftOut : pivot > 0.0 ? inertia.positive : inertia.negative);
+    }
+    return inertia;
+}
 
 void SetBlasEnvironment()
 {

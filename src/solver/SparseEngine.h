@@ -36,6 +36,14 @@ struct PivotReport {
     bool Complete() const { return failedAt < 0; }
 };
 
+// How many pivots have which sign: of an engine that goes on, as many eigenvalues of K (Sylvester's law of inertia).
+struct Inertia {
+    std::int64_t positive = 0;
+    std::int64_t negative = 0;
+    std::int64_t leftOut = 0; // zero, or no finite number
+};
+Inertia InertiaOf(const PivotReport& report);
+
 class SparseEngine {
 public:
     virtual ~SparseEngine() = default;

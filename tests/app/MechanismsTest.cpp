@@ -139,6 +139,14 @@ TEST_P(Mechanisms, OfThinShellsAmongTheirLikeNameTheThickness)
     EXPECT_TRUE(outcome.Has(" its thickness 1e-12 is next to nothing beside 0.2 ")) << outcome.text;
 }
 
+// Only the sparse engine goes on behind the first pivot that is not positive.
+TEST_P(Mechanisms, OfASingularStiffnessEndWithTheSignsOfThePivots)
+{
+    const Outcome outcome = Factorise(Strip(4, {1}, 1e-15));
+    EXPECT_EQ(outcome.Has("\n  pivots:   "), GetParam() == SolverKind::Sparse) << outcome.text;
+    EXPECT_EQ(outcome.Has(" zero or no number, of 60"), GetParam() == SolverKind::Sparse) << outcome.text;
+}
+
 TEST_P(Mechanisms, OfABeamWithoutSectionNameItsConstants)
 {
     ModelText text = Strip(4, {}, 1.0);

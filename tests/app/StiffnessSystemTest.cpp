@@ -85,7 +85,8 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(All, StiffnessSystems, testing::Values(SolverKind::Sparse, SolverKind::Cholmod, SolverKind::Skyline),
+INSTANTIATE_TEST_SUITE_P(All, StiffnessSystems,
+                         testing::Values(SolverKind::Sparse, SolverKind::Cholmod, SolverKind::Skyline),
                          [](const auto& info) -> std::string {
                              return info.param == SolverKind::Sparse    ? "Sparse"
                                     : info.param == SolverKind::Cholmod ? "Cholmod"

@@ -1,42 +1,23 @@
 // What a process of its own does for the program (platform/FileReplacement.h).
 #include "platform/FileReplacement.h"
 #include "support/ChildProcess.h"
+#include "support/NamedFiles.h"
 #include "support/TemporaryDirectory.h"
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <map>
 #include <sys/resource.h>
 #include <unistd.h>
 
 namespace tarnvexo::platform {
 namespace {
 
+using test::Files;
+using test::FilesThere;
 using test::RunInChild;
 using test::TemporaryDirectory;
-
-using Files = std::map<std::string, std::string>; // content by name; "directory" for one
-
-Files FilesThere()
-{
-    Files files;
-    for (const auto& entry : std::filesystem::directory_iterator(".")) {
-        std::ifstream file(entry.path());
-        files[entry.path().filename().string()] =
-            entry.is_directory() ? "directory" : std::string(std::istreambuf_iterator<char>(file), {});
-    }
-    return files;
-}
-
-void Write(const Files& files)
-{
-    for (const auto& [name, content] : files) { std::ofstream(name) << content; }
-}
-
-const std::vector<FileToReplace> Three = {{"a.new", "a.old", "a"}, {"b.new", "b.old", "b"}, {"c.new", "c.old", "c"}};
+using test::Three;
+using test::Write;
 
 // The program is gone without a word; its process takes a moment.
 TEST(FileReplacement, RemovesTheNewFilesWhenTheProgramIsKilled)
@@ -44,7 +25,7 @@ TEST(FileReplacement, RemovesTheNewFilesWhenTheProgramIsKilled)
     const TemporaryDirectory directory;
     Write({{"a", "1"}});
     const auto run = RunInChild([] {
-        const FileReplacement replacement(Three);
+        const FileReplacement replacement(Three());
         Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
         raise(SIGKILL);
     });
@@ -62,7 +43,7 @@ TEST(FileReplacement, DoesWithoutAProcess)
         getrlimit(RLIMIT_NOFILE, &open);
         const rlimit none = {0, open.rlim_max}; // no channel to a process can be had
         setrlimit(RLIMIT_NOFILE, &none);
-        FileReplacement replacement(Three);
+        FileReplacement replacement(Three());
         setrlimit(RLIMIT_NOFILE, &open);
         Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
         EXPECT_FALSE(replacement.Commit());

@@ -1,43 +1,25 @@
 #include "platform/FileReplacement.h"
 
+#include "support/NamedFiles.h"
 #include "support/TemporaryDirectory.h"
 
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <map>
 
 namespace tarnvexo::platform {
 namespace {
 
+using test::Files;
+using test::FilesThere;
 using test::TemporaryDirectory;
-
-using Files = std::map<std::string, std::string>; // content by name; "directory" for one
-
-Files FilesThere()
-{
-    Files files;
-    for (const auto& entry : std::filesystem::directory_iterator(".")) {
-        std::ifstream file(entry.path());
-        files[entry.path().filename().string()] =
-            entry.is_directory() ? "directory" : std::string(std::istreambuf_iterator<char>(file), {});
-    }
-    return files;
-}
-
-void Write(const Files& files)
-{
-    for (const auto& [name, content] : files) { std::ofstream(name) << content; }
-}
-
-const std::vector<FileToReplace> Three = {{"a.new", "a.old", "a"}, {"b.new", "b.old", "b"}, {"c.new", "c.old", "c"}};
+using test::Three;
+using test::Write;
 
 TEST(FileReplacement, GivesAllFilesTheirNames)
 {
     const TemporaryDirectory directory;
     Write({{"a", "1"}, {"c", "1"}});
-    FileReplacement replacement(Three);
+    FileReplacement replacement(Three());
     Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
     EXPECT_FALSE(replacement.Commit());
     EXPECT_EQ(FilesThere(), (Files{{"a", "2"}, {"b", "2"}, {"c", "2"}}));
@@ -48,7 +30,7 @@ TEST(FileReplacement, GivenUpRemovesTheNewFiles)
     const TemporaryDirectory directory;
     Write({{"a", "1"}});
     {
-        const FileReplacement replacement(Three);
+        const FileReplacement replacement(Three());
         Write({{"a.new", "2"}, {"b.new", "2"}});
     }
     EXPECT_EQ(FilesThere(), (Files{{"a", "1"}}));
@@ -60,7 +42,7 @@ TEST(FileReplacement, RefusesADirectoryThatBearsAName)
     Write({{"a", "1"}, {"b", "1"}});
     std::filesystem::create_directory("c");
     {
-        FileReplacement replacement(Three);
+        FileReplacement replacement(Three());
         Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
         const auto refusal = replacement.Commit();
         ASSERT_TRUE(refusal);
@@ -76,7 +58,7 @@ TEST(FileReplacement, KeepsAnEarlierFileWhoseNewOneIsMissing)
     const TemporaryDirectory directory;
     Write({{"a", "1"}, {"b", "1"}});
     {
-        FileReplacement replacement(Three);
+        FileReplacement replacement(Three());
         Write({{"a.new", "2"}, {"c.new", "2"}});
         const auto refusal = replacement.Commit();
         ASSERT_TRUE(refusal);
@@ -93,7 +75,7 @@ TEST(FileReplacement, PutsEarlierFilesBackWhenOneCannotBeMovedAside)
     Write({{"a", "1"}, {"b", "1"}, {"c", "1"}});
     std::filesystem::create_directory("c.old");
     {
-        FileReplacement replacement(Three);
+        FileReplacement replacement(Three());
         Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
         const auto refusal = replacement.Commit();
         ASSERT_TRUE(refusal);
@@ -108,7 +90,7 @@ TEST(FileReplacement, PutsEarlierFilesBackWhenANewOneCannotBeMovedIn)
     const TemporaryDirectory directory;
     Write({{"a", "1"}});
     {
-        FileReplacement replacement({Three[0], Three[1], {"c.new", "c.old", "missing/c"}});
+        FileReplacement replacement({Three()[0], Three()[1], {"c.new", "c.old", "missing/c"}});
         Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
         const auto refusal = replacement.Commit();
         ASSERT_TRUE(refusal);
@@ -124,7 +106,7 @@ TEST(FileReplacement, CanBeCommittedAfterARefusal)
 {
     const TemporaryDirectory directory;
     std::filesystem::create_directory("c");
-    FileReplacement replacement(Three);
+    FileReplacement replacement(Three());
     Write({{"a.new", "2"}, {"b.new", "2"}, {"c.new", "2"}});
     EXPECT_TRUE(replacement.Commit());
     std::filesystem::remove("c");

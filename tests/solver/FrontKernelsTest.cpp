@@ -108,28 +108,23 @@ constexpr ProductSizes Products[] = {
     {{0, 6}, {8, 32}, {6, 6}},                                              // no columns
 };
 
+void ExpectAllProducts(bool isInPlace, unsigned seed)
+{
+    for (const ProductSizes& sizes : Products) {
+        SCOPED_TRACE(testing::PrintToString(sizes.k) + " from " + testing::PrintToString(sizes.rows) + ", " +
+                     testing::PrintToString(sizes.columns));
+        for (const bool areSigned : {false, true}) { ExpectProduct(sizes, areSigned, isInPlace, seed++); }
+    }
+}
+
 TEST(FrontKernels, SubtractTheProductOfARest)
 {
-    OnEveryVectorUnit([] {
-        unsigned seed = 1;
-        for (const ProductSizes& sizes : Products) {
-            SCOPED_TRACE(testing::PrintToString(sizes.k) + " from " + testing::PrintToString(sizes.rows) + ", " +
-                         testing::PrintToString(sizes.columns));
-            for (const bool areSigned : {false, true}) { ExpectProduct(sizes, areSigned, false, seed++); }
-        }
-    });
+    OnEveryVectorUnit([] { ExpectAllProducts(false, 1); });
 }
 
 TEST(FrontKernels, SubtractTheProductInsideTheSameArray)
 {
-    OnEveryVectorUnit([] {
-        unsigned seed = 100;
-        for (const ProductSizes& sizes : Products) {
-            SCOPED_TRACE(testing::PrintToString(sizes.k) + " from " + testing::PrintToString(sizes.rows) + ", " +
-                         testing::PrintToString(sizes.columns));
-            for (const bool areSigned : {false, true}) { ExpectProduct(sizes, areSigned, true, seed++); }
-        }
-    });
+    OnEveryVectorUnit([] { ExpectAllProducts(true, 100); });
 }
 
 TEST(FrontKernels, SubtractProductsOfAnySize)
