@@ -63,8 +63,8 @@ std::vector<std::string> BrowserWords(const std::string& browser, const std::str
     std::vector<std::string> words = {
         browser, "--headless=new", "--user-data-dir=" + profile,
         "--window-size=" + std::to_string(request.width) + "," + std::to_string(request.height),
-        // WebGL by the processor: pictures do not depend on graphics hardware
-        "--use-angle=swiftshader", "--enable-unsafe-swiftshader", "--ignore-gpu-blocklist",
+        // WebGL by the processor: pictures do not depend on graphics hardware; slow, but not taken for hung
+        "--use-angle=swiftshader", "--enable-unsafe-swiftshader", "--ignore-gpu-blocklist", "--disable-gpu-watchdog",
         // no window of a first start, nothing from or to other machines
         "--no-first-run", "--no-default-browser-check", "--disable-background-networking", "--disable-component-update",
         "--disable-sync", "--disable-extensions", "--disable-dev-shm-usage", "--mute-audio"};

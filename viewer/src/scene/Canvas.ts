@@ -12,6 +12,9 @@ import type { MotionActor } from './MotionActor';
 import { Projection, VIEW_ANGLE } from './Projection';
 import { minus, scaled } from './Vectors';
 
+/** Milliseconds that a picture waits for graphics that the browser has taken away. */
+const PATIENCE = 10_000;
+
 export class Canvas {
     /** Called before the picture is drawn. */
     beforeDrawing: () => void = () => {};
@@ -25,18 +28,16 @@ export class Canvas {
 
     private readonly renderer = vtkRenderer.newInstance();
     private readonly window = vtkRenderWindow.newInstance();
-    private readonly view = vtkOpenGLRenderWindow.newInstance();
     private readonly observer: ResizeObserver;
+    private view!: vtkOpenGLRenderWindow;
     private requested = 0;
     private pixelRatio = 1;
     private lastBegin = 0;
 
     constructor(readonly container: HTMLElement) {
         this.window.addRenderer(this.renderer);
-        this.window.addView(this.view);
-        this.view.setContainer(container);
         this.renderer.getActiveCamera().setViewAngle(VIEW_ANGLE);
-        this.fillContainer();
+        this.addView();
         this.observer = new ResizeObserver(() => {
             this.fillContainer();
             this.afterResize();
@@ -48,8 +49,7 @@ export class Canvas {
     dispose(): void {
         this.observer.disconnect();
         cancelAnimationFrame(this.requested);
-        this.view.setContainer(null as unknown as HTMLElement);
-        this.view.delete();
+        this.removeView();
         this.window.delete();
         this.renderer.delete();
     }
@@ -107,6 +107,18 @@ export class Canvas {
         this.lastBegin = begin;
     }
 
+    /**
+     * Until the browser has given back graphics that it took away, as it does when their process fails or the card
+     * is wanted elsewhere. Rejected where it does not in time.
+     */
+    async whenDrawable(): Promise<void> {
+        const end = performance.now() + PATIENCE;
+        while (this.graphics()?.isContextLost()) {
+            if (performance.now() > end) throw new Error('the browser has taken the graphics away: load the page anew');
+            await new Promise((resolve) => setTimeout(resolve, 50));
+        }
+    }
+
     /** Throws where the graphics card cannot draw so large a picture. */
     requireSize(width: number, height: number): void {
         const gl = this.graphics()!;
@@ -128,6 +140,29 @@ export class Canvas {
         this.fillContainer();
         this.drawNow();
         return copy;
+    }
+
+    /** A view with a canvas of its own, below all else in the container. */
+    private addView(): void {
+        this.view = vtkOpenGLRenderWindow.newInstance();
+        this.window.addView(this.view);
+        this.view.setContainer(this.container);
+        this.container.prepend(this.element);
+        this.element.addEventListener('webglcontextrestored', () => this.renewView());
+        this.fillContainer();
+    }
+
+    private removeView(): void {
+        this.window.removeView(this.view);
+        this.view.setContainer(null as unknown as HTMLElement);
+        this.view.delete();
+    }
+
+    /** Graphics that come back are empty, and the library keeps using what it had made of those before. */
+    private renewView(): void {
+        this.removeView();
+        this.addView();
+        this.drawNow();
     }
 
     private fillContainer(): void {

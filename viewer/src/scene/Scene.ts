@@ -254,6 +254,7 @@ export class Scene implements SceneView {
     }
 
     async picture(width: number, height: number, factor = 1): Promise<Blob> {
+        await this.canvas.whenDrawable();
         this.canvas.requireSize(width, height);
         this.rest();
         for (const lines of this.lines()) lines.setFactor(factor);

@@ -14,10 +14,16 @@ const VIEWER = fileURLToPath(new URL('../..', import.meta.url));
 const CASES = fileURLToPath(new URL('../../../tests/cases', import.meta.url));
 export const CONTOUR_NAME = 'Tarn+Vexo_AverageStrs.txt';
 
-/** Software graphics, so that pictures are the same on every machine. */
-const BROWSER = {
+/** Software graphics, so that pictures are the same on every machine; slow, but not taken for hung. */
+export const BROWSER = {
     executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium',
-    args: ['--no-sandbox', '--use-angle=swiftshader', '--enable-unsafe-swiftshader', '--ignore-gpu-blocklist'],
+    args: [
+        '--no-sandbox',
+        '--use-angle=swiftshader',
+        '--enable-unsafe-swiftshader',
+        '--ignore-gpu-blocklist',
+        '--disable-gpu-watchdog',
+    ],
 };
 
 export async function contourFile(name: string): Promise<Uint8Array> {

@@ -3,10 +3,10 @@ import { chromium, type Browser, type Page } from 'playwright-core';
 import { createServer, type ViteDevServer } from 'vite';
 import { afterAll, beforeAll, beforeEach, expect, test } from 'vitest';
 import type { ViewState } from '../../src/state/ViewState';
+import { BROWSER } from './Page';
 
 const WIDTH = 400;
 const HEIGHT = 300;
-const SOFTWARE_GRAPHICS = ['--use-angle=swiftshader', '--enable-unsafe-swiftshader', '--ignore-gpu-blocklist'];
 
 let server: ViteDevServer;
 let browser: Browser;
@@ -16,10 +16,7 @@ const faults: string[] = [];
 beforeAll(async () => {
     server = await createServer({ configFile: false, logLevel: 'error', server: { port: 0, hmr: false } });
     await server.listen();
-    browser = await chromium.launch({
-        executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium',
-        args: ['--no-sandbox', ...SOFTWARE_GRAPHICS],
-    });
+    browser = await chromium.launch(BROWSER);
     page = await browser.newPage({ viewport: { width: WIDTH, height: HEIGHT } });
     page.on('pageerror', (fault) => faults.push(String(fault)));
     page.on('console', (message) => {
@@ -197,6 +194,17 @@ test('a drag turns the picture, and its end is told', async () => {
     // Seen from above with y upwards, a drag downwards brings the eye over y.
     expect(up[2]).toBeLessThan(-0.05);
 });
+
+test('the picture comes back when the process that draws has failed', async () => {
+    const before = await colours(LEFT, RIGHT, OUTSIDE);
+    const session = await browser.newBrowserCDPSession();
+    const lost = page.evaluate(
+        () => new Promise((resolve) => document.querySelector('canvas')!.addEventListener('webglcontextlost', resolve)),
+    );
+    await session.send('Browser.crashGpuProcess').catch(() => {}); // the process does not live to answer
+    await lost;
+    expect(await colours(LEFT, RIGHT, OUTSIDE)).toEqual(before);
+}, 30_000);
 
 test('neither the page nor the graphics card has a fault to tell', () => {
     expect(faults).toEqual([]);
