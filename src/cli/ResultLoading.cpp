@@ -101,14 +101,25 @@ std::string Mismatch(const ShellStresses& own, const ContourModel& contour)
                : "its shells have other nodes than those of the result";
 }
 
-// The contour file has six significant digits.
+double LargestCoordinate(const std::vector<Vector3>& places)
+{
+    double largest = 0;
+    for (const Vector3& place : places) {
+        for (const double coordinate : place) { largest = std::max(largest, std::fabs(coordinate)); }
+    }
+    return largest;
+}
+
+// The contour file has six significant digits, after a shift to the centroid and back that leaves round-off of the
+// model's size in coordinates next to zero.
 bool SamePlaces(const std::vector<Vector3>& places, const std::vector<Vector3>& rounded)
 {
     constexpr double roundOff = 1e-5;
+    const double shiftRoundOff = 1e-14 * LargestCoordinate(places);
     for (std::size_t n = 0; n < places.size(); ++n) {
         for (std::size_t k = 0; k < 3; ++k) {
             const double size = std::max(std::fabs(places[n][k]), std::fabs(rounded[n][k]));
-            if (!(std::fabs(places[n][k] - rounded[n][k]) <= roundOff * size)) {
+            if (!(std::fabs(places[n][k] - rounded[n][k]) <= roundOff * size + shiftRoundOff)) {
                 return false;
             }
         }

@@ -14,6 +14,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <map>
 
 namespace tarnvexo {
 namespace {
@@ -256,6 +257,25 @@ TEST(ViewCommand, RefusesANamedModelThatDoesNotBelong)
     const ChildResult run = View(command);
     EXPECT_EQ(run.exitCode, ExitFile);
     EXPECT_NE(run.error.find("examples/jib/fem_solving.txt: error: "), std::string::npos) << run.error;
+}
+
+// Its writer moves the nodes to their centroid and back.
+TEST(ViewCommand, TakesRoundOffInTheResultForTheSamePlace)
+{
+    const TemporaryDirectory here;
+    CopyResults("run");
+    const std::string file = "run/" + std::string(ContourFileName);
+    for (const auto& [firstNode, exitCode] :
+         std::map<std::string, int>{{"1.13687e-13,0,0", ExitGood}, {"1.13687e-9,0,0", ExitFile}}) {
+        std::string text = FileBytes(Case / "expected" / ContourFileName);
+        const std::size_t begin = text.find('\n') + 1;
+        text.replace(begin, text.find('\n', begin) - begin, firstNode);
+        std::ofstream(file, std::ios::binary) << text;
+        ViewCommand command = QuietView();
+        command.modelFile = "run/fem_solving.txt";
+        command.outputFile = "page.html";
+        EXPECT_EQ(View(command).exitCode, exitCode) << firstNode;
+    }
 }
 
 TEST(ViewCommand, RefusesADirectoryWithoutResults)
