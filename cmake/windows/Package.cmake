@@ -1,5 +1,15 @@
-# The zip file of the Windows build, by the target `package`: programs, a text to begin with, examples, licences of all
-# that is linked in.
+# The zip file of the Windows build, by the target `package`: programs and what Windows shows of them, a text to begin
+# with, examples, licences of all that is linked in.
+enable_language(RC)
+function(describe target name description)
+  configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/program.rc.in ${CMAKE_BINARY_DIR}/package/${target}.rc @ONLY)
+  target_sources(${target} PRIVATE ${CMAKE_BINARY_DIR}/package/${target}.rc)
+  set_source_files_properties(${CMAKE_BINARY_DIR}/package/${target}.rc PROPERTIES OBJECT_DEPENDS
+    "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/program.manifest;${CMAKE_CURRENT_FUNCTION_LIST_DIR}/tarnvexo.ico")
+endfunction()
+describe(tarnvexo tarnvexo "Finite-element analysis with inertia relief")
+describe(tarnvexo_contour "Tarn+Vexo_Contour" "Viewer of results of tarnvexo")
+
 install(TARGETS tarnvexo tarnvexo_contour RUNTIME DESTINATION .)
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/README.txt.in ${CMAKE_BINARY_DIR}/package/README.txt @ONLY NEWLINE_STYLE CRLF)
@@ -16,25 +26,9 @@ foreach(package libcli11-dev nlohmann-json3-dev libtinygltf-dev libz-mingw-w64-d
     gcc-mingw-w64-x86-64-posix-runtime)
   install(FILES /usr/share/doc/${package}/copyright DESTINATION licences RENAME ${package}.txt)
 endforeach()
-# Of the viewer's packages. npm has put them beneath the build directory when the page was built.
+# Of the packages that the viewer's page holds parts of; written beside it when it was built.
 if(TARNVEXO_VIEWER)
-  install(CODE "
-    set(viewer \"${CMAKE_BINARY_DIR}/viewer-page/viewer\")
-    execute_process(COMMAND ${NPM} ls --omit=dev --all --parseable WORKING_DIRECTORY \${viewer}
-      OUTPUT_VARIABLE folders ERROR_QUIET)
-    string(REPLACE \"\\n\" \";\" folders \"\${folders}\")
-    foreach(folder IN LISTS folders)
-      if(folder MATCHES \"/node_modules/(.+)$\")
-        string(REGEX REPLACE \"^.*/node_modules/\" \"\" name \"\${folder}\")
-        string(REPLACE \"/\" \"-\" name \"\${name}\")
-        file(GLOB licence \"\${folder}/LICEN[CS]E*\" \"\${folder}/licen[cs]e*\" \"\${folder}/LICEN[CS]E.md\")
-        if(licence)
-          list(GET licence 0 licence)
-          configure_file(\"\${licence}\" \"\${CMAKE_INSTALL_PREFIX}/licences/viewer/\${name}.txt\" COPYONLY)
-        endif()
-      endif()
-    endforeach()
-  ")
+  install(FILES ${CMAKE_BINARY_DIR}/viewer-page/viewer/dist/licences.txt DESTINATION licences RENAME viewer.txt)
 endif()
 
 set(CMAKE_SKIP_PACKAGE_ALL_DEPENDENCY ON) # the tests are not for others
