@@ -1,6 +1,7 @@
 #include "output/NodalDisplacementFile.h"
 
 #include "app/AssemblyDriver.h"
+#include "platform/Platform.h"
 #include "solver/SkylineSolver.h"
 #include "support/ChildProcess.h"
 #include "support/SmallModels.h"
