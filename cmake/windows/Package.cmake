@@ -15,7 +15,7 @@ install(TARGETS tarnvexo tarnvexo_contour RUNTIME DESTINATION .)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/README.txt.in ${CMAKE_BINARY_DIR}/package/README.txt @ONLY NEWLINE_STYLE CRLF)
 install(FILES ${CMAKE_BINARY_DIR}/package/README.txt DESTINATION .)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples DESTINATION .)
-install(FILES ${CMAKE_SOURCE_DIR}/docs/windows.md ${CMAKE_SOURCE_DIR}/docs/command-line.md DESTINATION docs)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/docs DESTINATION . PATTERN man EXCLUDE)
 
 install(FILES ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION licences RENAME tarnvexo.txt)
 foreach(source metis suitesparse highway cpp-httplib)

@@ -1,9 +1,9 @@
 #include "app/ModelLoading.h"
 
 #include "app/RunFailure.h"
+#include "platform/FilePath.h"
 
 #include <cerrno>
-#include <cstring>
 #include <optional>
 
 namespace tarnvexo {
@@ -19,10 +19,13 @@ StrictReading TryLoadModel(ModelStore& model, const std::string& fileName, const
                                        "  to do:    write the model to a file first");
     }
     if (!reading) {
-        throw RunFailure(ExitFile, fileName + ": error: the model file cannot be read: " + std::strerror(errno) +
-                                       "\n"
-                                       "  expected: a readable model file, or a directory that holds fem_solving.txt\n"
-                                       "  to do:    correct the path");
+        const std::string reason = platform::ReasonOfFile(errno);
+        throw RunFailure(ExitFile,
+                         fileName + ": error: the model file cannot be read: " + reason +
+                             "\n"
+                             "  expected: a readable model file, or a directory that holds fem_solving.txt\n"
+                             "  to do:    " +
+                             (reason == platform::FileIsOpenElsewhere ? "close it there" : "correct the path"));
     }
     return *reading;
 }

@@ -69,7 +69,9 @@ std::string NameBeside(const std::string& target, const char* suffix)
     if (file.size() + own.size() <= LongestName || file.size() > LongestName) {
         return target + own;
     }
-    return (path.parent_path() / PathOf(file.substr(own.size()) + own)).string();
+    std::size_t begin = own.size();
+    while ((file[begin] & 0xC0) == 0x80) { ++begin; } // within a character
+    return (path.parent_path() / PathOf(file.substr(begin) + own)).string();
 }
 
 UnfinishedFile::UnfinishedFile(const std::string& finalName, Bearers bearers) : name(finalName)
@@ -146,10 +148,9 @@ void UnfinishedFile::Commit()
     const platform::InterruptionHold hold;
     if (isThere) {
         CheckName();
-        std::error_code error;
-        fs::rename(PathOf(place), PathOf(target), error);
-        if (error) {
-            Refuse(platform::ReasonOf(error));
+        std::string reason;
+        if (!platform::RenameFile(place, target, reason)) {
+            Refuse(reason);
         }
         HasTakenName();
     }

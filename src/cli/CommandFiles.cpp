@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -41,8 +40,10 @@ std::string ModelFileOf(const std::string& model)
     if (!fs::is_directory(PathOf(model), ignored)) {
         return model; // a pipe, a device
     }
-    const bool hasSlash = model.ends_with('/') || model.ends_with(char(fs::path::preferred_separator));
-    const std::string file = model + (hasSlash ? "" : "/") + ModelFileName;
+    constexpr char preferred = fs::path::preferred_separator;
+    const bool hasSlash = model.ends_with('/') || model.ends_with(preferred);
+    const char separator = model.find(preferred) != std::string::npos ? preferred : '/'; // the one that the user writes
+    const std::string file = model + (hasSlash ? "" : std::string(1, separator)) + ModelFileName;
     if (!fs::exists(PathOf(file), ignored)) {
         throw RunFailure(ExitFile, model + ": error: this directory holds no " + ModelFileName +
                                        "\n  expected: a model file, or a directory with " + ModelFileName +
@@ -80,7 +81,7 @@ void WriteBytes(const std::string& file, std::string_view bytes)
         std::FILE* const stream = platform::OpenFile(path.c_str(), "wb");
         if (stream == nullptr) {
             result.outcome = FileOutcome::NotCreated;
-            result.reason = std::strerror(errno);
+            result.reason = platform::ReasonOfFile(errno);
             return result;
         }
         result.bytes = std::fwrite(bytes.data(), 1, bytes.size(), stream);
@@ -92,7 +93,7 @@ void WriteBytes(const std::string& file, std::string_view bytes)
         }
         if (!isWritten) {
             result.outcome = FileOutcome::Incomplete;
-            result.reason = std::strerror(error);
+            result.reason = platform::ReasonOfFile(error);
         }
         return result;
     });
@@ -102,7 +103,7 @@ void WriteOutput(const std::string& text)
 {
     if (!platform::WriteUtf8Output(text)) {
         throw RunFailure(ExitFile, std::string("standard output: error: the text cannot be written: ") +
-                                       std::strerror(errno) +
+                                       platform::ReasonOfFile(errno) +
                                        "\n  expected: a place that may be written to and has room"
                                        "\n  to do:    name another place");
     }

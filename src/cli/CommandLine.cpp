@@ -18,6 +18,7 @@
 #include "solver/SparseEngine.h"
 #include "view/ResultPage.h"
 
+#include <algorithm>
 #include <new>
 #include <string>
 #include <variant>
@@ -83,22 +84,49 @@ int Run(const MessageCommand& message)
     return message.exitCode;
 }
 
-} // namespace
-
-int RunCommandLine(int argc, char** argv)
+int RunWords(const std::vector<std::string>& words)
 {
-    std::vector<std::string> words = platform::CommandLineWords(argc, argv);
-    if (words.empty()) {
-        return RunConsoleWithinMemory();
-    }
-    if (words.size() == 1 && platform::HasOwnConsole() && platform::FileExists(words.front().c_str())) {
-        words = CommandForDroppedModel(words.front());
-    }
-    platform::MakeStreamFaultsErrors();
     return RunReportingFailures([&] {
         const Command command = ParseCommandLine(words, [] { return VersionText(DescribeEngines()); });
         return std::visit([](const auto& one) { return Run(one); }, command);
     });
+}
+
+bool AreFiles(const std::vector<std::string>& paths)
+{
+    return std::all_of(paths.begin(), paths.end(),
+                       [](const std::string& path) { return platform::FileExists(path.c_str()); });
+}
+
+// One model after the other is solved and shown. Returns the worst exit code.
+int RunDroppedModels(const std::vector<std::string>& models)
+{
+    int worst = ExitGood;
+    for (const std::string& model : models) {
+        const std::string results = ResultsOfDroppedModel(model);
+        int exitCode = RunWords({"solve", model, "-o", results});
+        if (exitCode == ExitGood && !ViewerPageText().empty()) {
+            ViewCommand view;
+            view.result = results;
+            view.modelFile = ModelFileOf(model);
+            view.alwaysFile = true; // the next model waits
+            exitCode = RunReportingFailures([&] { return Run(view); });
+        }
+        worst = std::max(worst, exitCode);
+    }
+    return worst;
+}
+
+} // namespace
+
+int RunCommandLine(int argc, char** argv)
+{
+    const std::vector<std::string> words = platform::CommandLineWords(argc, argv);
+    if (words.empty()) {
+        return RunConsoleWithinMemory();
+    }
+    platform::MakeStreamFaultsErrors();
+    return platform::HasOwnConsole() && AreFiles(words) ? RunDroppedModels(words) : RunWords(words);
 }
 
 } // namespace tarnvexo

@@ -397,6 +397,7 @@ std::unique_ptr<CLI::App> MakeApp(OptionTexts& texts)
 {
     auto app =
         std::make_unique<CLI::App>("Linear static analysis of shells and beams with inertia relief.", "tarnvexo");
+    app->allow_windows_style_options(false); // what begins with "/" is a path on every system
     const auto formatter = std::make_shared<CLI::Formatter>();
     formatter->column_width(32);
     formatter->label("Positionals", "Arguments");

@@ -1,17 +1,25 @@
 #include "cli/DroppedModel.h"
 
+#include "app/AssemblyDriver.h"
 #include "platform/FilePath.h"
 
 #include <filesystem>
+#include <system_error>
 
 namespace tarnvexo {
 
-std::vector<std::string> CommandForDroppedModel(const std::string& path)
+std::string ResultsOfDroppedModel(const std::string& path)
 {
     const std::filesystem::path model = platform::PathOf(path);
     std::error_code ignored;
-    const std::filesystem::path place = std::filesystem::is_directory(model, ignored) ? model : model.parent_path();
-    return {"solve", path, "-o", place.empty() ? "." : place.string()};
+    if (std::filesystem::is_directory(model, ignored)) {
+        return path;
+    }
+    std::filesystem::path place = model.parent_path();
+    if (model.filename().string() != ModelFileName) {
+        place /= platform::PathOf(model.stem().string() + " results");
+    }
+    return place.empty() ? "." : place.string();
 }
 
 } // namespace tarnvexo

@@ -1,14 +1,15 @@
 // cli/DroppedModel.h
-// A model that was dropped onto the program in a window of files, so that its path is all that stands on the command
-// line: it is solved, and the results stand beside it.
+// Models that were dropped onto the program in a window of files, so that their paths are all that stands on the
+// command line.
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace tarnvexo {
 
-// The words of the command for a model file or a directory with fem_solving.txt in it.
-std::vector<std::string> CommandForDroppedModel(const std::string& path);
+// Where the results of a model file, or of a directory with fem_solving.txt in it, go: as in the console run beside the
+// model if that has its usual name, else into a directory "NAME results" beside it, so that models of one directory do
+// not replace each other's.
+std::string ResultsOfDroppedModel(const std::string& path);
 
 } // namespace tarnvexo

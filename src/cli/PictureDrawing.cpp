@@ -38,7 +38,8 @@ public:
         if (path.empty()) {
             throw RunFailure(ExitFile, "tarnvexo picture: error: the browser gets no directory: " + reason +
                                            "\n  expected: a directory for temporary files that may be written to"
-                                           "\n  to do:    set TMPDIR to one");
+                                           "\n  to do:    set " +
+                                           platform::TemporaryVariable + " to one");
         }
     }
     ~TemporaryDirectory() { Remove(); }
@@ -116,7 +117,8 @@ std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, co
                                             "\n  expected: Chromium or Chrome, version 112 or later, with WebGL 2"
                                             "\n  to do:    name another one in TARNVEXO_BROWSER; on a busy machine "
                                             "try again;\n            for one that may read files of your home "
-                                            "directory only set TMPDIR to a place there");
+                                            "directory only set " +
+                                            platform::TemporaryVariable + " to a place there");
     }
     if (!posted->error.empty()) {
         throw RunFailure(ExitNumerical,
@@ -184,12 +186,11 @@ std::string FindPictureBrowser()
     if (!browser.empty()) {
         return browser;
     }
-    throw RunFailure(ExitFile,
-                     std::string("tarnvexo picture: error: ") +
-                         (isNamed ? "there is no program \"" + named + "\", which TARNVEXO_BROWSER names"
-                                  : "there is no browser that draws the picture") +
-                         "\n  expected: chromium, chromium-browser or google-chrome along the search path"
-                         "\n  to do:    install one (apt install chromium), or set TARNVEXO_BROWSER to its path");
+    throw RunFailure(ExitFile, std::string("tarnvexo picture: error: ") +
+                                   (isNamed ? "there is no program \"" + named + "\", which TARNVEXO_BROWSER names"
+                                            : "there is no browser that draws the picture") +
+                                   "\n  expected: " + platform::PictureBrowsers +
+                                   "\n  to do:    install one, or set TARNVEXO_BROWSER to its path");
 }
 
 std::vector<std::string> DrawPictures(const std::vector<PictureRequest>& requests, const std::string& page,

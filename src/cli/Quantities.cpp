@@ -66,6 +66,9 @@ std::string DurationText(double seconds)
         const double minutes = std::floor((seconds + 0.5) / 60.0);
         if (!(minutes < 60.0)) {
             const double hours = std::floor((seconds + 30.0) / 3600.0);
+            if (!(hours < 1000.0)) {
+                return Formatted("%.0f days", hours / 24.0);
+            }
             return Formatted("%.0f h ", hours) +
                    Formatted("%02.0f min", std::floor((seconds + 30.0 - 3600.0 * hours) / 60.0));
         }

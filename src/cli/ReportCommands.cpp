@@ -94,10 +94,12 @@ std::string HtmlOf(const SolveReport& report, const SolveCommand& command, const
         return "";
     }
     const ReportPictures drawn = draw(report, listener);
+    SolveReport shown = report;
     if (!drawn.reason.empty()) {
-        Warn(command.reportFile + ": warning: the page has no pictures:\n" + drawn.reason);
+        shown.warnings.push_back(command.reportFile + ": warning: the page has no pictures:\n" + drawn.reason);
+        Warn(shown.warnings.back());
     }
-    return SolveReportHtml(report, command.units, drawn.pictures);
+    return SolveReportHtml(shown, command.units, drawn.pictures);
 }
 
 } // namespace

@@ -63,7 +63,7 @@ void ReadContour(ContourModel& contour, const std::string& file)
 {
     const std::optional<std::string> fault = TryReadContourFile(contour, file.c_str());
     if (!fault) {
-        throw RunFailure(ExitFile, file + ": error: the results cannot be read: " + std::strerror(errno) +
+        throw RunFailure(ExitFile, file + ": error: the results cannot be read: " + platform::ReasonOfFile(errno) +
                                        "\n  expected: a contour file that may be read"
                                        "\n  to do:    look at its permissions, or name another one");
     }
@@ -168,7 +168,7 @@ void AddOwnStresses(ResultParts& parts, const std::string& contourFile, std::vec
 {
     const std::string file = Beside(contourFile, ShellStressFileName);
     const std::optional<std::string> fault = TryReadShellStressFile(parts.ownStresses, file.c_str());
-    const std::string reason = !fault            ? std::strerror(errno)
+    const std::string reason = !fault            ? platform::ReasonOfFile(errno)
                                : !fault->empty() ? FirstLineWithoutPlace(*fault)
                                                  : Mismatch(parts.ownStresses, parts.contour);
     parts.hasOwnStresses = reason.empty();

@@ -12,8 +12,6 @@ std::string Compiler()
     return "clang " __clang_version__;
 #elif defined(__GNUC__)
     return "g++ " __VERSION__;
-#elif defined(_MSC_FULL_VER)
-    return "MSVC " + std::to_string(_MSC_FULL_VER);
 #else
     return "unknown";
 #endif

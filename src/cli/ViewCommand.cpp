@@ -56,8 +56,9 @@ std::string NewPageFile()
         directory = platform::MakePrivateDirectory("tarnvexo-", reason);
         if (directory.empty()) {
             throw RunFailure(ExitFile, "the page: error: no directory for it can be made: " + reason +
-                                           "\n  expected: XDG_CACHE_HOME, HOME or TMPDIR with a directory that may be "
-                                           "written to\n  to do:    name a file with --out");
+                                           "\n  expected: " + platform::CacheVariables +
+                                           " with a directory that may be written to\n  to do:    name a file with "
+                                           "--out");
         }
     }
     const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -65,10 +66,11 @@ std::string NewPageFile()
            std::to_string(platform::ProcessId()) + PageSuffix;
 }
 
-void OpenPage(const std::string& address, const char* toDo)
+void OpenPage(const std::string& file, const char* toDo)
 {
+    const std::string address = FileAddress(file);
     std::string reason;
-    if (!platform::OpenInBrowser(address, reason)) {
+    if (!platform::OpenInBrowser(file, address, reason)) {
         throw RunFailure(ExitFile, address + ": error: the page cannot be opened: " + reason +
                                        "\n  expected: a display, and a browser that the system opens pages with"
                                        "\n  to do:    " +
@@ -81,12 +83,11 @@ void ShowFile(const ViewCommand& command, const std::string& page)
     const bool isNamed = !command.outputFile.empty();
     const std::string file = isNamed ? command.outputFile : NewPageFile();
     WriteBytes(file, page);
-    const std::string address = FileAddress(file);
     if (command.open && !isNamed) {
-        OpenPage(address, "open the page where there is one; it stays for a day, --out FILE puts it elsewhere");
+        OpenPage(file, "open the page where there is one; it stays for a day, --out FILE puts it elsewhere");
     }
     if (command.tell) {
-        WriteOutput((isNamed ? file : address) + "  " + FileSizeText(page.size()) + "\n");
+        WriteOutput((isNamed ? file : FileAddress(file)) + "  " + FileSizeText(page.size()) + "\n");
     }
 }
 
@@ -98,8 +99,9 @@ void ShowFile(const ViewCommand& command, const std::string& page)
     WriteOutput(server->Address() + "  " + size + ", served to this machine until Ctrl-C\n");
     if (command.open) {
         try {
-            OpenPage(WriteStartPage(NewPageFile(), server->Address()),
-                     "open it with a browser of this machine while this command runs");
+            const std::string start = NewPageFile();
+            WriteStartPage(start, server->Address());
+            OpenPage(start, "open it with a browser of this machine while this command runs");
         } catch (const RunFailure& failure) {
             Warn(failure.what());
         }
@@ -123,14 +125,14 @@ std::string FileAddress(const std::string& file)
 {
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/:";
     constexpr char digits[] = "0123456789ABCDEF";
-    std::error_code ignored;
-    const std::u8string path = fs::absolute(platform::PathOf(file), ignored).lexically_normal().generic_u8string();
-    std::string address = path.starts_with(u8"/") ? "file://" : "file:///";
-    for (const char8_t byte : path) {
-        if (plain.find(static_cast<char>(byte)) != std::string_view::npos) {
-            address += static_cast<char>(byte);
+    const std::string path = platform::AbsoluteName(file);
+    std::string address = path.starts_with("//") ? "file:" : path.starts_with('/') ? "file://" : "file:///";
+    for (const char byte : path) {
+        if (plain.find(byte) != std::string_view::npos) {
+            address += byte;
         } else {
-            address += {'%', digits[byte >> 4], digits[byte & 15]};
+            const auto bits = static_cast<unsigned char>(byte);
+            address += {'%', digits[bits >> 4], digits[bits & 15]};
         }
     }
     return address;

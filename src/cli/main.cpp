@@ -6,6 +6,8 @@
 
 int main(int argumentCount, char* arguments[])
 {
-    std::atexit(tarnvexo::platform::PauseInOwnConsole); // a window that goes with the program shows its last words
+    if (tarnvexo::platform::HasOwnConsole()) {
+        std::atexit(tarnvexo::platform::PauseInOwnConsole); // a window that goes with the program shows its last words
+    }
     return tarnvexo::RunCommandLine(argumentCount, arguments);
 }

@@ -8,10 +8,10 @@
 #include "input/FormatScanner.h"
 #include "input/ModelTables.h"
 #include "input/ScanDiagnostics.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 
 #include <cerrno>
-#include <cstring>
 
 namespace tarnvexo {
 
@@ -453,7 +453,7 @@ void ReadModelFile(ModelStore& model, const char* fileName)
 {
     const FileText file(fileName);
     if (!file.IsRead()) {
-        Warn(std::string(fileName) + ": error: the model file cannot be read: " + std::strerror(errno) +
+        Warn(std::string(fileName) + ": error: the model file cannot be read: " + platform::ReasonOfFile(errno) +
              "\n"
              "  expected: a readable file of this name in the current directory\n"
              "  to do:    change to the directory of the model and start the program there");

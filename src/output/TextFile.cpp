@@ -1,11 +1,11 @@
 #include "output/TextFile.h"
 
 #include "core/Failure.h"
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 namespace tarnvexo {
 
@@ -52,7 +52,7 @@ bool TextFile::Open(const std::string& path, FileMode mode)
     file = platform::OpenFile(path.c_str(), mode == FileMode::Text ? "w" : "wb");
     if (file == nullptr) {
         result.outcome = FileOutcome::NotCreated;
-        result.reason = std::strerror(errno);
+        result.reason = platform::ReasonOfFile(errno);
         return false;
     }
     std::setvbuf(file, nullptr, _IONBF, 0); // the writer's buffer is the only one
@@ -99,7 +99,7 @@ void TextFile::Fail(int error)
 {
     if (result.outcome == FileOutcome::Written) {
         result.outcome = FileOutcome::Incomplete;
-        result.reason = std::strerror(error);
+        result.reason = platform::ReasonOfFile(error);
     }
 }
 

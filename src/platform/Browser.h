@@ -10,9 +10,10 @@
 
 namespace tarnvexo::platform {
 
-// Opens an address in the user's browser and returns without waiting for it to be closed. False, with the reason, when
-// there is no display or no browser.
-bool OpenInBrowser(const std::string& address, std::string& reason);
+// Opens a page in the user's browser and returns without waiting for it to be closed. The page is a file that is named
+// in both ways, of which a system takes the one that it is sure to understand. False, with the reason, when there is no
+// display or no browser.
+bool OpenInBrowser(const std::string& file, const std::string& address, std::string& reason);
 
 // A directory for what may be made again at any time; empty: the system has none for this user.
 std::string UserCacheDirectory();
@@ -20,6 +21,10 @@ std::string UserCacheDirectory();
 // Makes a directory beneath that for temporary files, which no other user may enter, with a name that begins with
 // `prefix`. Empty, with the reason, when it cannot be made.
 std::string MakePrivateDirectory(const std::string& prefix, std::string& reason);
+
+// For messages: the variables that these two directories follow, and those of the second alone.
+extern const char* const CacheVariables;
+extern const char* const TemporaryVariable;
 
 // From now on no other user may enter the directory, where the system can do that.
 void MakePrivate(const std::string& directory);
@@ -29,6 +34,9 @@ std::string ProgramDirectory();
 
 // The first of these programs that the system finds, a name along the search path or a path; empty: none.
 std::string FindProgram(const std::vector<std::string>& names);
+
+// For messages: browsers that draw pictures, and where FindProgram finds them.
+extern const char* const PictureBrowsers;
 
 // True for a user who may do everything. Browsers ask for more care then.
 bool IsAdministrator();

@@ -76,7 +76,12 @@ pid_t StartInSession(const std::vector<std::string>& words, const char* outputFi
 
 } // namespace
 
-bool OpenInBrowser(const std::string& address, std::string& reason)
+const char* const CacheVariables = "XDG_CACHE_HOME, HOME or TMPDIR";
+const char* const TemporaryVariable = "TMPDIR";
+const char* const PictureBrowsers =
+    "chromium, chromium-browser or google-chrome along the search path (apt install chromium)";
+
+bool OpenInBrowser(const std::string&, const std::string& address, std::string& reason)
 {
     if (EnvironmentValue("DISPLAY").empty() && EnvironmentValue("WAYLAND_DISPLAY").empty() &&
         EnvironmentValue("BROWSER").empty()) {

@@ -12,6 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr DWORD PollStep = 5; // milliseconds
+
 // As the started program takes its command line apart again: a quotation mark and the backslashes before it are marked
 // by backslashes.
 std::wstring Quoted(const std::wstring& word)
@@ -33,11 +35,17 @@ std::wstring Quoted(const std::wstring& word)
 
 } // namespace
 
-bool OpenInBrowser(const std::string& address, std::string& reason)
+const char* const CacheVariables = "LOCALAPPDATA or TMP";
+const char* const TemporaryVariable = "TMP";
+const char* const PictureBrowsers = "Chrome or Edge, installed for this user or for all";
+
+// By its name: in addresses Windows does not take %E9 and the like for letters.
+bool OpenInBrowser(const std::string& file, const std::string&, std::string& reason)
 {
     constexpr std::intptr_t lastError = 32; // of ShellExecute
-    const auto result = reinterpret_cast<std::intptr_t>(
-        ShellExecuteW(nullptr, L"open", Wide(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+    const std::wstring path = fs::path(Wide(AbsoluteName(file))).make_preferred().wstring();
+    const auto result =
+        reinterpret_cast<std::intptr_t>(ShellExecuteW(nullptr, L"open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
     if (result <= lastError) {
         reason = "no program opens it (system error " + std::to_string(result) + ")";
         return false;
@@ -76,20 +84,33 @@ std::string ProgramDirectory()
     return Utf8(fs::path(path).parent_path().wstring());
 }
 
-// Browsers do not stand along the search path here, but where the system has noted them under their file names.
+// Browsers do not stand along the search path here, but where the system has noted them under their file names. The
+// current directory is not looked into: it may be somebody's model with a program of theirs in it.
 std::string FindProgram(const std::vector<std::string>& names)
 {
+    constexpr DWORD longest = 32768; // characters of a path or a variable
+    const std::wstring searchPath = Wide(EnvironmentValue("PATH"));
     for (const std::string& name : names) {
-        wchar_t path[MAX_PATH];
-        if (SearchPathW(nullptr, Wide(name).c_str(), L".exe", MAX_PATH, path, nullptr) > 0) {
-            return Utf8(path);
+        std::wstring path(longest, L'\0');
+        if (name.find_first_of("/\\") != std::string::npos) {
+            std::error_code ignored;
+            if (fs::is_regular_file(Wide(name), ignored)) {
+                return name;
+            }
+            continue;
         }
         const std::wstring key = L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + Wide(name) + L".exe";
         for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-            DWORD size = sizeof path;
-            if (RegGetValueW(root, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path, &size) == ERROR_SUCCESS) {
-                return Utf8(path);
+            DWORD size = longest * sizeof(wchar_t);
+            if (RegGetValueW(root, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path.data(), &size) == ERROR_SUCCESS) {
+                std::string found = Utf8(path.c_str());
+                std::erase(found, '"');
+                return found;
             }
+        }
+        const DWORD size = SearchPathW(searchPath.c_str(), Wide(name).c_str(), L".exe", longest, path.data(), nullptr);
+        if (size > 0 && size < longest) {
+            return Utf8(path.c_str());
         }
     }
     return "";
@@ -105,6 +126,14 @@ bool IsAdministrator()
 struct ChildProgram::Process {
     HANDLE job = nullptr;
     HANDLE process = nullptr;
+    bool isInJob = false;
+
+    bool HasMembers() const
+    {
+        JOBOBJECT_BASIC_ACCOUNTING_INFORMATION counts = {};
+        return QueryInformationJobObject(job, JobObjectBasicAccountingInformation, &counts, sizeof counts, nullptr) &&
+               counts.ActiveProcesses > 0;
+    }
 };
 
 ChildProgram::ChildProgram(const std::vector<std::string>& words, const std::string& outputFile)
@@ -131,7 +160,7 @@ ChildProgram::ChildProgram(const std::vector<std::string>& words, const std::str
     if (CreateProcessW(Wide(words.front()).c_str(), line.data(), nullptr, nullptr, TRUE,
                        CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP | CREATE_NO_WINDOW, nullptr, nullptr, &start,
                        &started)) {
-        AssignProcessToJobObject(process->job, started.hProcess);
+        process->isInJob = AssignProcessToJobObject(process->job, started.hProcess);
         ResumeThread(started.hThread);
         CloseHandle(started.hThread);
         process->process = started.hProcess;
@@ -158,10 +187,16 @@ bool ChildProgram::HasEnded()
 
 void ChildProgram::EndAll()
 {
-    TerminateJobObject(process->job, 1);
-    if (process->process != nullptr) {
-        WaitForSingleObject(process->process, INFINITE);
+    if (process->process == nullptr) {
+        return;
     }
+    if (process->isInJob) {
+        TerminateJobObject(process->job, 1);
+        while (process->HasMembers()) { Sleep(PollStep); }
+    } else {
+        TerminateProcess(process->process, 1);
+    }
+    WaitForSingleObject(process->process, INFINITE);
 }
 
 } // namespace tarnvexo::platform

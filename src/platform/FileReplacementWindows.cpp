@@ -1,6 +1,5 @@
 #include "platform/FileReplacement.h"
-#include "platform/Platform.h"
-#include "platform/WindowsText.h"
+#include "platform/WindowsFiles.h"
 
 #include <utility>
 
@@ -21,9 +20,7 @@ bool IsDirectory(const std::string& path)
 
 DWORD Move(const std::string& from, const std::string& to)
 {
-    return MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)
-               ? ERROR_SUCCESS
-               : GetLastError();
+    return Persistently([&] { return MoveNow(from, to); });
 }
 
 // From any point of the steps back to their begin: a new file that is not at its place has taken its name. A directory
@@ -51,17 +48,13 @@ FileReplacement::~FileReplacement()
 
 std::optional<FileReplacement::Refusal> FileReplacement::Commit()
 {
-    const auto refusal = [](std::size_t file, DWORD error) {
-        const bool isOpen = error == ERROR_SHARING_VIOLATION || error == ERROR_USER_MAPPED_FILE;
-        return Refusal{file, isOpen ? FileIsOpenElsewhere : ReasonOfSystemError(error)};
-    };
     const auto refuse = [&](std::size_t file, DWORD error) {
         MoveBack(files);
-        return refusal(file, error);
+        return Refusal{file, ReasonOfFileError(error)};
     };
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (!Exists(files[i].unfinished)) { // gone with its directory, or someone has cleared up
-            return refusal(i, ERROR_FILE_NOT_FOUND);
+            return Refusal{i, ReasonOfFileError(ERROR_FILE_NOT_FOUND)};
         }
         if (IsDirectory(files[i].target)) {
             return Refusal{i, std::make_error_code(std::errc::is_a_directory).message()};

@@ -22,7 +22,7 @@ void ShowWarningBox(const char* text);
 std::vector<std::string> CommandLineWords(int argc, char** argv);
 
 // True when the program got a console window of its own, which closes with it: it was started by a double click, or a
-// file was dropped onto it. Never on POSIX systems.
+// file was dropped onto it. As it was at the first call. Never on POSIX systems.
 bool HasOwnConsole();
 
 // The console's "pause" command, for the end of a program that has its own console and has not waited for a key yet.
@@ -42,7 +42,11 @@ std::int64_t PerformanceCounter();
 // True when the path names something that exists (it need not be readable).
 bool FileExists(const char* path);
 
-// std::fopen for a name in UTF-8.
+// The whole name of a file, from the root of its drive or "//computer/share" on, with "/" between its parts and without
+// "." and ".." in it.
+std::string AbsoluteName(const std::string& name);
+
+// std::fopen for a name in UTF-8. mode: "r" or "w", or with "b" behind.
 std::FILE* OpenFile(const char* path, const char* mode);
 
 // Bytes that "\n" becomes in a file that is written as text.
@@ -114,6 +118,9 @@ void BeginFlush(const std::string& path);
 // False, with the system's reason, when the disk does not take them. What cannot be flushed (a pipe) counts as flushed.
 bool FlushToDisk(const std::string& path, std::string& reason);
 
+// std::rename: what bears the name is replaced. False, with the system's reason, when it cannot be.
+bool RenameFile(const std::string& from, const std::string& to, std::string& reason);
+
 // Makes standard streams that were closed, or whose reader has gone, give an error to whoever writes to them. Without
 // it the first file that is opened would get the number of a closed stream, and with it the stream's text; and a
 // reader that leaves, or a file beyond the limit of its size, would end the process without a word.
@@ -159,9 +166,6 @@ std::string EnvironmentValue(const char* name);
 // Sets one; the first of them unless it is set already.
 void SetEnvironmentDefault(const char* name, const char* value);
 void SetEnvironment(const char* name, const char* value);
-
-// The reason of an operation that another program is in the way of (Windows).
-constexpr const char* FileIsOpenElsewhere = "another program has this file open";
 
 // Loads a library of the program's own, found beside it or where it was installed; nullptr, and the system's reason,
 // when that fails; throws std::bad_alloc when memory is too short for it. It stays loaded. PluginSymbol: address of one

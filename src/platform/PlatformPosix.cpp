@@ -10,6 +10,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <iconv.h>
 #include <inttypes.h>
 #include <langinfo.h>
@@ -222,6 +223,12 @@ std::int64_t PerformanceFrequency()
 std::int64_t PerformanceCounter()
 {
     return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+std::string AbsoluteName(const std::string& name)
+{
+    std::error_code ignored;
+    return std::filesystem::absolute(name, ignored).lexically_normal().string();
 }
 
 bool FileExists(const char* path)
@@ -443,6 +450,15 @@ bool FlushToDisk(const std::string& path, std::string& reason)
         close(descriptor);
     }
     return flushed;
+}
+
+bool RenameFile(const std::string& from, const std::string& to, std::string& reason)
+{
+    if (std::rename(from.c_str(), to.c_str()) != 0) {
+        reason = std::strerror(errno);
+        return false;
+    }
+    return true;
 }
 
 void MakeStreamFaultsErrors()

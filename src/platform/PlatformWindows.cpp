@@ -1,11 +1,12 @@
 #include "platform/InterruptionState.h"
 #include "platform/Platform.h"
-#include "platform/WindowsText.h"
+#include "platform/WindowsFiles.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <io.h>
 #include <mutex>
 #include <psapi.h>
@@ -63,6 +64,27 @@ bool EraseLine(DWORD stream)
     return SetConsoleCursorPosition(console, begin) != 0;
 }
 
+std::wstring FullPath(const std::string& name)
+{
+    std::wstring path(GetFullPathNameW(Wide(name).c_str(), 0, nullptr, nullptr), L'\0');
+    path.resize(GetFullPathNameW(Wide(name).c_str(), static_cast<DWORD>(path.size()), path.data(), nullptr));
+    return path;
+}
+
+// Of a program that was started without a window, or where nobody is at a screen (a scheduled task).
+bool IsHidden()
+{
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    GetStartupInfoW(&start);
+    USEROBJECTFLAGS station = {};
+    DWORD size = 0;
+    const bool isSeen =
+        GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &station, sizeof station, &size) &&
+        (station.dwFlags & WSF_VISIBLE) != 0;
+    return !isSeen || ((start.dwFlags & STARTF_USESHOWWINDOW) != 0 && start.wShowWindow == SW_HIDE);
+}
+
 } // namespace
 
 std::vector<std::string> CommandLineWords(int, char**)
@@ -79,9 +101,12 @@ std::vector<std::string> CommandLineWords(int, char**)
 // without a window, or with the streams elsewhere.
 bool HasOwnConsole()
 {
-    DWORD process = 0;
-    return GetConsoleProcessList(&process, 1) == 1 && GetConsoleWindow() != nullptr && IsConsole(STD_INPUT_HANDLE) &&
-           IsConsole(STD_OUTPUT_HANDLE);
+    static const bool hasIt = [] { // others may join later
+        DWORD process = 0;
+        return GetConsoleProcessList(&process, 1) == 1 && GetConsoleWindow() != nullptr &&
+               IsConsole(STD_INPUT_HANDLE) && IsConsole(STD_OUTPUT_HANDLE) && !IsHidden();
+    }();
+    return hasIt;
 }
 
 void PauseInOwnConsole()
@@ -122,19 +147,42 @@ std::int64_t PerformanceCounter()
     return count.QuadPart;
 }
 
+std::string AbsoluteName(const std::string& name)
+{
+    std::string path = Utf8(FullPath(name));
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return path;
+}
+
 bool FileExists(const char* path)
 {
     return GetFileAttributesW(Wide(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+// Others may delete the file, unlike one of the C library's: an interruption removes files while they are written.
 std::FILE* OpenFile(const char* path, const char* mode)
 {
-    std::FILE* const file = _wfopen(Wide(path).c_str(), Wide(mode).c_str());
-    if (file == nullptr && errno == EACCES) {
+    const bool isWritten = *mode == 'w';
+    const bool isText = std::string_view(mode).find('b') == std::string_view::npos;
+    const HANDLE handle = CreateFileW(Wide(path).c_str(), isWritten ? GENERIC_WRITE : GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      isWritten ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
         const DWORD attributes = GetFileAttributesW(Wide(path).c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-            errno = EISDIR; // as elsewhere
-        }
+        const bool isDirectory = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        errno = isDirectory ? EISDIR : ErrorNumberOf(error); // as elsewhere
+        return nullptr;
+    }
+    const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle),
+                                           (isWritten ? _O_WRONLY : _O_RDONLY) | (isText ? _O_TEXT : _O_BINARY));
+    if (descriptor < 0) {
+        CloseHandle(handle);
+        return nullptr;
+    }
+    std::FILE* const file = _fdopen(descriptor, mode);
+    if (file == nullptr) {
+        _close(descriptor);
     }
     return file;
 }
@@ -189,10 +237,24 @@ bool ReadStream(const char* path, [[maybe_unused]] int silenceSeconds, StreamJud
     return wasRead;
 }
 
-// The current directory is named, or a system that is set so would look along the search path alone.
+// By its full name, and without the system's shell, which has no network folder as its current one.
 void RunProgram(const char* fileName)
 {
-    _wsystem((L"\".\\" + Wide(fileName) + L"\"").c_str());
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION started = {};
+    const std::wstring path = FullPath(fileName);
+    std::wstring line = L"\"" + path + L"\"";
+    constexpr BOOL inheritsStreams = TRUE;
+    if (!CreateProcessW(path.c_str(), line.data(), nullptr, nullptr, inheritsStreams, 0, nullptr, nullptr, &start,
+                        &started)) {
+        WriteErrorOutput(std::string(fileName) + ": error: it cannot be started: " + ReasonOfFileError(GetLastError()) +
+                         "\n");
+        return;
+    }
+    CloseHandle(started.hThread);
+    WaitForSingleObject(started.hProcess, INFINITE);
+    CloseHandle(started.hProcess);
 }
 
 void WriteStandardOutput(std::string_view text)
@@ -230,11 +292,12 @@ bool ErrorLinesCanBeRewritten()
     return IsConsole(STD_ERROR_HANDLE); // by WriteErrorOutput
 }
 
+// Memory is refused, too, where the sum that the system has promised reaches that of memory and page file.
 std::uint64_t AvailableMemory()
 {
     MEMORYSTATUSEX status;
     status.dwLength = sizeof status;
-    return GlobalMemoryStatusEx(&status) ? status.ullAvailPhys : 0;
+    return GlobalMemoryStatusEx(&status) ? std::min(status.ullAvailPhys, status.ullAvailPageFile) : 0;
 }
 
 std::uint64_t ResidentMemory()
@@ -265,16 +328,41 @@ void BeginFlush(const std::string&) {}
 
 bool FlushToDisk(const std::string& path, std::string& reason)
 {
-    const HANDLE file = CreateFileW(Wide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    const bool flushed = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
-    if (!flushed) {
-        reason = ReasonOfSystemError(GetLastError());
-    }
-    if (file != INVALID_HANDLE_VALUE) {
+    const DWORD error = Persistently([&] {
+        const HANDLE file =
+            CreateFileW(Wide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file == INVALID_HANDLE_VALUE) {
+            return GetLastError();
+        }
+        const DWORD refusal = FlushFileBuffers(file) ? ERROR_SUCCESS : GetLastError();
         CloseHandle(file);
+        return refusal;
+    });
+    if (error != ERROR_SUCCESS) {
+        reason = ReasonOfFileError(error);
     }
-    return flushed;
+    return error == ERROR_SUCCESS;
+}
+
+// Of a file that is open elsewhere Windows says that access is denied.
+bool RenameFile(const std::string& from, const std::string& to, std::string& reason)
+{
+    DWORD error = Persistently([&] { return MoveNow(from, to); });
+    if (error == ERROR_ACCESS_DENIED) {
+        const HANDLE target =
+            CreateFileW(Wide(to).c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (target != INVALID_HANDLE_VALUE) {
+            CloseHandle(target);
+        } else if (GetLastError() == ERROR_SHARING_VIOLATION) {
+            error = ERROR_SHARING_VIOLATION;
+        }
+    }
+    if (error != ERROR_SUCCESS) {
+        reason = ReasonOfFileError(error);
+    }
+    return error == ERROR_SUCCESS;
 }
 
 // Here they are errors without further ado.
@@ -324,18 +412,16 @@ void SetEnvironment(const char* name, const char* value)
     SetEnvironmentVariableW(Wide(name).c_str(), Wide(value).c_str());
 }
 
+// The Windows programs have everything linked in.
 void* LoadPlugin(const char* fileName, std::string& reason)
 {
-    const HMODULE library = LoadLibraryW(Wide(fileName).c_str());
-    if (library == nullptr) {
-        reason = std::string(fileName) + ": " + ReasonOfSystemError(GetLastError());
-    }
-    return reinterpret_cast<void*>(library);
+    reason = std::string(fileName) + ": there are no plug-ins on Windows";
+    return nullptr;
 }
 
-void* PluginSymbol(void* library, const char* name)
+void* PluginSymbol(void*, const char*)
 {
-    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
+    return nullptr;
 }
 
 } // namespace tarnvexo::platform

@@ -9,6 +9,7 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
+#include <cerrno>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -53,6 +54,14 @@ inline std::string ReasonOfSystemError(DWORD number)
                                 sizeof text / sizeof text[0], nullptr);
     while (size > 0 && (text[size - 1] == L'\n' || text[size - 1] == L'\r' || text[size - 1] == L'.')) { --size; }
     return size > 0 ? Utf8({text, size}) : "system error " + std::to_string(number);
+}
+
+// The same as errno.
+inline int ErrorNumberOf(DWORD number)
+{
+    const std::error_condition condition =
+        std::error_code(static_cast<int>(number), std::system_category()).default_error_condition();
+    return condition.category() == std::generic_category() ? condition.value() : EIO;
 }
 
 } // namespace tarnvexo::platform

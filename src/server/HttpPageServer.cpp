@@ -115,8 +115,14 @@ private:
     {
         using httplib::Request;
         using httplib::Response;
-        // None: with SO_REUSEPORT, which the library would set, another process could listen at the same port.
-        server.set_socket_options([](socket_t) {});
+        // No other process may listen at the same port: with SO_REUSEPORT, which the library would set, one could, and
+        // on Windows unless the socket forbids it.
+        server.set_socket_options([]([[maybe_unused]] socket_t socket) {
+#ifdef SO_EXCLUSIVEADDRUSE
+            const int on = 1;
+            setsockopt(socket, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&on), sizeof on);
+#endif
+        });
         server.new_task_queue = [] { return new httplib::ThreadPool(ServerThreads); };
         server.set_payload_max_length(LargestPost);
         server.set_default_headers(

@@ -4,25 +4,32 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace tarnvexo {
 namespace {
 
-using Words = std::vector<std::string>;
-
-TEST(DroppedModel, IsSolvedWithTheResultsBesideIt)
+std::string Generic(const std::string& path)
 {
-    EXPECT_EQ(CommandForDroppedModel("wing.txt"), (Words{"solve", "wing.txt", "-o", "."}));
-    EXPECT_EQ(CommandForDroppedModel("a b/翼.txt"), (Words{"solve", "a b/翼.txt", "-o", "a b"}));
+    return std::filesystem::path(path).generic_string();
+}
+
+TEST(DroppedModel, OfTheUsualNameHasItsResultsBesideIt)
+{
+    EXPECT_EQ(ResultsOfDroppedModel("fem_solving.txt"), ".");
+    EXPECT_EQ(Generic(ResultsOfDroppedModel("a b/fem_solving.txt")), "a b");
+}
+
+TEST(DroppedModel, OfAnotherNameHasADirectoryForItsResults)
+{
+    EXPECT_EQ(ResultsOfDroppedModel("wing.v2.txt"), "wing.v2 results");
+    EXPECT_EQ(Generic(ResultsOfDroppedModel("a b/翼.txt")), "a b/翼 results");
 }
 
 TEST(DroppedModel, MayBeADirectoryWithTheModelInIt)
 {
     const test::TemporaryDirectory directory;
     std::filesystem::create_directory("wing");
-    EXPECT_EQ(CommandForDroppedModel("wing"), (Words{"solve", "wing", "-o", "wing"}));
+    EXPECT_EQ(ResultsOfDroppedModel("wing"), "wing");
 }
 
 } // namespace

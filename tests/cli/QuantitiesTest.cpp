@@ -14,6 +14,8 @@ TEST(DurationText, TakesTheUnitThatReadsBest)
     EXPECT_EQ(DurationText(245.2), "4 min 05 s");
     EXPECT_EQ(DurationText(3599.7), "1 h 00 min");
     EXPECT_EQ(DurationText(7620.0), "2 h 07 min");
+    EXPECT_EQ(DurationText(3600.0 * 999), "999 h 00 min");
+    EXPECT_EQ(DurationText(3600.0 * 1000), "42 days");
 }
 
 TEST(EstimateText, PretendsNoDecimals)

@@ -1,12 +1,18 @@
+#include "platform/FilePath.h"
 #include "platform/Platform.h"
 #include "platform/WindowsText.h"
 #include "support/StartedProgram.h"
 #include "support/TemporaryDirectory.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
+#include <thread>
+#include <utility>
 
 namespace tarnvexo::platform {
 namespace {
@@ -29,13 +35,93 @@ TEST(WindowsText, HasTheReasonsOfTheCLibraryWhereItHasThem)
     EXPECT_NE(ReasonOfSystemError(ERROR_BAD_EXE_FORMAT), "");
 }
 
+// The program that is started is a copy of this one, which writes what it has tested.
 TEST(RunProgram, StartsTheFileOfTheCurrentDirectoryAndWaitsForItsEnd)
 {
     const TemporaryDirectory directory;
-    std::ofstream("Tarn+Vexo show.bat") << "@echo ended> done\n";
-    RunProgram("Tarn+Vexo show.bat");
-    std::ifstream done("done");
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(done), {}), "ended\n");
+    wchar_t own[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, own, MAX_PATH);
+    std::filesystem::copy_file(own, "Tarn+Vexo 云图.exe");
+    SetEnvironment("GTEST_FILTER", "WindowsText.GoesToUtf16AndBack");
+    SetEnvironment("GTEST_OUTPUT", "xml:done.xml");
+    RunProgram("Tarn+Vexo 云图.exe");
+    std::ifstream done("done.xml");
+    const std::string text(std::istreambuf_iterator<char>(done), {});
+    EXPECT_NE(text.find("tests=\"1\" failures=\"0\""), std::string::npos) << text;
+}
+
+TEST(OpenFile, LetsOthersDeleteWhatIsBeingWritten)
+{
+    const TemporaryDirectory directory;
+    std::FILE* const file = OpenFile("file", "wb");
+    ASSERT_NE(file, nullptr);
+    EXPECT_TRUE(DeleteFileW(L"file"));
+    std::fclose(file);
+    EXPECT_FALSE(FileExists("file"));
+}
+
+TEST(OpenFile, WritesAndReadsTextsAndBytes)
+{
+    const TemporaryDirectory directory;
+    for (const auto& [mode, bytes] : {std::pair("w", "a\r\nb\r\n"), std::pair("wb", "a\nb\n")}) {
+        std::FILE* const file = OpenFile("行.txt", mode);
+        ASSERT_NE(file, nullptr);
+        std::fputs("a\nb\n", file);
+        std::fclose(file);
+        std::FILE* const read = OpenFile("行.txt", "rb");
+        char text[16] = {};
+        std::fread(text, 1, sizeof text - 1, read);
+        std::fclose(read);
+        EXPECT_STREQ(text, bytes);
+    }
+}
+
+TEST(OpenFile, TellsWhyItCannot)
+{
+    const TemporaryDirectory directory;
+    EXPECT_EQ(OpenFile("none", "r"), nullptr);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(OpenFile(".", "w"), nullptr);
+    EXPECT_EQ(errno, EISDIR);
+    std::ofstream("file") << "x";
+    const HANDLE other = CreateFileW(L"file", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_EQ(OpenFile("file", "r"), nullptr);
+    EXPECT_EQ(ReasonOfFile(errno), FileIsOpenElsewhere);
+    CloseHandle(other);
+}
+
+TEST(RenameFile, ReplacesAndSaysThatAProgramHasTheTargetOpen)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("new") << "2";
+    std::ofstream("old") << "1";
+    std::string reason;
+    const HANDLE other = CreateFileW(L"old", GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_FALSE(RenameFile("new", "old", reason));
+    EXPECT_EQ(reason, FileIsOpenElsewhere);
+    CloseHandle(other);
+    EXPECT_TRUE(RenameFile("new", "old", reason));
+    EXPECT_FALSE(FileExists("new"));
+}
+
+TEST(RenameFile, WaitsForAProgramThatIsAboutToCloseTheFile)
+{
+    const TemporaryDirectory directory;
+    std::ofstream("new") << "2";
+    const HANDLE other = CreateFileW(L"new", GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    std::thread scanner([other] {
+        Sleep(200);
+        CloseHandle(other);
+    });
+    std::string reason;
+    EXPECT_TRUE(RenameFile("new", "old", reason)) << reason;
+    scanner.join();
+}
+
+TEST(AbsoluteName, BeginsWithTheDriveOrTheComputer)
+{
+    EXPECT_EQ(AbsoluteName("C:\\a\\..\\b c\\d.txt"), "C:/b c/d.txt");
+    EXPECT_EQ(AbsoluteName("\\\\server\\share\\模型.txt"), "//server/share/模型.txt");
 }
 
 TEST(IsWriteProtected, IsTrueForAFileWithTheReadOnlyMark)

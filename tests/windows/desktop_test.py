@@ -106,14 +106,17 @@ class Desktop(unittest.TestCase):
             self.assertTrue((folder / name).exists(), name)
         self.assertIn('<title>tarnvexo', self.shown_page())
 
-    def test_a_model_dropped_onto_the_program_is_solved_beside_itself(self):
-        model = self.model('机翼 é.txt', folder=self.place / '模型')
-        screen = self.output([PROBE, 'own-console', windows(PROGRAM), windows(model)])
-        self.assertIn('verdict', screen)
+    def test_models_dropped_onto_the_program_are_solved_and_shown(self):
+        models = [self.model(name, folder=self.place / '模型') for name in ('机翼 é.txt', 'fem_solving.txt')]
+        BROWSER_NOTE.unlink(missing_ok=True)
+        screen = self.output([PROBE, 'own-console', windows(PROGRAM), *map(windows, models)])
+        self.assertEqual(len(re.findall(r'^ *verdict', screen, re.M)), 2, screen)
         self.assertIn('模型', screen)
         self.assertIn('key: yes\nexit code: 0\n', screen)
-        for name in RESULTS:
-            self.assertTrue((model.parent / name).exists(), name)
+        for folder in (models[0].parent / '机翼 é results', models[1].parent):
+            for name in RESULTS:
+                self.assertTrue((folder / name).exists(), folder / name)
+        self.assertIn('<title>tarnvexo', self.shown_page())
 
     def test_a_console_shows_chinese_in_either_code_page_and_asks_for_no_key(self):
         self.model('fem_solving.txt')
@@ -142,11 +145,14 @@ class Desktop(unittest.TestCase):
 
     def test_ctrl_c_ends_a_run_with_nothing_unfinished(self):
         self.output([BUILD / 'tools/generate_model.exe', 'ship', '200000', 'model.txt'])
-        self.place.joinpath('run').mkdir()
-        screen = self.output([PROBE, 'interrupted', 'factorise', windows(PROGRAM), 'solve', 'model.txt', '-o', 'run'])
-        self.assertIn('interrupted: no results were written', screen)
-        self.assertIn('exit code: 130\n', screen)
-        self.assertEqual(list(self.place.joinpath('run').iterdir()), [])
+        for stage in ('factorise', 'write'):
+            with self.subTest(stage):
+                run = self.place / stage
+                run.mkdir()
+                screen = self.output([PROBE, 'interrupted', stage, windows(PROGRAM), 'solve', 'model.txt', '-o', stage])
+                self.assertIn('interrupted: no results were written', screen)
+                self.assertIn('exit code: 130\n', screen)
+                self.assertEqual(list(run.iterdir()), [])
 
     # ---- the viewer
 
