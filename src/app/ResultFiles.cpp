@@ -17,13 +17,7 @@ ResultFiles::ResultFiles(const std::string& resultDirectory, const std::vector<s
                          const std::vector<std::vector<std::string>>& sets)
     : directory(resultDirectory), names(fileNames)
 {
-    std::error_code error;
-    const std::filesystem::path whole = platform::PathOf(platform::AbsoluteName(directory));
-    if (std::filesystem::exists(whole.root_path(), error)) { // a drive may not be there
-        std::filesystem::create_directories(whole, error);
-    } else if (!error) {
-        error = std::make_error_code(std::errc::no_such_file_or_directory);
-    }
+    const std::error_code error = platform::MakeDirectories(directory);
     std::error_code notThere;
     if (!std::filesystem::is_directory(platform::PathOf(directory), notThere)) {
         throw RunFailure(ExitFile, directory + ": error: the directory for the results cannot be made: " +

@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace tarnvexo::platform {
@@ -45,6 +46,9 @@ bool FileExists(const char* path);
 // The whole name of a file, from the root of its drive or "//computer/share" on, with "/" between its parts and without
 // "." and ".." in it.
 std::string AbsoluteName(const std::string& name);
+
+// Makes a directory with all that it stands in; those that are there stay as they are.
+std::error_code MakeDirectories(const std::string& path);
 
 // std::fopen for a name in UTF-8. mode: "r" or "w", or with "b" behind.
 std::FILE* OpenFile(const char* path, const char* mode);

@@ -231,6 +231,13 @@ std::string AbsoluteName(const std::string& name)
     return std::filesystem::absolute(name, ignored).lexically_normal().string();
 }
 
+std::error_code MakeDirectories(const std::string& path)
+{
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    return error;
+}
+
 bool FileExists(const char* path)
 {
     return access(path, F_OK) == 0;

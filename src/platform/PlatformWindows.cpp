@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <io.h>
 #include <mutex>
 #include <psapi.h>
@@ -152,6 +153,19 @@ std::string AbsoluteName(const std::string& name)
     std::string path = Utf8(FullPath(name));
     std::replace(path.begin(), path.end(), '\\', '/');
     return path;
+}
+
+// By its whole name: the library takes "C:name" for a name within a directory "C:", and looks for a drive that is not
+// there until the name is too long.
+std::error_code MakeDirectories(const std::string& path)
+{
+    const std::filesystem::path whole = FullPath(path);
+    std::error_code error;
+    if (!std::filesystem::exists(whole.root_path(), error)) {
+        return error ? error : std::make_error_code(std::errc::no_such_file_or_directory);
+    }
+    std::filesystem::create_directories(whole, error);
+    return error;
 }
 
 bool FileExists(const char* path)

@@ -1,4 +1,5 @@
 // What other programs that have files open are in the way of.
+#include "platform/FilePath.h"
 #include "platform/FileReplacement.h"
 #include "platform/Platform.h"
 #include "platform/WindowsText.h"

@@ -118,6 +118,15 @@ TEST(RenameFile, WaitsForAProgramThatIsAboutToCloseTheFile)
     scanner.join();
 }
 
+TEST(MakeDirectories, KnowsDrives)
+{
+    const TemporaryDirectory directory;
+    const std::string here = AbsoluteName(".");
+    EXPECT_FALSE(MakeDirectories(here.substr(0, 2) + "on this drive/翼")); // "Z:name": from the current directory on
+    EXPECT_TRUE(FileExists("on this drive/翼"));
+    EXPECT_EQ(MakeDirectories("Q:\\x"), std::errc::no_such_file_or_directory);
+}
+
 TEST(AbsoluteName, BeginsWithTheDriveOrTheComputer)
 {
     EXPECT_EQ(AbsoluteName("C:\\a\\..\\b c\\d.txt"), "C:/b c/d.txt");
