@@ -1,5 +1,6 @@
 #include "cli/DroppedModel.h"
 
+#include "platform/FilePath.h"
 #include "support/TemporaryDirectory.h"
 
 #include <filesystem>
@@ -10,7 +11,7 @@ namespace {
 
 std::string Generic(const std::string& path)
 {
-    return std::filesystem::path(path).generic_string();
+    return platform::PathOf(path).generic_string();
 }
 
 TEST(DroppedModel, OfTheUsualNameHasItsResultsBesideIt)

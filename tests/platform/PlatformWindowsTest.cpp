@@ -41,7 +41,7 @@ TEST(RunProgram, StartsTheFileOfTheCurrentDirectoryAndWaitsForItsEnd)
     const TemporaryDirectory directory;
     wchar_t own[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, own, MAX_PATH);
-    std::filesystem::copy_file(own, "Tarn+Vexo 云图.exe");
+    std::filesystem::copy_file(own, L"Tarn+Vexo \u4E91\u56FE.exe");
     SetEnvironment("GTEST_FILTER", "WindowsText.GoesToUtf16AndBack");
     SetEnvironment("GTEST_OUTPUT", "xml:done.xml");
     RunProgram("Tarn+Vexo 云图.exe");
