@@ -298,8 +298,9 @@ class Bench:
 
     def cholmod(self, kind, size, model, solve):
         total = lambda times: sum(times[name] for name in SOLVER_STAGES)
-        times = median_run([output_of([self.cholmod_alone, model], self.scratch, solve.peak)
-                            for _ in range(self.repeats(solve.seconds))], total)
+        times = min((median_run([output_of([self.cholmod_alone, model, *pages], self.scratch, solve.peak)
+                                 for _ in range(self.repeats(solve.seconds))], total)
+                     for pages in ([], ["small-pages"])), key=total)  # its better setting
         for name in SOLVER_STAGES:
             self.results.add("cholmod", kind, size, name, times[name], "s")
         self.results.add("cholmod", kind, size, "sum", total(times), "s")

@@ -31,7 +31,7 @@ void FactorStore::Open()
     const std::size_t entries = scratchDirectory.empty() ? Entries() : bufferEntries;
     if (values.Data() == nullptr || values.Size() != entries) {
         values = LargeArray();
-        values = LargeArray(entries);
+        values = LargeArray(entries, scratchDirectory.empty() ? Pages::Usual : Pages::Large);
     }
     if (!scratchDirectory.empty() && !file) {
         try {
