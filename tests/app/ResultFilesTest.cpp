@@ -299,5 +299,18 @@ TEST(UnfinishedFile, WritesADeviceUnderItsName)
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
+// Usual file systems take 255 bytes; what is cut off for the suffix may end at any byte of a character.
+TEST(NameBeside, OfALongNameHasWholeCharacters)
+{
+    for (std::size_t before = 0; before < 3; ++before) {
+        std::string name(before, 'a');
+        while (name.size() < 246) { name += "页"; }
+        const std::string beside = NameBeside(name, UnfinishedSuffix);
+        EXPECT_NE(beside.front() & 0xC0, 0x80) << beside;
+        EXPECT_LE(beside.size(), 255u);
+        EXPECT_TRUE(beside.ends_with(UnfinishedSuffix)) << beside;
+    }
+}
+
 } // namespace
 } // namespace tarnvexo
