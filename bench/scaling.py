@@ -482,8 +482,22 @@ def parse_options():
     parser.add_argument("--scratch", type=Path, metavar="DIR",
                         help="for models and results, up to 8 GB at a time (default: the system's directory)")
     options = parser.parse_args()
-    options.sizes = sorted(options.sizes or (QUICK_SIZES if options.quick else SIZES))
+    options.sizes = options.sizes or (QUICK_SIZES if options.quick else SIZES)
     return options
+
+
+def measure_models(bench, options, tables):
+    """Model after model; after each the files are written, with tables() of what has been measured so far."""
+    for kind in options.kinds:
+        for size in sorted(options.sizes):
+            bench.model(kind, size)
+            bench.results.write(tables())
+
+
+def tell(results):
+    tables = results.path.with_suffix(".md")
+    print(tables.read_text(encoding="utf-8"))
+    say(f"written: {results.path} and {tables}")
 
 
 def main():
@@ -496,14 +510,10 @@ def main():
         heading = (f"# How tarnvexo scales on {processor()}, {cores} processors\n\n"
                    f"{time.strftime('%Y-%m-%d')}, {rates['kernels']}, load of the machine at the start "
                    f"{os.getloadavg()[0]:.1f}. How it was measured: bench/README.md.\n")
-        for kind in options.kinds:
-            for size in options.sizes:
-                bench.model(kind, size)
-                results.write(readable(results, heading))
+        measure_models(bench, options, lambda: readable(results, heading))
         bench.growth()
         results.write(readable(results, heading))
-    print(results.path.with_suffix(".md").read_text(encoding="utf-8"))
-    say(f"written: {results.path} and {results.path.with_suffix('.md')}")
+    tell(results)
 
 
 if __name__ == "__main__":

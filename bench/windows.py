@@ -98,13 +98,8 @@ def main():
                f"{time.strftime('%Y-%m-%d')}, {wine}, load of the machine at the start {os.getloadavg()[0]:.1f}. "
                "How it was measured: bench/README.md.\n")
     with tempfile.TemporaryDirectory(prefix="tarnvexo-windows-") as scratch:
-        bench = Bench(options, results, scratch)
-        for kind in options.kinds:
-            for size in options.sizes:
-                bench.model(kind, size)
-                results.write(readable(results, heading))
-    print(results.path.with_suffix(".md").read_text(encoding="utf-8"))
-    say(f"written: {results.path} and {results.path.with_suffix('.md')}")
+        scaling.measure_models(Bench(options, results, scratch), options, lambda: readable(results, heading))
+    scaling.tell(results)
 
 
 if __name__ == "__main__":
