@@ -1,10 +1,15 @@
 #include "view/ResultPacket.h"
 
+#include "elements/BeamSection.h"
+#include "elements/ShellPressureLoad.h"
+#include "elements/ShellTransform.h"
+
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 #include <nlohmann/json.hpp>
 
@@ -315,6 +320,52 @@ void AddSupportsAndForces(const ModelStore& model, const std::vector<double>& in
     packet.Add("inertiaForces", inertia);
 }
 
+// The pressure at the fourth node follows from those at the first three, as in the element's load vector.
+void AddQuadPressures(const ModelStore& model, PacketWriter& packet)
+{
+    Numbers elements;
+    Floats pressures;
+    for (const ShellDistributedLoad& load : model.QuadDistributedLoads) {
+        const std::size_t element = static_cast<std::size_t>(load.element);
+        double x[QuadNodeCount], y[QuadNodeCount];
+        LocalShellCoordinates(model.QuadElements[element], x, y);
+        elements.push_back(Number(element));
+        Append(pressures, load.pressure);
+        pressures.push_back(Single(PressureInPlane(x, y, load.pressure, x[3], y[3])));
+    }
+    packet.Add("quadPressureElements", elements);
+    packet.Add("quadPressures", pressures);
+}
+
+void AddTriPressures(const ModelStore& model, PacketWriter& packet)
+{
+    Numbers elements;
+    Floats pressures;
+    for (const ShellDistributedLoad& load : model.TriDistributedLoads) {
+        elements.push_back(Number(static_cast<std::size_t>(load.element)));
+        Append(pressures, load.pressure);
+    }
+    packet.Add("triPressureElements", elements);
+    packet.Add("triPressures", pressures);
+}
+
+void AddLineLoads(const ModelStore& model, PacketWriter& packet)
+{
+    Numbers beams;
+    Floats loads, directions;
+    for (const BeamDistributedLoad& load : model.BeamDistributedLoads) {
+        const std::size_t beam = static_cast<std::size_t>(load.element);
+        Vector3 frame[3];
+        BeamFrame(model.BeamElements[beam], frame);
+        beams.push_back(Number(beam));
+        Append(loads, std::initializer_list<double>{load.q1, load.q2});
+        Append(directions, frame[2]);
+    }
+    packet.Add("lineLoadBeams", beams);
+    packet.Add("lineLoads", loads);
+    packet.Add("lineLoadDirections", directions);
+}
+
 void AddModel(const ModelStore& model, const std::vector<double>& inertiaForces, PacketWriter& packet)
 {
     packet.head["thicknesses"] = model.Thicknesses;
@@ -327,6 +378,9 @@ void AddModel(const ModelStore& model, const std::vector<double>& inertiaForces,
     AddShellProperties(model.TriProperties, "triThickness", "triMaterial", packet);
     AddBeamProperties(model, packet);
     AddSupportsAndForces(model, inertiaForces, packet);
+    AddQuadPressures(model, packet);
+    AddTriPressures(model, packet);
+    AddLineLoads(model, packet);
 }
 
 } // namespace

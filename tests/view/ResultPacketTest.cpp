@@ -1,5 +1,6 @@
 #include "view/ResultPacket.h"
 
+#include "support/SmallModels.h"
 #include "view/Gzip.h"
 
 #include <cmath>
@@ -210,6 +211,22 @@ TEST(ResultPacket, HasTheTablesSupportsAndForcesOfTheModel)
     EXPECT_EQ(packet.Numbers("forceNodes"), (Numbers{5}));
     EXPECT_EQ(packet.Floats("forces"), (std::vector<float>{1, 2, 3, 4, 5, 6}));
     EXPECT_EQ(packet.Floats("inertiaForces"), std::vector<float>(36, 0.5f));
+}
+
+// Over the plate 10 + 5·x + 10·y, which is 20 at its fourth node (0, 1); the beam's section stands downwards.
+TEST(ResultPacket, HasPressuresAtAllNodesAndLineLoadsWithTheirDirection)
+{
+    ResultParts parts = Parts(TwoQuads());
+    parts.hasModel = true;
+    parts.model = test::StoreOf(test::OneOfEachKind());
+    const Decoded packet(ResultPacket(parts));
+    EXPECT_EQ(packet.Numbers("quadPressureElements"), (Numbers{0}));
+    EXPECT_EQ(packet.Floats("quadPressures"), (std::vector<float>{10, 20, 30, 20}));
+    EXPECT_EQ(packet.Numbers("triPressureElements"), (Numbers{0}));
+    EXPECT_EQ(packet.Floats("triPressures"), (std::vector<float>{5, 5, 5}));
+    EXPECT_EQ(packet.Numbers("lineLoadBeams"), (Numbers{0}));
+    EXPECT_EQ(packet.Floats("lineLoads"), (std::vector<float>{3, 4}));
+    EXPECT_EQ(packet.Floats("lineLoadDirections"), (std::vector<float>{0, 0, -1}));
 }
 
 TEST(ResultPacket, OfATitleThatIsNotUtf8HasAHeadThatIs)
