@@ -1,14 +1,14 @@
 // What stands over the picture at present, from the state of the view and what the scene shows.
 import { cssColour, cssOf, OVER_COLOUR, positionOf, positionSlack, UNDER_COLOURS } from '../model/ColourScale';
 import { isPropertyField, isStressField } from '../model/Fields';
-import { appliedLoads, inertiaLoads } from '../model/Loads';
+import { appliedLoads, inertiaLoads, lineLoadRange, pressureRange } from '../model/Loads';
 import type { Result } from '../model/Result';
 import { marksBeyond, themeOf } from '../scene/Appearance';
 import { categories, type Category } from '../scene/Categories';
 import type { Extreme, Extremes, Probe, SceneView } from '../scene/SceneView';
 import { unitOf, withUnit } from '../state/Units';
-import type { Field, PropertyField, ViewState } from '../state/ViewState';
-import type { CategoryLegend, LegendContent, ScaleLegend } from '../ui/Legend';
+import { SYMBOL_KEYS, type Field, type PropertyField, type ViewState } from '../state/ViewState';
+import type { CategoryLegend, LegendContent, ScaleLegend, SymbolShape } from '../ui/Legend';
 import { nodeName } from '../ui/Names';
 import { numberText, placeText } from '../ui/Numbers';
 import type { Flag, OverlayContent } from '../ui/Overlay';
@@ -71,17 +71,30 @@ export function scaleLegend(state: Readonly<ViewState>, range: [number, number],
     return legend;
 }
 
-/** The largest load of each kind, which is dear to find in a large result. */
-const knownLoads = new WeakMap<Result, { forces: number; moments: number; inertia: number }>();
+/** How large the loads of each kind are, which is dear to find in a large result; 0, undefined: there are none. */
+interface LoadSizes {
+    forces: number;
+    moments: number;
+    pressures?: [number, number];
+    lineLoads?: [number, number];
+    inertiaForces: number;
+    inertiaMoments: number;
+}
 
-function largestLoads(result: Result): { forces: number; moments: number; inertia: number } {
+const knownLoads = new WeakMap<Result, LoadSizes>();
+
+function loadSizes(result: Result): LoadSizes {
     let known = knownLoads.get(result);
     if (!known) {
         const applied = appliedLoads(result);
+        const inertia = inertiaLoads(result);
         known = {
             forces: applied.forces.longest,
             moments: applied.moments.longest,
-            inertia: inertiaLoads(result).forces.longest,
+            pressures: pressureRange(result),
+            lineLoads: lineLoadRange(result),
+            inertiaForces: inertia.forces.longest,
+            inertiaMoments: inertia.moments.longest,
         };
         knownLoads.set(result, known);
     }
@@ -90,21 +103,26 @@ function largestLoads(result: Result): { forces: number; moments: number; inerti
 
 /** Of the arrows and cones that are shown. */
 export function symbolKey(state: Readonly<ViewState>, result: Result, texts: Texts): LegendContent['symbols'] {
-    const { showLoads, showInertia, showSupports } = state;
-    if (!result.model || !(showLoads || showInertia || showSupports)) return [];
-    const { forces, moments, inertia } = largestLoads(result);
+    if (!result.model || !SYMBOL_KEYS.some((key) => state[key])) return [];
+    const sizes = loadSizes(result);
     const theme = themeOf(state);
     const t = texts.legend;
     const key: LegendContent['symbols'] = [];
-    const arrow = (colour: readonly number[], text: (largest: string) => string, largest: number): void => {
-        if (largest > 0) key.push({ colour: cssOf(colour), text: text(numberText(largest)), shape: 'arrow' });
+    const add = (colour: readonly number[], text: string, shape: SymbolShape): void => {
+        key.push({ colour: cssOf(colour), text, shape });
     };
-    if (showLoads) arrow(theme.force, t.forces, forces);
-    if (showLoads) arrow(theme.moment, t.moments, moments);
-    if (showInertia) arrow(theme.inertia, t.inertia, inertia);
-    if (showSupports && result.model.supportNodes.length > 0) {
-        key.push({ colour: cssOf(theme.support), text: t.supports, shape: 'cone' });
+    const range = ([low, high]: [number, number]) =>
+        low === high ? numberText(low) : t.range(numberText(low), numberText(high));
+    const { forces, moments, pressures, lineLoads, inertiaForces, inertiaMoments } = sizes;
+    if (state.showLoads && forces > 0) add(theme.force, t.forces(numberText(forces)), 'arrow');
+    if (state.showLoads && moments > 0) add(theme.moment, t.moments(numberText(moments)), 'doubleArrow');
+    if (state.showPressures && pressures) add(theme.pressure, t.pressures(range(pressures)), 'arrow');
+    if (state.showLineLoads && lineLoads) add(theme.lineLoad, t.lineLoads(range(lineLoads)), 'arrow');
+    if (state.showInertia && inertiaForces > 0) add(theme.inertia, t.inertia(numberText(inertiaForces)), 'arrow');
+    if (state.showInertia && inertiaMoments > 0) {
+        add(theme.inertia, t.inertiaMoments(numberText(inertiaMoments)), 'doubleArrow');
     }
+    if (state.showSupports && result.model.supportNodes.length > 0) add(theme.support, t.supports, 'cone');
     return key;
 }
 

@@ -1,4 +1,5 @@
-// What acts on a model, as arrows: applied forces, inertia loads that balance them, supports.
+// What acts on a model, as arrows: applied forces, inertia loads that balance them, supports; and how large the loads
+// on its elements are.
 import { DOFS, type Result } from './Result';
 
 /** Forces (or moments) that are not zero. */
@@ -9,6 +10,9 @@ export interface Arrows {
     /** Length of the longest vector; 0 where there are none. */
     longest: number;
 }
+
+/** Loads and components below this part of the largest are round-off and not shown. */
+export const LEAST_PART = 1e-9;
 
 export interface LoadArrows {
     forces: Arrows;
@@ -31,6 +35,16 @@ export function inertiaLoads({ model, structureNodes }: Result): LoadArrows {
     const forces = model?.inertiaForces ?? new Float32Array(0);
     const nodes = Uint32Array.from({ length: Math.min(structureNodes, forces.length / DOFS) }, (_, node) => node);
     return loadArrows(nodes, forces);
+}
+
+/** Lowest and highest, positive along the normals of the shells; undefined where there are none. */
+export function pressureRange({ model }: Result): [number, number] | undefined {
+    return rangeOf(model?.distributed?.quadPressures, model?.distributed?.triPressures);
+}
+
+/** Of loads per length, positive along the axes z' of the beams; undefined where there are none. */
+export function lineLoadRange({ model }: Result): [number, number] | undefined {
+    return rangeOf(model?.distributed?.lineLoads);
 }
 
 /** A node that has several supports appears once, with the directions of all. */
@@ -58,6 +72,21 @@ function arrows(nodes: Uint32Array, loads: Float32Array, first: number): Arrows 
         longest = Math.max(longest, lengthOf(loads, begin));
     });
     return { nodes: places.map((place) => nodes[place]), vectors, longest };
+}
+
+/** Of what is finite; undefined where nothing of it differs from zero. */
+function rangeOf(...lists: (Float32Array | undefined)[]): [number, number] | undefined {
+    let [low, high] = [Infinity, -Infinity];
+    for (const list of lists) {
+        for (const value of list ?? []) {
+            if (!Number.isFinite(value)) continue;
+            low = Math.min(low, value);
+            high = Math.max(high, value);
+        }
+    }
+    const least = LEAST_PART * Math.max(Math.abs(low), Math.abs(high));
+    const rounded = (value: number) => (Math.abs(value) < least ? 0 : value);
+    return low < high || (low === high && low !== 0) ? [rounded(low), rounded(high)] : undefined;
 }
 
 function lengthOf(values: Float32Array, begin: number): number {

@@ -1,6 +1,6 @@
 // Result packets: the arrays of a Result behind a head that names them, compressed. docs/formats/result-packet.md has
 // the layout. Every array and every number that points into another array is checked: what comes out can be drawn.
-import { DOFS, STRESS_COLUMNS, type ModelFacts, type OwnStresses, type Result } from './Result';
+import { DOFS, STRESS_COLUMNS, type DistributedLoads, type ModelFacts, type OwnStresses, type Result } from './Result';
 
 const MAGIC = 'TVXRES1\n';
 const ALIGNMENT = 8;
@@ -140,6 +140,18 @@ function namedArrays({ beams, own, model, ...result }: Result): [string, Float32
             ['inertiaForces', model.inertiaForces],
         );
     }
+    if (model?.distributed) {
+        const { distributed } = model;
+        arrays.push(
+            ['quadPressureElements', distributed.quads],
+            ['quadPressures', distributed.quadPressures],
+            ['triPressureElements', distributed.tris],
+            ['triPressures', distributed.triPressures],
+            ['lineLoadBeams', distributed.beams],
+            ['lineLoads', distributed.lineLoads],
+            ['lineLoadDirections', distributed.lineDirections],
+        );
+    }
     return arrays;
 }
 
@@ -181,7 +193,10 @@ class PacketReader {
         };
         const triCount = tris.length / 3;
         if (this.has('ownQuadPositive')) result.own = this.readOwn(shellQuads, triCount);
-        if (this.has('quadThickness')) result.model = this.readModel(result, triCount);
+        if (this.has('quadThickness')) {
+            result.model = this.readModel(result, triCount);
+            if (this.has('quadPressureElements')) result.model.distributed = this.readDistributed(result, triCount);
+        }
         return { result, view: this.head.view };
     }
 
@@ -262,6 +277,21 @@ class PacketReader {
             forceNodes,
             forces: this.floats('forces', DOFS, forceNodes.length),
             inertiaForces,
+        };
+    }
+
+    private readDistributed({ shellQuads, beams }: Result, tris: number): DistributedLoads {
+        const loadedQuads = this.integers('quadPressureElements', 1, undefined, shellQuads);
+        const loadedTris = this.integers('triPressureElements', 1, undefined, tris);
+        const loadedBeams = this.integers('lineLoadBeams', 1, undefined, beams.count);
+        return {
+            quads: loadedQuads,
+            quadPressures: this.floats('quadPressures', 4, loadedQuads.length),
+            tris: loadedTris,
+            triPressures: this.floats('triPressures', 3, loadedTris.length),
+            beams: loadedBeams,
+            lineLoads: this.floats('lineLoads', 2, loadedBeams.length),
+            lineDirections: this.floats('lineLoadDirections', 3, loadedBeams.length),
         };
     }
 

@@ -80,4 +80,20 @@ export interface ModelFacts {
     forces: Float32Array;
     /** Per node of the structure, DOFS components: the inertia loads that balance the applied ones; empty: not known. */
     inertiaForces: Float32Array;
+    /** undefined: a packet of a program that did not tell them. */
+    distributed?: DistributedLoads;
+}
+
+/** Of several on one element each has its own record. */
+export interface DistributedLoads {
+    /** The quadrilateral under each pressure, and 4 values at its nodes, positive along its normal. */
+    quads: Uint32Array;
+    quadPressures: Float32Array;
+    /** Likewise, 3 values. */
+    tris: Uint32Array;
+    triPressures: Float32Array;
+    /** The beam under each line load, 2 values at its ends, and 3 components of the direction in which these are positive. */
+    beams: Uint32Array;
+    lineLoads: Float32Array;
+    lineDirections: Float32Array;
 }

@@ -20,6 +20,8 @@ export interface Theme {
     mark: Rgba;
     force: Rgb;
     moment: Rgb;
+    pressure: Rgb;
+    lineLoad: Rgb;
     inertia: Rgb;
     support: Rgb;
 }
@@ -34,6 +36,8 @@ const LIGHT: Theme = {
     mark: [0.85, 0, 0.45, 1],
     force: [0.75, 0.1, 0.1],
     moment: [0.55, 0.1, 0.55],
+    pressure: [0.85, 0.4, 0],
+    lineLoad: [0.75, 0.05, 0.4],
     inertia: [0.1, 0.35, 0.75],
     support: [0.15, 0.45, 0.2],
 };
@@ -48,6 +52,8 @@ const DARK: Theme = {
     mark: [1, 0.35, 0.75, 1],
     force: [1, 0.45, 0.4],
     moment: [0.9, 0.5, 0.9],
+    pressure: [1, 0.65, 0.25],
+    lineLoad: [1, 0.45, 0.7],
     inertia: [0.45, 0.7, 1],
     support: [0.5, 0.85, 0.5],
 };

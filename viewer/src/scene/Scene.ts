@@ -2,7 +2,7 @@
 import { positiveLimits } from '../model/ColourScale';
 import { isMotionField, isPropertyField, isStressField } from '../model/Fields';
 import type { Result } from '../model/Result';
-import type { Camera, StandardView, ViewState } from '../state/ViewState';
+import { SYMBOL_KEYS, type Camera, type StandardView, type ViewState } from '../state/ViewState';
 import { surfaceLook, themeOf } from './Appearance';
 import { Axes } from './Axes';
 import { CameraControl } from './CameraControl';
@@ -108,6 +108,7 @@ export class Scene implements SceneView {
         this.shown = shown;
         this.unmark();
         this.symbols.show(result, shown.motion, shown.size);
+        this.updateElementLoads();
         this.symbols.apply(this.state);
         shown.setScale(this.scale());
         this.updateSurface();
@@ -127,11 +128,12 @@ export class Scene implements SceneView {
         this.state = state;
         const any = (...keys: (keyof ViewState)[]) => keys.some((key) => changed.has(key));
         if (changed.has('dark')) this.applyTheme();
-        if (any('showLoads', 'showInertia', 'showSupports', 'dark')) this.symbols.apply(state);
+        if (any(...SYMBOL_KEYS, 'dark')) this.symbols.apply(state);
         if (this.shown) {
             const visibility = any(...VISIBILITY_KEYS);
             const values = any('field', 'face', 'average');
             if (visibility) this.shown.updateVisible(state);
+            if (visibility) this.updateElementLoads();
             if (values) this.shown.updateValues(state);
             if (visibility || values) this.updateSurface();
             if (visibility || any('edges', 'dark')) this.updateEdges();
@@ -358,6 +360,11 @@ export class Scene implements SceneView {
         if (!isPropertyField(this.state.field)) return (value) => (Number.isFinite(value) ? value : NO_VALUE);
         const numbers = new Map(categories(this.shown!.result, this.state.field).map(({ value }, i) => [value, i]));
         return (value) => numbers.get(value) ?? NO_VALUE;
+    }
+
+    private updateElementLoads(): void {
+        const { result, motion, size, visible } = this.shown!;
+        this.symbols.showOnElements(result, motion, size, visible);
     }
 
     private updateEdges(): void {

@@ -1,102 +1,174 @@
 // Arrows for loads and inertia loads, cones for supports.
-//   force: arrow with one head, moment: with two; lengths in proportion within each kind, small ones not below a least
-//   length. Support: a cone along each held displacement, a second one behind it along each held rotation.
-import { appliedLoads, inertiaLoads, supports, type Arrows, type Supports } from '../model/Loads';
+//   force, pressure: arrow with one head, moment: with two; line load: a row of arrows whose tails a line joins. Lengths
+//   in proportion within each kind, small ones not below a least length. Support: a cone along each held displacement, a
+//   second one behind it along each held rotation.
+import { appliedLoads, inertiaLoads, LEAST_PART, supports, type Arrows, type Supports } from '../model/Loads';
 import type { Result } from '../model/Result';
 import type { ViewState } from '../state/ViewState';
 import { themeOf, type Rgb } from './Appearance';
 import { LineActor } from './LineActor';
+import { lineLoadArrows, nodalArrows, ofNodes, pressureArrows, type ArrowRows, type ArrowSet } from './LoadArrows';
 import type { MotionActor } from './MotionActor';
 import { SurfaceActor } from './SurfaceActor';
-import { SymbolBuilder } from './Symbols';
-import { at, norm, type Vec3 } from './Vectors';
+import { SymbolBuilder, type Anchor } from './Symbols';
+import { thinned } from './Thinning';
+import { at, norm, scaled, unit, type Vec3 } from './Vectors';
 
 /** Parts of the diagonal of the model. */
 const LONGEST = 0.08;
 const SHORTEST = 0.012;
 const HEAD = 0.016;
 const CONE = 0.011;
-/** More symbols of a kind than this would hide the structure: of more, those of every second, third, ... are drawn. */
+/** Between arrows of loads that are spread over elements. */
+const SPACING = 0.025;
+/** More symbols of a kind than this would hide the structure. */
 const MOST_SYMBOLS = 3000;
-/** Components below this part of the largest are round-off and not drawn. */
-const LEAST_PART = 1e-9;
 
 /** How far arrows and cones that are shown may stand out of the structure, as part of the diagonal of the model. */
-export function symbolReach({ showLoads, showInertia, showSupports }: ViewState): number {
-    if (showLoads || showInertia) return LONGEST;
-    return showSupports ? 1.5 * CONE : 0;
+export function symbolReach(state: ViewState): number {
+    if (state.showLoads || state.showPressures || state.showLineLoads || state.showInertia) return LONGEST;
+    return state.showSupports ? 1.5 * CONE : 0;
 }
 
+/** One kind of them, made when it is first seen. */
 class Symbols {
     readonly faces = new SurfaceActor();
     readonly lines = new LineActor(2);
+    private build?: () => SymbolBuilder;
+    private visible = false;
 
-    set(builder: SymbolBuilder): void {
-        this.faces.setGeometry(builder.faceGeometry());
-        this.lines.setGeometry(builder.lineGeometry());
+    set(build: () => SymbolBuilder): void {
+        this.build = build;
+        if (this.visible) this.make();
     }
 
     show(visible: boolean, colour: Rgb): void {
+        this.visible = visible;
+        if (visible) this.make();
         this.faces.look = { ...this.faces.look, mode: 'plain', colours: Float32Array.from(colour) };
         this.lines.setColour([...colour, 1]);
         this.faces.setVisible(visible);
         this.lines.setVisible(visible);
+    }
+
+    private make(): void {
+        const builder = this.build?.();
+        this.build = undefined;
+        if (!builder) return;
+        this.faces.setGeometry(builder.faceGeometry());
+        this.lines.setGeometry(builder.lineGeometry());
     }
 }
 
 export class SymbolActors {
     private readonly forces = new Symbols();
     private readonly moments = new Symbols();
-    private readonly inertia = new Symbols();
+    private readonly pressures = new Symbols();
+    private readonly lineLoads = new Symbols();
+    private readonly inertiaForces = new Symbols();
+    private readonly inertiaMoments = new Symbols();
     private readonly supports = new Symbols();
 
     get actors(): MotionActor[] {
-        return [this.forces, this.moments, this.inertia, this.supports].flatMap((each) => [each.lines, each.faces]);
+        return [
+            this.forces,
+            this.moments,
+            this.pressures,
+            this.lineLoads,
+            this.inertiaForces,
+            this.inertiaMoments,
+            this.supports,
+        ].flatMap((each) => [each.lines, each.faces]);
     }
 
     apply(state: ViewState): void {
         const theme = themeOf(state);
         this.forces.show(state.showLoads, theme.force);
         this.moments.show(state.showLoads, theme.moment);
-        this.inertia.show(state.showInertia, theme.inertia);
+        this.pressures.show(state.showPressures, theme.pressure);
+        this.lineLoads.show(state.showLineLoads, theme.lineLoad);
+        this.inertiaForces.show(state.showInertia, theme.inertia);
+        this.inertiaMoments.show(state.showInertia, theme.inertia);
         this.supports.show(state.showSupports, theme.support);
     }
 
     /** motion: 3 per node; size: diagonal of the model. */
     show(result: Result, motion: Float32Array, size: number): void {
-        const builder = () => new SymbolBuilder(result.coordinates, motion);
-        const applied = appliedLoads(result);
-        this.forces.set(arrows(builder(), applied.forces, size, 1));
-        this.moments.set(arrows(builder(), applied.moments, size, 2));
-        this.inertia.set(arrows(builder(), inertiaLoads(result).forces, size, 1));
-        this.supports.set(cones(builder(), supports(result), size));
+        const nodal = (loads: () => Arrows, heads: number) => () =>
+            arrows(new SymbolBuilder(), nodalArrows(loads(), result.coordinates, motion), size, heads);
+        this.forces.set(nodal(() => appliedLoads(result).forces, 1));
+        this.moments.set(nodal(() => appliedLoads(result).moments, 2));
+        this.inertiaForces.set(nodal(() => inertiaLoads(result).forces, 1));
+        this.inertiaMoments.set(nodal(() => inertiaLoads(result).moments, 2));
+        this.supports.set(() => cones(supports(result), result.coordinates, motion, size));
+    }
+
+    /** Loads on elements are shown where these are; visible: 1 for each element of the surface that is. */
+    showOnElements(result: Result, motion: Float32Array, size: number, visible: Uint8Array): void {
+        const spacing = SPACING * size;
+        this.pressures.set(() =>
+            arrows(new SymbolBuilder(), pressureArrows(result, motion, visible, spacing), size, 1, spacing),
+        );
+        this.lineLoads.set(() => {
+            const rows = lineLoadArrows(result, motion, visible, spacing);
+            return arrows(joined(rows, size), rows, size, 1, spacing);
+        });
     }
 }
 
-function arrows(
-    builder: SymbolBuilder,
-    { nodes, vectors, longest }: Arrows,
-    size: number,
-    heads: number,
-): SymbolBuilder {
-    const step = Math.ceil(nodes.length / MOST_SYMBOLS) || 1;
-    for (let i = 0; i < nodes.length; i += step) {
+/** 0 for what is but round-off. */
+function lengthOf(vector: Vec3, longest: number, size: number): number {
+    const length = norm(vector);
+    if (!(length >= LEAST_PART * longest) || length === 0) return 0;
+    return Math.max(SHORTEST, (LONGEST * length) / longest) * size;
+}
+
+function anchorOf(places: Float32Array, motions: Float32Array, i: number): Anchor {
+    return { place: at(places, i), motion: at(motions, i) };
+}
+
+/** spacing: between arrows; 0: only thinned where they are too many. */
+function arrows(builder: SymbolBuilder, set: ArrowSet, size: number, heads: number, spacing = 0): SymbolBuilder {
+    const { places, motions, vectors, longest } = set;
+    for (const i of thinned(places, vectors, MOST_SYMBOLS, spacing)) {
         const vector = at(vectors, i);
-        if (norm(vector) < LEAST_PART * longest) continue;
-        const length = Math.max(SHORTEST, (LONGEST * norm(vector)) / longest) * size;
-        builder.arrow(nodes[i], vector, length, HEAD * size, heads);
+        const length = lengthOf(vector, longest, size);
+        if (length > 0) builder.arrow(anchorOf(places, motions, i), vector, length, HEAD * size, heads);
     }
     return builder;
 }
 
-function cones(builder: SymbolBuilder, { nodes, bits }: Supports, size: number): SymbolBuilder {
+/** The line through the tails of each row. */
+function joined({ places, motions, vectors, longest, rowBegin }: ArrowRows, size: number): SymbolBuilder {
+    const builder = new SymbolBuilder();
+    for (let row = 0; row + 1 < rowBegin.length; ++row) {
+        const anchors: Anchor[] = [];
+        const tails: Vec3[] = [];
+        for (let i = rowBegin[row]; i < rowBegin[row + 1]; ++i) {
+            const vector = at(vectors, i);
+            anchors.push(anchorOf(places, motions, i));
+            tails.push(scaled(unit(vector), -lengthOf(vector, longest, size)));
+        }
+        builder.line(anchors, tails);
+    }
+    return builder;
+}
+
+function cones(
+    { nodes, bits }: Supports,
+    coordinates: Float32Array,
+    motion: Float32Array,
+    size: number,
+): SymbolBuilder {
+    const builder = new SymbolBuilder();
     const length = CONE * size;
-    const step = Math.ceil(nodes.length / MOST_SYMBOLS) || 1;
-    for (let i = 0; i < nodes.length; i += step) {
+    const [places, motions] = [ofNodes(coordinates, nodes), ofNodes(motion, nodes)];
+    for (const i of thinned(places, new Float32Array(places.length), MOST_SYMBOLS, 0)) {
+        const anchor = anchorOf(places, motions, i);
         for (let axis = 0; axis < 3; ++axis) {
             const direction: Vec3 = [axis === 0 ? 1 : 0, axis === 1 ? 1 : 0, axis === 2 ? 1 : 0];
-            if (bits[i] & (1 << axis)) builder.cone(nodes[i], direction, length, 0.35 * length);
-            if (bits[i] & (8 << axis)) builder.cone(nodes[i], direction, 0.5 * length, 0.35 * length, length);
+            if (bits[i] & (1 << axis)) builder.cone(anchor, direction, length, 0.35 * length);
+            if (bits[i] & (8 << axis)) builder.cone(anchor, direction, 0.5 * length, 0.35 * length, length);
         }
     }
     return builder;

@@ -1,36 +1,44 @@
-// Shapes of arrows and cones as triangles and lines, each of which moves with a node.
+// Shapes of arrows and cones as triangles and lines, each of which moves with a place of the structure.
 import type { Geometry } from './MotionActor';
 import { add, cross, minus, scaled, unit, type Vec3 } from './Vectors';
 
 /** Sides of a cone. */
 const SIDES = 8;
 
-/** Collects symbols; all that belongs to a symbol has the motion of its node. */
+/** A place of the structure, and how it moves. */
+export interface Anchor {
+    place: Vec3;
+    motion: Vec3;
+}
+
+/** Collects symbols; all that belongs to a symbol has the motion of its anchor. */
 export class SymbolBuilder {
     private readonly points: number[] = [];
     private readonly motion: number[] = [];
     private readonly lines: number[] = [];
     private readonly polys: number[] = [];
 
-    constructor(
-        private readonly coordinates: Float32Array,
-        private readonly motions: Float32Array,
-    ) {}
-
-    /** Ends at the node, so that its point shows where the load acts; heads: 2 for a moment. */
-    arrow(node: number, direction: Vec3, length: number, headLength: number, heads = 1): void {
+    /** Ends at the anchor, so that its point shows where the load acts; heads: 2 for a moment. */
+    arrow(anchor: Anchor, direction: Vec3, length: number, headLength: number, heads = 1): void {
         const along = unit(direction);
-        const tip = this.placeOf(node);
+        const tip = anchor.place;
         const head = Math.min(headLength, length / heads);
-        const tail = this.point(node, minus(tip, scaled(along, length)));
-        this.lines.push(2, tail, this.point(node, minus(tip, scaled(along, heads * head))));
-        for (let i = 0; i < heads; ++i) this.coneAt(node, minus(tip, scaled(along, i * head)), along, head, 0.3 * head);
+        const tail = this.point(anchor, minus(tip, scaled(along, length)));
+        this.lines.push(2, tail, this.point(anchor, minus(tip, scaled(along, heads * head))));
+        for (let i = 0; i < heads; ++i)
+            this.coneAt(anchor, minus(tip, scaled(along, i * head)), along, head, 0.3 * head);
     }
 
-    /** With its tip at a distance behind the node. */
-    cone(node: number, direction: Vec3, length: number, radius: number, behind = 0): void {
+    /** Through places that are this far from their anchors. */
+    line(anchors: readonly Anchor[], offsets: readonly Vec3[]): void {
+        this.lines.push(anchors.length);
+        anchors.forEach((anchor, i) => this.lines.push(this.point(anchor, add(anchor.place, offsets[i]))));
+    }
+
+    /** With its tip at a distance behind the anchor. */
+    cone(anchor: Anchor, direction: Vec3, length: number, radius: number, behind = 0): void {
         const along = unit(direction);
-        this.coneAt(node, minus(this.placeOf(node), scaled(along, behind)), along, length, radius);
+        this.coneAt(anchor, minus(anchor.place, scaled(along, behind)), along, length, radius);
     }
 
     lineGeometry(): Geometry {
@@ -50,29 +58,25 @@ export class SymbolBuilder {
         return { points: Float32Array.from(this.points), motion: Float32Array.from(this.motion) };
     }
 
-    private coneAt(node: number, tip: Vec3, along: Vec3, length: number, radius: number): void {
+    private coneAt(anchor: Anchor, tip: Vec3, along: Vec3, length: number, radius: number): void {
         const [across, other] = perpendicular(along);
         const foot = minus(tip, scaled(along, length));
-        const top = this.point(node, tip);
-        const middle = this.point(node, foot);
+        const top = this.point(anchor, tip);
+        const middle = this.point(anchor, foot);
         const ring: number[] = [];
         for (let i = 0; i < SIDES; ++i) {
             const angle = (2 * Math.PI * i) / SIDES;
             const out = add(scaled(across, radius * Math.cos(angle)), scaled(other, radius * Math.sin(angle)));
-            ring.push(this.point(node, add(foot, out)));
+            ring.push(this.point(anchor, add(foot, out)));
         }
         for (let i = 0; i < SIDES; ++i) {
             this.polys.push(3, top, ring[i], ring[(i + 1) % SIDES], 3, middle, ring[(i + 1) % SIDES], ring[i]);
         }
     }
 
-    private placeOf(node: number): Vec3 {
-        return [this.coordinates[3 * node], this.coordinates[3 * node + 1], this.coordinates[3 * node + 2]];
-    }
-
-    private point(node: number, place: Vec3): number {
+    private point({ motion }: Anchor, place: Vec3): number {
         this.points.push(...place);
-        this.motion.push(this.motions[3 * node], this.motions[3 * node + 1], this.motions[3 * node + 2]);
+        this.motion.push(...motion);
         return this.points.length / 3 - 1;
     }
 }

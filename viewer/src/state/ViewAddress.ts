@@ -119,6 +119,8 @@ const CODECS: { [K in keyof Required<ViewState>]: Codec<NonNullable<ViewState[K]
     undeformedOutline: flag,
     edges: choice(['none', 'mesh', 'feature', 'free']),
     showLoads: flag,
+    showPressures: flag,
+    showLineLoads: flag,
     showInertia: flag,
     showSupports: flag,
     showQuads: flag,

@@ -48,6 +48,8 @@ export interface ViewState {
 
     edges: EdgeKind;
     showLoads: boolean;
+    showPressures: boolean;
+    showLineLoads: boolean;
     showInertia: boolean;
     showSupports: boolean;
 
@@ -67,6 +69,15 @@ export interface ViewState {
     language: Language;
 }
 
+/** Parts of the state that show symbols. */
+export const SYMBOL_KEYS = [
+    'showLoads',
+    'showPressures',
+    'showLineLoads',
+    'showInertia',
+    'showSupports',
+] as const satisfies readonly (keyof ViewState)[];
+
 export const DEFAULT_STATE: ViewState = {
     field: 'SE',
     face: 'larger',
@@ -83,6 +94,8 @@ export const DEFAULT_STATE: ViewState = {
     undeformedOutline: false,
     edges: 'feature',
     showLoads: false,
+    showPressures: false,
+    showLineLoads: false,
     showInertia: false,
     showSupports: false,
     showQuads: true,

@@ -22,6 +22,9 @@ export interface CategoryLegend {
     entries: { colour: string; text: string }[];
 }
 
+/** Double arrow: a moment. */
+export type SymbolShape = 'arrow' | 'doubleArrow' | 'cone';
+
 export interface LegendContent {
     title: string;
     subtitle: string;
@@ -29,7 +32,7 @@ export interface LegendContent {
     /** Below: highest and lowest value, factor on displacements. */
     notes: string[];
     /** Below these: colours of arrows and cones. */
-    symbols: { colour: string; text: string; shape: 'arrow' | 'cone' }[];
+    symbols: { colour: string; text: string; shape: SymbolShape }[];
 }
 
 export interface LegendTick {
@@ -239,27 +242,23 @@ function drawBeyond(
     context.fillText(text, x + BAR + 10, y + height / 2);
 }
 
-function drawSymbol(
-    context: CanvasRenderingContext2D,
-    x: number,
-    y: number,
-    colour: string,
-    shape: 'arrow' | 'cone',
-): void {
+function drawSymbol(context: CanvasRenderingContext2D, x: number, y: number, colour: string, shape: SymbolShape): void {
     context.fillStyle = context.strokeStyle = colour;
-    const head = shape === 'arrow' ? 6 : BAR - 4;
-    if (shape === 'arrow') {
+    const head = shape === 'cone' ? BAR - 4 : 6;
+    if (shape !== 'cone') {
         context.lineWidth = 2;
         context.beginPath();
         context.moveTo(x, y);
         context.lineTo(x + BAR - head, y);
         context.stroke();
     }
-    context.beginPath();
-    context.moveTo(x + BAR, y);
-    context.lineTo(x + BAR - head, y - 4);
-    context.lineTo(x + BAR - head, y + 4);
-    context.fill();
+    for (const tip of shape === 'doubleArrow' ? [x + BAR, x + BAR - head] : [x + BAR]) {
+        context.beginPath();
+        context.moveTo(tip, y);
+        context.lineTo(tip - head, y - 4);
+        context.lineTo(tip - head, y + 4);
+        context.fill();
+    }
 }
 
 function drawBar(

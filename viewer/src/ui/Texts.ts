@@ -57,7 +57,8 @@ export interface Texts {
         symbols: string;
         edges: string;
         loads: string;
-        loadsHint: string;
+        pressures: string;
+        lineLoads: string;
         inertia: string;
         supports: string;
         noModel: string;
@@ -115,8 +116,12 @@ export interface Texts {
         deformation: (factor: string) => string;
         forces: (largest: string) => string;
         moments: (largest: string) => string;
+        pressures: (range: string) => string;
+        lineLoads: (range: string) => string;
         inertia: (largest: string) => string;
+        inertiaMoments: (largest: string) => string;
         supports: string;
+        range: (low: string, high: string) => string;
     };
 
     probe: {

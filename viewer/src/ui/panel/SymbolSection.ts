@@ -1,16 +1,18 @@
+import { lineLoadRange, pressureRange } from '../../model/Loads';
 import type { EdgeKind } from '../../state/ViewState';
 import { make } from '../Dom';
-import { check, choice, note, section } from '../Controls';
+import { check, choice, section } from '../Controls';
 import type { PanelContext, PanelSection } from './PanelContext';
 
 /** Lines and arrows on the structure. */
 export function symbolSection({ store, result, texts }: PanelContext): PanelSection {
     const t = texts.panel;
     const model = result.model;
-    const reason = (have: number | undefined, why: string) => (): string | undefined => {
+    const reason = (has: boolean, why: string) => (): string | undefined => {
         if (model === undefined) return t.noModel;
-        return have === 0 ? why : undefined;
+        return has ? undefined : why;
     };
+    const hasAny = (items: ArrayLike<number> | undefined) => items !== undefined && items.length > 0;
     const controls = [
         choice<EdgeKind>(
             t.edges,
@@ -22,20 +24,31 @@ export function symbolSection({ store, result, texts }: PanelContext): PanelSect
             t.loads,
             (state) => state.showLoads,
             (showLoads) => store.set({ showLoads }),
-            reason(model?.forceNodes.length, t.noneInModel),
+            reason(hasAny(model?.forceNodes), t.noneInModel),
         ),
-        note((state) => (model && state.showLoads ? t.loadsHint : undefined)),
+        check(
+            t.pressures,
+            (state) => state.showPressures,
+            (showPressures) => store.set({ showPressures }),
+            reason(pressureRange(result) !== undefined, t.noneInModel),
+        ),
+        check(
+            t.lineLoads,
+            (state) => state.showLineLoads,
+            (showLineLoads) => store.set({ showLineLoads }),
+            reason(lineLoadRange(result) !== undefined, t.noneInModel),
+        ),
         check(
             t.inertia,
             (state) => state.showInertia,
             (showInertia) => store.set({ showInertia }),
-            reason(model?.inertiaForces.length, t.noInertia),
+            reason(hasAny(model?.inertiaForces), t.noInertia),
         ),
         check(
             t.supports,
             (state) => state.showSupports,
             (showSupports) => store.set({ showSupports }),
-            reason(model?.supportNodes.length, t.noneInModel),
+            reason(hasAny(model?.supportNodes), t.noneInModel),
         ),
     ];
     const roots: Node[] = controls.map((control) => control.root);

@@ -21,6 +21,8 @@ const CHANGED: Required<ViewState> = {
     undeformedOutline: true,
     edges: 'free',
     showLoads: true,
+    showPressures: true,
+    showLineLoads: true,
     showInertia: true,
     showSupports: true,
     showQuads: false,
