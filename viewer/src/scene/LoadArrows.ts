@@ -53,7 +53,7 @@ export function pressureArrows(result: Result, motion: Float32Array, visible: Ui
         const normal = unit(cross(minus(second, first), minus(third, first)));
         for (const weights of points) {
             const pressure = weights.reduce((sum, weight, i) => sum + weight * pressures[i], 0);
-            if (pressure === 0) continue;
+            if (pressure === 0 || !Number.isFinite(pressure)) continue;
             list.add(mean(result.coordinates, nodes, weights), mean(motion, nodes, weights), scaled(normal, pressure));
         }
     };
@@ -138,7 +138,8 @@ class ArrowList {
             [this.motions, motion],
             [this.vectors, vector],
         ] as const) {
-            list.data.set(values, list.extend(3));
+            const begin = list.extend(3);
+            list.data.set(values, begin);
         }
     }
 

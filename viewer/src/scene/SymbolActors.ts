@@ -19,8 +19,10 @@ const LONGEST = 0.08;
 const SHORTEST = 0.012;
 const HEAD = 0.016;
 const CONE = 0.011;
-/** Between arrows of loads that are spread over elements. */
-const SPACING = 0.025;
+/** Between arrows of a load that is spread over an element. */
+const SPACING = 0.045;
+/** Places that are so far apart never share a cube of this side. */
+const cubeOf = (spacing: number) => spacing / Math.sqrt(3);
 /** More symbols of a kind than this would hide the structure. */
 const MOST_SYMBOLS = 3000;
 
@@ -130,7 +132,7 @@ function anchorOf(places: Float32Array, motions: Float32Array, i: number): Ancho
 /** spacing: between arrows; 0: only thinned where they are too many. */
 function arrows(builder: SymbolBuilder, set: ArrowSet, size: number, heads: number, spacing = 0): SymbolBuilder {
     const { places, motions, vectors, longest } = set;
-    for (const i of thinned(places, vectors, MOST_SYMBOLS, spacing)) {
+    for (const i of thinned(places, vectors, MOST_SYMBOLS, cubeOf(spacing))) {
         const vector = at(vectors, i);
         const length = lengthOf(vector, longest, size);
         if (length > 0) builder.arrow(anchorOf(places, motions, i), vector, length, HEAD * size, heads);

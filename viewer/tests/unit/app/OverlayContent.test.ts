@@ -3,7 +3,7 @@ import { axisTitle, fieldSubtitle, fieldTitle, scaleLegend, symbolKey } from '..
 import type { Extreme, Extremes } from '../../../src/scene/SceneView';
 import { DEFAULT_STATE, type ViewState } from '../../../src/state/ViewState';
 import { texts } from '../../../src/ui/Texts';
-import { facts, shellResult } from '../support/Results';
+import { facts, shellResult, withLoads } from '../support/Results';
 
 const english = texts('en');
 const state = (part: Partial<ViewState>): ViewState => ({ ...DEFAULT_STATE, ...part });
@@ -44,6 +44,22 @@ test('arrows that are shown have their colours and largest loads in the legend',
     expect(symbolKey(state({}), result, english)).toEqual([]);
     const key = symbolKey(state({ showLoads: true, showSupports: true }), result, english);
     expect(key.map(({ text }) => text)).toEqual(['nodal forces, largest 5']);
+});
+
+test('pressures and line loads have a line each with the range of their values, moments an arrow with two heads', () => {
+    const loaded = withLoads(shellResult([[0, 0, 0]], []), {
+        quadPressures: Float32Array.of(-90526.5, 0, 0, -20),
+        lineLoads: Float32Array.of(60e3, 60e3),
+    });
+    loaded.model!.inertiaForces = Float32Array.of(3, 4, 0, 0, 2, 0);
+    const shown = state({ showPressures: true, showLineLoads: true, showInertia: true });
+    expect(symbolKey(shown, loaded, english).map(({ text, shape }) => `${shape}: ${text}`)).toEqual([
+        'arrow: pressures, -90526.5 to 0',
+        'arrow: line loads, 60000',
+        'arrow: inertia forces, largest 5',
+        'doubleArrow: inertia moments, largest 2',
+    ]);
+    expect(symbolKey(state({ showLoads: true }), loaded, english)).toEqual([]);
 });
 
 test('the axis of a graph always has a unit', () => {

@@ -26,6 +26,15 @@ function fullResult(): Result {
         forceNodes: Uint32Array.of(2),
         forces: Float32Array.of(1, 2, 3, 4, 5, 6),
         inertiaForces: new Float32Array(24).fill(0.25),
+        distributed: {
+            quads: Uint32Array.of(0, 0),
+            quadPressures: Float32Array.of(1, 2, 3, 2, -1, -1, -1, -1),
+            tris: Uint32Array.of(0),
+            triPressures: Float32Array.of(4, 5, 6),
+            beams: Uint32Array.of(0),
+            lineLoads: Float32Array.of(-7, 8),
+            lineDirections: Float32Array.of(0, 0, 1),
+        },
     };
     return result;
 }
@@ -57,6 +66,15 @@ describe('a packet', () => {
         const result = parseContourText(caseFile(name, CONTOUR_FILE), name);
         result.own = parseOwnStressText(caseFile(name, 'Shell element node stress.txt'), name, result);
         expect((await decodePacket(await encodePacket({ result }))).result).toEqual(result);
+    });
+
+    test('that tells nothing of loads on elements is read without them', async () => {
+        const bytes = await damaged((head) => {
+            for (const name of Object.keys(head.arrays)) if (/Pressure|lineLoad/.test(name)) delete head.arrays[name];
+        });
+        const { result } = await decodePacket(bytes);
+        expect(result.model?.distributed).toBeUndefined();
+        expect(result.model?.forceNodes.length).toBe(1);
     });
 
     test('is read from the text of a page, line ends in it or not', async () => {
@@ -104,6 +122,10 @@ describe('a damaged packet', () => {
         ['array "quadThickness" has 2 at item 0', index('quadThickness', 0, 2)],
         ['array "beamNodes" has 4 at item 1', index('beamNodes', 1, 4)],
         ['array "supportBits" has 64 at item 1', index('supportBits', 1, 64)],
+        ['array "quadPressureElements" has 1 at item 1', index('quadPressureElements', 1, 1)],
+        ['array "triPressures" has 2 items', (head) => (head.arrays.triPressures.length = 2)],
+        ['array "lineLoadBeams" has 1 at item 0', index('lineLoadBeams', 0, 1)],
+        ['there is no array "lineLoadDirections"', (head) => delete head.arrays.lineLoadDirections],
         ['array "beamWallBegin" has 0 at item 0', index('beamWallBegin', 0, 0)],
         ['array "beamWallBegin" has 0 at item 1', index('beamWallBegin', 1, 0)],
         ['array "beamNodeBegin" ends with 7', index('beamNodeBegin', 1, 7)],

@@ -34,5 +34,11 @@ describe.skipIf(named === undefined && !existsSync(program))('a page that the pr
         expect(values).toEqual(expectedValues);
         expect(facts?.quadThickness.length).toBe(expected.shellQuads);
         expect(facts?.inertiaForces.length).toBe(6 * expected.structureNodes);
+        const text = readFileSync(join(model, 'fem_solving.txt'), 'latin1');
+        const counted = (key: string) => Number(new RegExp(`${key}=\\s*(\\d+)`).exec(text)?.[1]);
+        const loads = facts?.distributed;
+        expect(loads?.quads.length).toBe(counted('NDL_S_4ND'));
+        expect(loads?.tris.length).toBe(counted('NDL_S_3ND'));
+        expect(loads?.beams.length).toBe(counted('NDL_B'));
     });
 });

@@ -1,5 +1,5 @@
 // Small results made by hand.
-import { DOFS, STRESS_COLUMNS, type ModelFacts, type Result } from '../../../src/model/Result';
+import { DOFS, STRESS_COLUMNS, type DistributedLoads, type ModelFacts, type Result } from '../../../src/model/Result';
 
 /** Of shells on nodes at the places given, one vertex per node, stresses and displacements zero; no beams. */
 export function shellResult(places: number[][], quads: number[][], tris: number[][] = []): Result {
@@ -22,6 +22,23 @@ export function shellResult(places: number[][], quads: number[][], tris: number[
             nodeBegin: Uint32Array.of(n),
         },
     };
+}
+
+/** The result with a model that has these loads on its elements and no others. */
+export function withLoads(result: Result, part: Partial<DistributedLoads>): Result {
+    const none = new Uint32Array(0);
+    const noValues = new Float32Array(0);
+    const distributed = {
+        quads: none,
+        quadPressures: noValues,
+        tris: none,
+        triPressures: noValues,
+        beams: none,
+        lineLoads: noValues,
+        lineDirections: noValues,
+        ...part,
+    };
+    return { ...result, model: { ...(result.model ?? facts(result)), distributed } };
 }
 
 /** Facts of a model whose shells all have the first thickness and material; no loads. */
