@@ -251,8 +251,9 @@ export class App {
         const source = this.source();
         const legend = source && legendContent(source);
         const range = legend?.key?.kind === 'scale' ? legend.key.range.map(numberText).join(' … ') : '';
+        const symbols = legend?.symbols.map(({ text }) => text) ?? [];
         const words = legend
-            ? [legend.title, legend.subtitle, range, ...legend.notes].filter((text) => text !== '')
+            ? [legend.title, legend.subtitle, range, ...legend.notes, ...symbols].filter((text) => text !== '')
             : [];
         this.area.describe(this.texts.pictureLabel, words.join(', '));
     }

@@ -4,6 +4,7 @@ import { colourAt, COLOUR_MAPS } from '../../src/model/ColourScale';
 import { encodePacket } from '../../src/model/Packet';
 import { STRESS_COLUMNS, type Result } from '../../src/model/Result';
 import { numberText } from '../../src/ui/Numbers';
+import { withLoads } from '../unit/support/Results';
 import {
     Bench,
     colouredPixels,
@@ -96,6 +97,45 @@ test('a clip plane takes away a part of the picture, and the rest is fitted into
     expect(half).toBeGreaterThan(0.2 * whole);
     await page.keyboard.press('f');
     expect(await count()).toBeGreaterThan(1.2 * half);
+    await page.close();
+}, 90_000);
+
+test('pressures, line loads and inertia moments are switched on in the panel, drawn, and told in the legend', async () => {
+    const quads = Uint32Array.from({ length: panel.shellQuads }, (_, i) => i);
+    const loaded = withLoads(panel, {
+        quads,
+        quadPressures: new Float32Array(4 * quads.length).fill(-2500),
+        beams: Uint32Array.of(0),
+        lineLoads: Float32Array.of(10, 30),
+        lineDirections: Float32Array.of(0, 0, -1),
+    });
+    loaded.model!.inertiaForces = new Float32Array(6 * panel.structureNodes).fill(4, 4, 5);
+    const page = await bench.open(loaded, '#v=1&flags=0&field=none');
+    await shown(page);
+    /** Red, much less green, no blue, in whatever light. */
+    const orange = async (): Promise<number> => {
+        await page.waitForTimeout(400);
+        const { data } = await pixelsOf(page, await page.locator('.scene').screenshot());
+        let count = 0;
+        for (let i = 0; i < data.length; i += 4) {
+            if (data[i] > 120 && data[i + 1] > 0.35 * data[i] && data[i + 1] < 0.6 * data[i] && data[i + 2] < 20)
+                ++count;
+        }
+        return count;
+    };
+    expect(await orange()).toBe(0);
+    await page.getByLabel('Pressures').check();
+    await expect.poll(() => legend(page)).toContain('pressures, -2500');
+    expect(await orange()).toBeGreaterThan(500);
+    await page.getByLabel('Line loads').check();
+    await page.getByLabel('Inertia loads').check();
+    await expect.poll(() => legend(page)).toContain('line loads, 10 to 30');
+    expect(await legend(page)).toContain('inertia moments, largest 4');
+    await expect.poll(() => page.url()).toContain('showPressures=1&showLineLoads=1&showInertia=1');
+    // Those of elements that are hidden go with them; that of the legend stays.
+    await page.getByLabel(/^Quad/).uncheck();
+    expect(await orange()).toBeLessThan(100);
+    expect(await page.getByLabel('Nodal forces and moments').isDisabled()).toBe(true);
     await page.close();
 }, 90_000);
 
