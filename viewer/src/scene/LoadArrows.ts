@@ -46,31 +46,36 @@ export function pressureArrows(result: Result, motion: Float32Array, visible: Ui
     if (!loads) return list.arrows();
     const mostAcross = Math.floor(Math.sqrt(MOST_TRIED / (loads.quads.length + loads.tris.length || 1)));
     const parts = (length: number) => divisions(length, spacing, mostAcross);
-    const nodesOf = (vertices: Uint32Array) => Array.from(vertices, (vertex) => result.vertexNodes[vertex]);
-    const edge = (a: number, b: number) => norm(minus(at(result.coordinates, a), at(result.coordinates, b)));
-    const addShell = (nodes: number[], pressures: Float32Array, points: number[][]): void => {
-        const [first, second, third] = nodes.map((node) => at(result.coordinates, node));
-        const normal = unit(cross(minus(second, first), minus(third, first)));
-        for (const weights of points) {
+    const addShell = (
+        vertices: Uint32Array,
+        pressures: Float32Array,
+        pointsOf: (corners: Vec3[]) => Weights[],
+    ): void => {
+        const nodes = Array.from(vertices, (vertex) => result.vertexNodes[vertex]);
+        const corners = nodes.map((node) => at(result.coordinates, node));
+        const motions = nodes.map((node) => at(motion, node));
+        const normal = unit(cross(minus(corners[1], corners[0]), minus(corners[2], corners[0])));
+        for (const weights of pointsOf(corners)) {
             const pressure = weights.reduce((sum, weight, i) => sum + weight * pressures[i], 0);
             if (pressure === 0 || !Number.isFinite(pressure)) continue;
-            list.add(mean(result.coordinates, nodes, weights), mean(motion, nodes, weights), scaled(normal, pressure));
+            list.add(mean(corners, weights), mean(motions, weights), scaled(normal, pressure));
         }
     };
+    const quadParts = ([a, b, c, d]: Vec3[]) =>
+        quadPoints(parts((distance(a, b) + distance(d, c)) / 2), parts((distance(b, c) + distance(a, d)) / 2));
+    const triParts = ([a, b, c]: Vec3[]) => triPoints(parts((distance(a, b) + distance(b, c) + distance(c, a)) / 3));
     loads.quads.forEach((quad, i) => {
         if (!visible[quad]) return;
-        const nodes = nodesOf(result.quads.subarray(4 * quad, 4 * quad + 4));
-        const [a, b, c, d] = nodes;
-        const points = quadPoints(parts((edge(a, b) + edge(d, c)) / 2), parts((edge(b, c) + edge(a, d)) / 2));
-        addShell(nodes, loads.quadPressures.subarray(4 * i, 4 * i + 4), points);
+        addShell(
+            result.quads.subarray(4 * quad, 4 * quad + 4),
+            loads.quadPressures.subarray(4 * i, 4 * i + 4),
+            quadParts,
+        );
     });
     const firstTri = result.quads.length / 4;
     loads.tris.forEach((tri, i) => {
         if (!visible[firstTri + tri]) return;
-        const nodes = nodesOf(result.tris.subarray(3 * tri, 3 * tri + 3));
-        const [a, b, c] = nodes;
-        const points = triPoints(parts((edge(a, b) + edge(b, c) + edge(c, a)) / 3));
-        addShell(nodes, loads.triPressures.subarray(3 * i, 3 * i + 3), points);
+        addShell(result.tris.subarray(3 * tri, 3 * tri + 3), loads.triPressures.subarray(3 * i, 3 * i + 3), triParts);
     });
     return list.arrows();
 }
@@ -89,7 +94,7 @@ export function lineLoadArrows(result: Result, motion: Float32Array, visible: Ui
         const [from, to] = [loads.lineLoads[2 * i], loads.lineLoads[2 * i + 1]];
         const direction = at(loads.lineDirections, i);
         const moved = bending(result, motion, beam);
-        const parts = divisions(norm(minus(second, first)), spacing, mostAlong);
+        const parts = divisions(distance(first, second), spacing, mostAlong);
         rowBegin.push(list.count);
         for (let part = 0; part <= parts; ++part) {
             const s = part / parts;
@@ -133,13 +138,13 @@ class ArrowList {
     }
 
     add(place: Vec3, motion: Vec3, vector: Vec3): void {
-        for (const [list, values] of [
-            [this.places, place],
-            [this.motions, motion],
-            [this.vectors, vector],
-        ] as const) {
-            const begin = list.extend(3);
-            list.data.set(values, begin);
+        const begin = this.places.extend(3);
+        this.motions.extend(3);
+        this.vectors.extend(3);
+        for (let axis = 0; axis < 3; ++axis) {
+            this.places.data[begin + axis] = place[axis];
+            this.motions.data[begin + axis] = motion[axis];
+            this.vectors.data[begin + axis] = vector[axis];
         }
     }
 
@@ -161,9 +166,12 @@ function divisions(length: number, spacing: number, most: number): number {
     return Math.max(1, Math.min(most, Math.floor(length / spacing)) || 1);
 }
 
-/** Weights of the corners in the middle of each part. */
-function quadPoints(across: number, along: number): number[][] {
-    const points: number[][] = [];
+/** Of the corners of an element, for a place on it. */
+type Weights = number[];
+
+/** In the middle of each part. */
+function quadPoints(across: number, along: number): Weights[] {
+    const points: Weights[] = [];
     for (let i = 0; i < across; ++i) {
         for (let j = 0; j < along; ++j) {
             const [x, y] = [(i + 0.5) / across, (j + 0.5) / along];
@@ -174,8 +182,8 @@ function quadPoints(across: number, along: number): number[][] {
 }
 
 /** Likewise, in triangles of equal size, of which every second one stands upside down. */
-function triPoints(parts: number): number[][] {
-    const points: number[][] = [];
+function triPoints(parts: number): Weights[] {
+    const points: Weights[] = [];
     for (let i = 0; i < parts; ++i) {
         for (let j = 0; i + j < parts; ++j) {
             for (const third of i + j < parts - 1 ? [1 / 3, 2 / 3] : [1 / 3]) {
@@ -187,7 +195,14 @@ function triPoints(parts: number): number[][] {
     return points;
 }
 
-/** Of 3 values per node. */
-function mean(values: Float32Array, nodes: number[], weights: number[]): Vec3 {
-    return nodes.reduce<Vec3>((sum, node, i) => add(sum, scaled(at(values, node), weights[i])), [0, 0, 0]);
+function mean(vectors: Vec3[], weights: Weights): Vec3 {
+    const sum: Vec3 = [0, 0, 0];
+    for (let i = 0; i < weights.length; ++i) {
+        for (let axis = 0; axis < 3; ++axis) sum[axis] += weights[i] * vectors[i][axis];
+    }
+    return sum;
+}
+
+function distance(a: Vec3, b: Vec3): number {
+    return norm(minus(a, b));
 }
