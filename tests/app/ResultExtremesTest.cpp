@@ -105,6 +105,26 @@ TEST(ResultExtremes, OfEqualValuesNameTheFirstForAnyNumberOfThreads)
     SetThreadCount(0);
 }
 
+// Round-off makes the second of two mirror images larger; what is larger by more counts.
+TEST(ResultExtremes, OfValuesThatDifferByRoundOffNameTheFirst)
+{
+    ModelStore model = StoreOf(OneOfEachKind());
+    model.GlobalDisplacement.assign(30, 0.0);
+    model.GlobalDisplacement[DofsPerNode * 1 + DZ] = -4.0;
+    model.GlobalDisplacement[DofsPerNode * 3 + DZ] = -4.0 * (1.0 + 1e-13);
+    EXPECT_EQ(LargestTranslation(model).node, 1);
+    EXPECT_EQ(LargestTranslation(model).value, 4.0 * (1.0 + 1e-13));
+    EXPECT_EQ(DisplacementExtremes(model)[DZ].smallest.node, 1);
+    model.GlobalDisplacement[DofsPerNode * 3 + DZ] = -4.0 * (1.0 + 1e-5);
+    EXPECT_EQ(LargestTranslation(model).node, 3);
+
+    model.QuadElements[0].averagedPositiveFace[2][0] = 100.0;
+    model.TriElements[0].averagedNegativeFace[1][0] = 100.0 * (1.0 + 1e-13);
+    EXPECT_EQ(LargestShellStress(model).kind, "quad");
+    EXPECT_EQ(ShellStressExtremes(model)[0].largest.kind, "quad");
+    EXPECT_EQ(ShellStressExtremes(model)[0].largest.node, model.QuadConnectivity[0][2]);
+}
+
 TEST(ResultExtremes, WithoutResultsNameNothing)
 {
     const ExtremeValue none = LargestBeamStress(StoreOf(OneOfEachKind()));

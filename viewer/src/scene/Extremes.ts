@@ -10,7 +10,8 @@ const TIE = 1e-6;
 
 /**
  * Of values that are finite, the others are counted; undefined where no value is left. places: 3 per node. Of several
- * places with the same value the first is told: in the order of elements, or of nodes for values that are of nodes.
+ * places with the same value the first is told, as by the report of the program: in the order of shells, then of nodes
+ * of walls, or of nodes alone for values that are of nodes.
  */
 export function extremes(
     surface: Surface,
@@ -57,7 +58,7 @@ export function extremes(
     return { min: extreme(min, least), max: extreme(max, largest), notFinite };
 }
 
-/** In the order of nodes, or of the shells: quadrilaterals before triangles, walls of beams last. */
+/** In the order of nodes; or of shells, quadrilaterals before triangles, and behind them of the nodes of walls. */
 function firstCorner(
     surface: Surface,
     values: FacePair,
@@ -73,7 +74,8 @@ function firstCorner(
     let least = Infinity;
     for (let corner = 0; corner < cornerNode.length; ++corner) {
         if (!takes(values.positive[corner]) && !takes(values.negative[corner])) continue;
-        const order = areOfNodes ? cornerNode[corner] : corner + (isWall(corner) ? cornerNode.length : 0);
+        const ofWall = cornerNode.length + cornerNode[corner];
+        const order = areOfNodes ? cornerNode[corner] : isWall(corner) ? ofWall : corner;
         if (order >= least || !shown[surface.elementOfCorner(corner)]) continue;
         if (!plane || isKept(plane, at(places, cornerNode[corner]))) [first, least] = [corner, order];
     }

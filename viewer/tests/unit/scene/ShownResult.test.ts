@@ -154,6 +154,16 @@ describe('extremes', () => {
         expect(found.max.value).toBeCloseTo(7.000001, 6);
     });
 
+    test('that several walls share are told of the first node of the first beam', () => {
+        const result = stiffenedPlate(4, 2, 2, 3);
+        const first = result.beams.nodeBegin[0];
+        // The first wall runs by nodes 0, 6, 7, 1 of its beam.
+        for (const node of [0, 6, 7, 1]) result.positiveFace[STRESS_COLUMNS * (first + node) + 6] = 9;
+        result.positiveFace[STRESS_COLUMNS * first + 6] = 0;
+        const state: Partial<ViewState> = { face: 'positive', showQuads: false };
+        expect(shown(result, state).extremes()!.max.node).toBe(first + 1);
+    });
+
     test('of displacements that several nodes share are told of the first node', () => {
         const result = plateStrip(4, 1);
         result.displacements.fill(0);
