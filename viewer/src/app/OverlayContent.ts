@@ -104,7 +104,7 @@ function loadSizes(result: Result): LoadSizes {
 /** Of the arrows and cones that are shown. */
 export function symbolKey(state: Readonly<ViewState>, result: Result, texts: Texts): LegendContent['symbols'] {
     if (!result.model || !SYMBOL_KEYS.some((key) => state[key])) return [];
-    const sizes = loadSizes(result);
+    const { forces, moments, pressures, lineLoads, inertiaForces, inertiaMoments } = loadSizes(result);
     const theme = themeOf(state);
     const t = texts.legend;
     const key: LegendContent['symbols'] = [];
@@ -113,7 +113,6 @@ export function symbolKey(state: Readonly<ViewState>, result: Result, texts: Tex
     };
     const range = ([low, high]: [number, number]) =>
         low === high ? numberText(low) : t.range(numberText(low), numberText(high));
-    const { forces, moments, pressures, lineLoads, inertiaForces, inertiaMoments } = sizes;
     if (state.showLoads && forces > 0) add(theme.force, t.forces(numberText(forces)), 'arrow');
     if (state.showLoads && moments > 0) add(theme.moment, t.moments(numberText(moments)), 'doubleArrow');
     if (state.showPressures && pressures) add(theme.pressure, t.pressures(range(pressures)), 'arrow');

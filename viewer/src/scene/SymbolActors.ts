@@ -148,8 +148,9 @@ function joined({ places, motions, vectors, longest, rowBegin }: ArrowRows, size
         const tails: Vec3[] = [];
         for (let i = rowBegin[row]; i < rowBegin[row + 1]; ++i) {
             const vector = at(vectors, i);
+            const length = lengthOf(vector, longest, size);
             anchors.push(anchorOf(places, motions, i));
-            tails.push(scaled(unit(vector), -lengthOf(vector, longest, size)));
+            tails.push(length > 0 ? scaled(unit(vector), -length) : [0, 0, 0]);
         }
         builder.line(anchors, tails);
     }
