@@ -146,16 +146,34 @@ export function colouredPixels({ data }: Pixels): number {
 /** A place on the structure, from the middle of the picture outwards, at which the page tells a value. */
 export async function placeWithValue(page: Page): Promise<[number, number]> {
     const box = (await page.locator('.scene').boundingBox())!;
-    for (let i = 0; i < 60; ++i) {
-        const angle = 2.4 * i;
-        const radius = 14 * Math.sqrt(i);
-        const at: [number, number] = [
-            box.x + 0.4 * box.width + radius * Math.cos(angle),
-            box.y + box.height / 2 + radius * Math.sin(angle),
-        ];
+    const tells = async (at: [number, number], wait: number): Promise<boolean> => {
         await page.mouse.move(...at);
-        await page.waitForTimeout(60);
-        if (await page.locator('.tooltip').isVisible()) return at;
+        await page.waitForTimeout(wait);
+        return page.locator('.tooltip').isVisible();
+    };
+    for (const wait of [60, 600]) {
+        for (let i = 0; i < 60; ++i) {
+            const angle = 2.4 * i;
+            const radius = 14 * Math.sqrt(i);
+            const at: [number, number] = [
+                box.x + 0.4 * box.width + radius * Math.cos(angle),
+                box.y + box.height / 2 + radius * Math.sin(angle),
+            ];
+            // Again: what appeared may still have been of the place before.
+            if ((await tells(at, wait)) && (await tells(at, 600))) return at;
+        }
     }
     throw new Error('no value anywhere');
+}
+
+/** A value once it has stood still for a second. */
+export async function settled(value: () => number): Promise<number> {
+    let last: number;
+    let now = value();
+    do {
+        last = now;
+        await new Promise((resolve) => setTimeout(resolve, 1000));
+        now = value();
+    } while (now !== last);
+    return now;
 }

@@ -24,7 +24,7 @@ beforeAll(async () => {
     });
     await page.goto(`${server.resolvedUrls!.local[0]}tests/browser/scene.html`);
     await page.waitForFunction(() => 'page' in window, null, { timeout: 60_000 });
-}, 120_000);
+});
 
 afterAll(async () => {
     await browser?.close();
@@ -204,7 +204,7 @@ test('the picture comes back when the process that draws has failed', async () =
     await session.send('Browser.crashGpuProcess').catch(() => {}); // the process does not live to answer
     await lost;
     expect(await colours(LEFT, RIGHT, OUTSIDE)).toEqual(before);
-}, 30_000);
+});
 
 test('neither the page nor the graphics card has a fault to tell', () => {
     expect(faults).toEqual([]);
