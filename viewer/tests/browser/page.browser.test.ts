@@ -113,7 +113,6 @@ test('pressures, line loads and inertia moments are switched on in the panel, dr
     await shown(page);
     /** Red, much less green, no blue, in whatever light. */
     const orange = async (): Promise<number> => {
-        await page.waitForTimeout(400);
         const { data } = await pixelsOf(page, await page.locator('.scene').screenshot());
         let count = 0;
         for (let i = 0; i < data.length; i += 4) {
@@ -125,7 +124,7 @@ test('pressures, line loads and inertia moments are switched on in the panel, dr
     expect(await orange()).toBe(0);
     await page.getByLabel('Pressures').check();
     await expect.poll(() => legend(page)).toContain('pressures, -2500');
-    expect(await orange()).toBeGreaterThan(500);
+    await expect.poll(orange).toBeGreaterThan(500);
     await page.getByLabel('Line loads').check();
     await page.getByLabel('Inertia loads').check();
     await expect.poll(() => legend(page)).toContain('line loads, 10 to 30');
@@ -133,10 +132,10 @@ test('pressures, line loads and inertia moments are switched on in the panel, dr
     await expect.poll(() => page.url()).toContain('showPressures=1&showLineLoads=1&showInertia=1');
     // Those of elements that are hidden go with them; that of the legend stays.
     await page.getByLabel(/^Quad/).uncheck();
-    expect(await orange()).toBeLessThan(100);
+    await expect.poll(orange).toBeLessThan(100);
     expect(await page.getByLabel('Nodal forces and moments').isDisabled()).toBe(true);
     await page.close();
-}, 90_000);
+});
 
 /** Whether a column of the picture has runs of these colours, from top to bottom, of at least so many pixels. */
 function hasBar({ width, height, data }: Pixels, colours: number[][], run: number): boolean {
