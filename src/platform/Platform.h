@@ -99,6 +99,10 @@ bool ErrorLinesCanBeRewritten();
 // Memory that this process can still get without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
 
+// Sees to it that this thread and those that are started from now on have a stack of at least `bytes`. Returns what the
+// system lets this one have.
+std::size_t ProvideStack(std::size_t bytes);
+
 // Memory of this process, in bytes: what it holds now, and the most it has held; 0 when the system does not tell.
 std::uint64_t ResidentMemory();
 std::uint64_t PeakMemory();

@@ -314,6 +314,12 @@ std::uint64_t AvailableMemory()
     return GlobalMemoryStatusEx(&status) ? std::min(status.ullAvailPhys, status.ullAvailPageFile) : 0;
 }
 
+// The program file says how large it is, 2 MB by the linker's custom.
+std::size_t ProvideStack(std::size_t bytes)
+{
+    return bytes;
+}
+
 std::uint64_t ResidentMemory()
 {
     PROCESS_MEMORY_COUNTERS counters;
