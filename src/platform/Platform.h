@@ -47,6 +47,11 @@ bool FileExists(const char* path);
 // "." and ".." in it.
 std::string AbsoluteName(const std::string& name);
 
+// Why a file or directory that is made under this name would be another one or none at all; empty: it would not.
+// Windows has names that stand for devices in every directory, leaves out what stands at the end of others, and takes a
+// colon for something else; POSIX systems take every name as it is.
+std::string NameFault(const std::string& name);
+
 // Makes a directory with all that it stands in; those that are there stay as they are.
 std::error_code MakeDirectories(const std::string& path);
 

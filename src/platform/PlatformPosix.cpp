@@ -232,6 +232,11 @@ std::string AbsoluteName(const std::string& name)
     return std::filesystem::absolute(name, ignored).lexically_normal().string();
 }
 
+std::string NameFault(const std::string&)
+{
+    return "";
+}
+
 std::error_code MakeDirectories(const std::string& path)
 {
     std::error_code error;
