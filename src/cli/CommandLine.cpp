@@ -40,8 +40,7 @@ std::string StackFault()
                ? ""
                : "tarnvexo: error: its stack may have only " + FileSizeText(bytes) +
                      "\n  expected: " + FileSizeText(StackBytes) +
-                     ", or no limit\n  to do:    raise the limit, in a shell by ulimit -s 8192, and run "
-                     "again";
+                     ", or no limit\n  to do:    raise the limit, in a shell by ulimit -s 8192, and run again";
 }
 
 int RunConsoleWithinMemory()

@@ -18,10 +18,8 @@ TEST(ResultFiles, GoIntoNoDirectoryThatIsADeviceOrWouldGetAnotherName)
             ADD_FAILURE() << name;
         } catch (const RunFailure& failure) {
             EXPECT_EQ(failure.exitCode, ExitFile);
-            EXPECT_TRUE(std::string(failure.what())
-                            .starts_with(name + ": error: nothing can be written under this "
-                                                "name: "))
-                << failure.what();
+            const std::string begin = name + ": error: nothing can be written under this name: ";
+            EXPECT_TRUE(std::string(failure.what()).starts_with(begin)) << failure.what();
         }
     }
     EXPECT_TRUE(std::filesystem::is_empty("."));
