@@ -31,6 +31,8 @@ if(TARNVEXO_VIEWER)
   install(FILES ${CMAKE_BINARY_DIR}/viewer-page/viewer/dist/licences.txt DESTINATION licences RENAME viewer.txt)
 endif()
 
+install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/PackedTexts.cmake)
+
 set(CMAKE_SKIP_PACKAGE_ALL_DEPENDENCY ON) # the tests are not for others
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_FILE_NAME tarnvexo-${PROJECT_VERSION}-windows)

@@ -17,6 +17,7 @@ ResultFiles::ResultFiles(const std::string& resultDirectory, const std::vector<s
                          const std::vector<std::vector<std::string>>& sets)
     : directory(resultDirectory), names(fileNames)
 {
+    RequireName(directory);
     const std::error_code error = platform::MakeDirectories(directory);
     std::error_code notThere;
     if (!std::filesystem::is_directory(platform::PathOf(directory), notThere)) {

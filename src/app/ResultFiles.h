@@ -22,8 +22,8 @@ namespace tarnvexo {
 class ResultFiles {
 public:
     // Makes the directory if it is missing, and clears away what runs that were killed left there, with a note on
-    // standard error. Throws when the directory cannot be made, when another run writes into it, and when a directory
-    // or a write-protected file bears one of the names.
+    // standard error. Throws when the directory cannot be made or named so, when another run writes into it, and when a
+    // directory or a write-protected file bears one of the names.
     // sets: names of result files that are written together by some run (app/ResultFormats), for clearing away; without
     // it, `names` alone.
     ResultFiles(const std::string& directory, const std::vector<std::string>& names,

@@ -61,6 +61,16 @@ Advice AdviceOn(const std::string& reason)
 
 } // namespace
 
+void RequireName(const std::string& name)
+{
+    const std::string fault = platform::NameFault(name);
+    if (!fault.empty()) {
+        throw RunFailure(ExitFile, name + ": error: nothing can be written under this name: " + fault +
+                                       "\n  expected: a name that a file or folder can have"
+                                       "\n  to do:    choose another name");
+    }
+}
+
 std::string NameBeside(const std::string& target, const char* suffix)
 {
     const std::string own = "." + std::to_string(platform::ProcessId()) + suffix;

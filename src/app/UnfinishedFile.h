@@ -21,6 +21,9 @@ using FileWriter = std::function<FileResult(const std::string& path)>;
 constexpr const char* UnfinishedSuffix = ".unfinished"; // not complete, or without its name yet
 constexpr const char* EarlierSuffix = ".earlier";       // bore the name; while the files of a run take their names
 
+// Throws when no file or directory can have this name (platform::NameFault).
+void RequireName(const std::string& name);
+
 // The name beside `target` that is this process's own. Shortened in front where the system would find it too long.
 std::string NameBeside(const std::string& target, const char* suffix);
 

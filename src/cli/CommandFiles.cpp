@@ -52,8 +52,9 @@ std::string ModelFileOf(const std::string& model)
     return file;
 }
 
-void RequireDirectoryOf(const std::string& file)
+void RequirePlaceOf(const std::string& file)
 {
+    RequireName(file);
     const fs::path directory = PathOf(file).parent_path();
     std::error_code ignored;
     if (!directory.empty() && !fs::is_directory(directory, ignored)) {

@@ -11,8 +11,9 @@ namespace tarnvexo {
 // refused as a usage error: reports, JSON and messages name the model by its path.
 std::string ModelFileOf(const std::string& model);
 
-// Fails early, before a long run, when the directory that a file is to stand in does not exist.
-void RequireDirectoryOf(const std::string& file);
+// Fails early, before a long run, when a file cannot have this name or the directory that it is to stand in does not
+// exist.
+void RequirePlaceOf(const std::string& file);
 
 // Writes a text of a format that has "\n" on every system (JSON, HTML) into a file, in place of what was there once it
 // is complete.

@@ -8,6 +8,7 @@
 #include "cli/CommandParser.h"
 #include "cli/DroppedModel.h"
 #include "cli/PictureCommand.h"
+#include "cli/Quantities.h"
 #include "cli/RefineCommand.h"
 #include "cli/RenumberCommand.h"
 #include "cli/ReportCommands.h"
@@ -28,9 +29,26 @@ namespace tarnvexo {
 
 namespace {
 
+// Elements are worked on eight at a time, with their matrices on the stack: 140 kB where vectors are longest.
+constexpr std::size_t StackBytes = std::size_t(1) << 20;
+
+// Empty where there is as much.
+std::string StackFault()
+{
+    const std::size_t bytes = platform::ProvideStack(StackBytes);
+    return bytes >= StackBytes
+               ? ""
+               : "tarnvexo: error: its stack may have only " + FileSizeText(bytes) +
+                     "\n  expected: " + FileSizeText(StackBytes) +
+                     ", or no limit\n  to do:    raise the limit, in a shell by ulimit -s 8192, and run again";
+}
+
 int RunConsoleWithinMemory()
 {
     try {
+        if (const std::string fault = StackFault(); !fault.empty()) {
+            FailWithDiagnostic(fault.c_str());
+        }
         return RunConsole();
     } catch (const std::bad_alloc&) {
         FailWithDiagnostic("fem_solving.txt: error: memory ran out\n"
@@ -87,6 +105,9 @@ int Run(const MessageCommand& message)
 int RunWords(const std::vector<std::string>& words)
 {
     return RunReportingFailures([&] {
+        if (const std::string fault = StackFault(); !fault.empty()) {
+            throw RunFailure(ExitNumerical, fault);
+        }
         const Command command = ParseCommandLine(words, [] { return VersionText(DescribeEngines()); });
         return std::visit([](const auto& one) { return Run(one); }, command);
     });

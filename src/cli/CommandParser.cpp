@@ -4,6 +4,7 @@
 #include "cli/NearestName.h"
 #include "cli/RuleSettings.h"
 #include "cli/UsageFault.h"
+#include "solver/SparseEngine.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -114,6 +115,18 @@ int ParsedInteger(const char* option, const std::string& text, int least, int mo
 int ParsedThreads(const std::string& text)
 {
     return text.empty() ? 0 : ParsedInteger("--threads", text, 1, MostThreads);
+}
+
+// Not offered where it is not there; asked for all the same, the solver says why.
+SolverKind ParsedSolver(const std::string& text)
+{
+    Choices<SolverKind> offered;
+    for (const auto& solver : Solvers) {
+        if (solver.second != SolverKind::Cholmod || HasCholmod() || text == solver.first) {
+            offered.push_back(solver);
+        }
+    }
+    return ParsedChoice("--solver", text, offered);
 }
 
 UnitSystem ParsedUnits(const std::string& text)
@@ -261,10 +274,13 @@ void AddSolve(CLI::App& app, OptionTexts& texts)
     AddValue(command, "--displacements", texts.displacements, "mass-orthogonal|held",
              "displacements of a free part: mass-orthogonal to its rigid motions\n"
              "(the default), or as held at a few nodes while solving");
-    AddValue(command, "--solver", texts.solver, "auto|sparse|cholmod|skyline",
-             "equation solver: sparse is the program's own multifrontal one,\n"
-             "cholmod a library's, skyline that of the console run; auto (the\n"
-             "default) takes sparse, and skyline for small models");
+    AddValue(command, "--solver", texts.solver, HasCholmod() ? "auto|sparse|cholmod|skyline" : "auto|sparse|skyline",
+             HasCholmod() ? "equation solver: sparse is the program's own multifrontal one,\n"
+                            "cholmod a library's, skyline that of the console run; auto (the\n"
+                            "default) takes sparse, and skyline for small models"
+                          : "equation solver: sparse is the program's own multifrontal one,\n"
+                            "skyline that of the console run; auto (the default) takes sparse,\n"
+                            "and skyline for small models");
     AddValue(command, "--factor", texts.factor, "auto|memory|disk",
              "where the sparse solver keeps the factor of the equations: on disk,\n"
              "in the directory of the results, where memory does not hold it\n"
@@ -527,7 +543,7 @@ Command SolveOf(const OptionTexts& texts)
     SolveCommand command;
     command.solve.modelFile = texts.model;
     command.solve.outputDirectory = texts.output;
-    command.solve.solver = ParsedChoice("--solver", texts.solver, Solvers);
+    command.solve.solver = ParsedSolver(texts.solver);
     command.solve.factor = ParsedChoice("--factor", texts.factor, FactorPlaces);
     command.solve.balance = ParsedChoice("--balance", texts.balance, Balances);
     command.solve.displacements = ParsedChoice("--displacements", texts.displacements, Displacements);

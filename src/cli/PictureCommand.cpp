@@ -32,7 +32,7 @@ bool ShowsTheModel(const std::string& state)
 int RunPictureCommand(const PictureCommand& command, const std::string& page, std::chrono::milliseconds timeLimit)
 {
     RequireViewer(page, "tarnvexo picture");
-    RequireDirectoryOf(command.outputFile);
+    RequirePlaceOf(command.outputFile);
     const std::string browser = FindPictureBrowser();
     platform::ExitOnInterrupt();
     std::string png;

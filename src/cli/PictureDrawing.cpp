@@ -96,6 +96,9 @@ std::string LastLines(const std::string& file)
     return indented;
 }
 
+// A browser asks for the page within seconds. A program that is none would be waited for in vain.
+constexpr int ShareOfTimeForStart = 4;
+
 // Waits for the picture, the end of the browser or the end of patience.
 std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, const std::string& name,
                          const std::string& log, std::chrono::milliseconds timeLimit)
@@ -104,15 +107,18 @@ std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, co
     const auto begin = std::chrono::steady_clock::now();
     std::optional<PostedPicture> posted;
     bool hasEnded = false;
-    while (!posted && !hasEnded && std::chrono::steady_clock::now() - begin < timeLimit) {
+    const auto limit = [&] { return server.HasGivenPage() ? timeLimit : timeLimit / ShareOfTimeForStart; };
+    while (!posted && !hasEnded && std::chrono::steady_clock::now() - begin < limit()) {
         hasEnded = browser.HasEnded();
         posted = server.WaitForPicture(step);
     }
     if (!posted) {
         browser.EndAll();
-        const std::string what = hasEnded ? ": error: the browser has ended without a picture"
-                                          : ": error: the browser has drawn no picture within " +
-                                                DurationText(std::chrono::duration<double>(timeLimit).count());
+        const std::string what = hasEnded
+                                     ? ": error: the browser has ended without a picture"
+                                     : std::string(": error: the browser has ") +
+                                           (server.HasGivenPage() ? "drawn no picture" : "not asked for the page") +
+                                           " within " + DurationText(std::chrono::duration<double>(limit()).count());
         throw RunFailure(ExitNumerical, name + what + LastLines(log) +
                                             "\n  expected: Chromium or Chrome, version 112 or later, with WebGL 2"
                                             "\n  to do:    name another one in TARNVEXO_BROWSER; on a busy machine "

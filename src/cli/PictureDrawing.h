@@ -9,7 +9,8 @@
 
 namespace tarnvexo {
 
-constexpr std::chrono::seconds PictureTimeLimit(120); // of one picture
+// Of one picture; a quarter of it for the browser to ask for the page.
+constexpr std::chrono::seconds PictureTimeLimit(120);
 
 struct PictureRequest {
     std::string state; // of the view, as the address of the page has it

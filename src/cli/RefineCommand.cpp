@@ -19,7 +19,7 @@ int RunRefineCommand(const RefineCommand& command)
     platform::ExitOnInterrupt();
     ModelStore coarse;
     ModelStore fine;
-    RequireDirectoryOf(command.outputFile);
+    RequirePlaceOf(command.outputFile);
     for (const std::string& warning : LoadModel(coarse, ModelFileOf(command.model))) { Warn(warning); }
     try {
         RefineModel(coarse, command.k, fine);

@@ -15,7 +15,7 @@ int RunRenumberCommand(const RenumberCommand& command)
 {
     platform::ExitOnInterrupt();
     ModelStore model;
-    RequireDirectoryOf(command.outputFile);
+    RequirePlaceOf(command.outputFile);
     for (const std::string& warning : LoadModel(model, ModelFileOf(command.model))) { Warn(warning); }
     const ModelSize before = SizeOfModel(model);
     RenumberNodes(model);

@@ -47,7 +47,7 @@ void RequirePlaceOfReport(const std::string& file, const char* option, const std
     if (!IsFile(file)) {
         return;
     }
-    RequireDirectoryOf(file);
+    RequirePlaceOf(file);
     const bool isResult =
         std::any_of(others.begin(), others.end(), [&](const std::string& other) { return IsSameFile(file, other); });
     if (isResult || IsSameFile(file, modelFile)) {

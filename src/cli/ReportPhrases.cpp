@@ -45,8 +45,8 @@ std::string PartText(const PartReport& part)
 std::string BalanceSummary(const BalanceSheet& balance)
 {
     return std::string(IsBalanced(balance) ? "closed" : "NOT CLOSED") + " (" + BalanceName(balance.kind) +
-           "): " + ShareText(balance.relativeForce) + " of the forces, " + ShareText(balance.relativeMoment) +
-           " of the moments remain";
+           "): " + ShareText(balance.relativeForce) + " of force, " + ShareText(balance.relativeMoment) +
+           " of moment left";
 }
 
 std::string AccelerationSummary(const BalanceSheet& balance, const UnitTexts& unit)
@@ -56,8 +56,7 @@ std::string AccelerationSummary(const BalanceSheet& balance, const UnitTexts& un
     if (unit.standardGravity > 0.0) {
         text += " (" + NumberText(a / unit.standardGravity) + " g)";
     }
-    return text + ", angular " + WithUnit(Length(balance.applied.alpha), unit.angularAcceleration) +
-           ", not by supports";
+    return text + ", " + WithUnit(Length(balance.applied.alpha), unit.angularAcceleration) + ", not by supports";
 }
 
 } // namespace tarnvexo

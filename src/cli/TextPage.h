@@ -17,6 +17,7 @@ namespace tarnvexo {
 class TextPage final : public ReportPage {
 public:
     static constexpr std::size_t Width = 100;
+    static constexpr std::size_t SummaryWidth = 80; // of a window that was not made wider
     static constexpr std::size_t LabelWidth = 31;
     static constexpr std::size_t NumberWidth = 14;
 
@@ -33,6 +34,9 @@ public:
     const std::string& Result() const { return page; }
 
 private:
+    // A paragraph of lines of at most `width` characters.
+    void AddBroken(std::string_view begin, std::string_view text, std::size_t width);
+
     std::string page;
 };
 

@@ -158,7 +158,7 @@ int RunViewCommand(const ViewCommand& command, const std::string& page, std::siz
 {
     RequireViewer(page, "tarnvexo view");
     if (!command.outputFile.empty()) {
-        RequireDirectoryOf(command.outputFile);
+        RequirePlaceOf(command.outputFile);
     }
     platform::ExitOnInterrupt();
     ShownResult shown;

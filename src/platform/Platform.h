@@ -47,6 +47,11 @@ bool FileExists(const char* path);
 // "." and ".." in it.
 std::string AbsoluteName(const std::string& name);
 
+// Why a file or directory that is made under this name would be another one or none at all; empty: it would not.
+// Windows has names that stand for devices in every directory, leaves out what stands at the end of others, and takes a
+// colon for something else; POSIX systems take every name as it is.
+std::string NameFault(const std::string& name);
+
 // Makes a directory with all that it stands in; those that are there stay as they are.
 std::error_code MakeDirectories(const std::string& path);
 
@@ -98,6 +103,10 @@ bool ErrorLinesCanBeRewritten();
 
 // Memory that this process can still get without swapping, in bytes; 0 when the system does not tell.
 std::uint64_t AvailableMemory();
+
+// Sees to it that this thread and those that are started from now on have a stack of at least `bytes`. Returns what the
+// system lets this one have.
+std::size_t ProvideStack(std::size_t bytes);
 
 // Memory of this process, in bytes: what it holds now, and the most it has held; 0 when the system does not tell.
 std::uint64_t ResidentMemory();

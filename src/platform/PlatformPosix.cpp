@@ -18,6 +18,7 @@
 #include <mutex>
 #include <new>
 #include <poll.h>
+#include <pthread.h>
 #include <ratio>
 #include <string>
 #include <sys/mman.h>
@@ -231,6 +232,11 @@ std::string AbsoluteName(const std::string& name)
     return std::filesystem::absolute(name, ignored).lexically_normal().string();
 }
 
+std::string NameFault(const std::string&)
+{
+    return "";
+}
+
 std::error_code MakeDirectories(const std::string& path)
 {
     std::error_code error;
@@ -387,6 +393,25 @@ std::uint64_t AvailableMemory()
         available = std::min(available, addresses.rlim_cur > used ? addresses.rlim_cur - used : 1);
     }
     return available;
+}
+
+// A stack grows up to the limit as it is when it grows; those of threads have the one that the program began with.
+std::size_t ProvideStack(std::size_t bytes)
+{
+    rlimit stack;
+    if (getrlimit(RLIMIT_STACK, &stack) != 0 || stack.rlim_cur >= bytes) { // "unlimited" is the largest number
+        return bytes;
+    }
+    stack.rlim_cur = std::min(stack.rlim_max, static_cast<rlim_t>(bytes));
+    setrlimit(RLIMIT_STACK, &stack);
+#ifdef __GLIBC__
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, bytes);
+    pthread_setattr_default_np(&attributes);
+    pthread_attr_destroy(&attributes);
+#endif
+    return static_cast<std::size_t>(stack.rlim_cur);
 }
 
 std::uint64_t ResidentMemory()

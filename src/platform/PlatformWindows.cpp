@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <io.h>
+#include <iterator>
 #include <mutex>
 #include <psapi.h>
 #include <shellapi.h>
@@ -86,6 +87,43 @@ bool IsHidden()
     return !isSeen || ((start.dwFlags & STARTF_USESHOWWINDOW) != 0 && start.wShowWindow == SW_HIDE);
 }
 
+// "NUL" and "nul.txt": with anything behind a full stop, too.
+bool IsDevice(std::string_view part)
+{
+    constexpr std::string_view devices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
+    constexpr std::string_view ports[] = {"COM", "LPT"}; // with a digit behind
+    constexpr std::string_view digits[] = {"1", "2", "3", "4", "5", "6", "7", "8", "9", "¹", "²", "³"};
+    std::string name(part.substr(0, part.find('.')));
+    while (name.ends_with(' ')) { name.pop_back(); }
+    for (char& c : name) { c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+    const auto isOneOf = [](std::string_view word, const auto& words) {
+        return std::find(std::begin(words), std::end(words), word) != std::end(words);
+    };
+    return isOneOf(name, devices) ||
+           (isOneOf(std::string_view(name).substr(0, 3), ports) && isOneOf(std::string_view(name).substr(3), digits));
+}
+
+// Of one part of a path.
+std::string PartFault(std::string_view part)
+{
+    constexpr std::string_view ofNoName = "<>:\"|?*";
+    const std::string shown = "\"" + std::string(part) + "\"";
+    if (part.empty() || part == "." || part == "..") {
+        return "";
+    }
+    if (IsDevice(part)) {
+        return shown + " is a device in every folder of Windows";
+    }
+    if (part.ends_with('.') || part.ends_with(' ')) {
+        return "Windows leaves out the " + std::string(part.ends_with('.') ? "full stop" : "blank") +
+               " at the end of " + shown;
+    }
+    const std::size_t at = part.find_first_of(ofNoName);
+    return at == std::string_view::npos
+               ? ""
+               : "names of Windows have no \"" + std::string(1, part[at]) + "\", as " + shown + " has";
+}
+
 } // namespace
 
 std::vector<std::string> CommandLineWords(int, char**)
@@ -153,6 +191,24 @@ std::string AbsoluteName(const std::string& name)
     std::string path = Utf8(FullPath(name));
     std::replace(path.begin(), path.end(), '\\', '/');
     return path;
+}
+
+std::string NameFault(const std::string& name)
+{
+    std::string_view rest = name;
+    if (rest.starts_with("\\\\?\\") || rest.starts_with("\\\\.\\")) {
+        return ""; // taken as they are
+    }
+    if (rest.size() >= 2 && rest[1] == ':') {
+        rest.remove_prefix(2); // the drive
+    }
+    std::string fault;
+    while (fault.empty() && !rest.empty()) {
+        const std::size_t end = std::min(rest.find_first_of("/\\"), rest.size());
+        fault = PartFault(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return fault;
 }
 
 // By its whole name: the library takes "C:name" for a name within a directory "C:", and looks for a drive that is not
@@ -312,6 +368,12 @@ std::uint64_t AvailableMemory()
     MEMORYSTATUSEX status;
     status.dwLength = sizeof status;
     return GlobalMemoryStatusEx(&status) ? std::min(status.ullAvailPhys, status.ullAvailPageFile) : 0;
+}
+
+// The program file says how large it is, 2 MB by the linker's custom.
+std::size_t ProvideStack(std::size_t bytes)
+{
+    return bytes;
 }
 
 std::uint64_t ResidentMemory()

@@ -1,6 +1,7 @@
 // The service of view/PageServer.h by cpp-httplib, as a library that is loaded at run time.
 #include "view/PageServer.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <httplib.h>
 #include <mutex>
@@ -57,6 +58,8 @@ public:
 
     std::string Address() const override { return "http://" + HostName() + "/" + word + "/"; }
 
+    bool HasGivenPage() const override { return pageIsGiven; }
+
     std::optional<PostedPicture> WaitForPicture(std::chrono::milliseconds most) override
     {
         std::unique_lock lock(mutex);
@@ -70,6 +73,7 @@ private:
     int port = -1;
     httplib::Server server;
     std::thread thread;
+    std::atomic<bool> pageIsGiven = false;
     std::mutex mutex; // of posted
     std::condition_variable isPosted;
     std::optional<PostedPicture> posted;
@@ -137,6 +141,7 @@ private:
         });
         const std::string base = "/" + word + "/";
         server.Get(base, [this](const Request&, Response& response) {
+            pageIsGiven = true;
             Answer(content.page, "text/html; charset=utf-8", response);
         });
         server.Get(base + PacketAddress, [this](const Request&, Response& response) {

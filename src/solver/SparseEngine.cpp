@@ -65,6 +65,15 @@ Inertia InertiaOf(const PivotReport& report)
     return inertia;
 }
 
+bool HasCholmod()
+{
+#ifdef TARNVEXO_CHOLMOD
+    return true;
+#else
+    return false;
+#endif
+}
+
 void SetBlasEnvironment()
 {
     // OpenBLAS takes the oldest kernels for processors it does not know by name; they reach a fifth of the speed. So it

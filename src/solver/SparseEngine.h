@@ -64,6 +64,9 @@ public:
 
 enum class EngineKind { Multifrontal, Cholmod, Skyline };
 
+// True where this program was built with CHOLMOD; whether the system has what it needs shows when it is loaded.
+bool HasCholmod();
+
 // Errors: throws EngineMissing when the engine cannot be loaded; the text says which library and what to do.
 struct EngineMissing : std::runtime_error {
     using std::runtime_error::runtime_error;

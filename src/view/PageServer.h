@@ -49,6 +49,9 @@ public:
     // "http://127.0.0.1:49152/5f0c.../", once it has been started.
     virtual std::string Address() const = 0;
 
+    // True once a browser has asked for the page.
+    virtual bool HasGivenPage() const = 0;
+
     // Waits at most so long for the first post.
     virtual std::optional<PostedPicture> WaitForPicture(std::chrono::milliseconds most) = 0;
 };

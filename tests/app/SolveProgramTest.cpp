@@ -285,6 +285,29 @@ TEST(Program, KeepsTheFactorOnDiskWhereMemoryDoesNotHoldIt)
     EXPECT_EQ(run.files.size(), 1u) << "something stayed beside the model";
 }
 
+// A shell's limit: -S the one that a program may raise, -H that of its user.
+ProgramRun SolveWithStack(const char* limits)
+{
+    const std::string command =
+        std::string(limits) + "; exec \"" TARNVEXO_PROGRAM "\" solve " + Examples + "elements --format none -q";
+    return RunProgram({.program = "/bin/sh", .arguments = {"-c", command}});
+}
+
+TEST(Program, RaisesTheLimitOfItsStackWhereItMay)
+{
+    const ProgramRun run = SolveWithStack("ulimit -S -s 100");
+    EXPECT_EQ(run.exitCode, ExitGood) << run.error;
+}
+
+TEST(Program, RefusesAStackThatIsTooSmall)
+{
+    const ProgramRun run = SolveWithStack("ulimit -s 100");
+    EXPECT_EQ(run.exitCode, ExitNumerical);
+    EXPECT_EQ(run.error, "tarnvexo: error: its stack may have only 102 kB\n"
+                         "  expected: 1.05 MB, or no limit\n"
+                         "  to do:    raise the limit, in a shell by ulimit -s 8192, and run again\n");
+}
+
 TEST(Program, TellsWithoutSolvingThatTheFactorGoesToDisk)
 {
     if (!AddressesCanBeLimited()) {

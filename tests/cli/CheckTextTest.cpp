@@ -54,9 +54,11 @@ CONNECTED PARTS: 2
           to move and rotate in every way; around (0, 2, 2)
 
 SUMMARY
-  model                 120 nodes, 96 quadrilaterals, 4 triangles, 1 beam, 13 loads
+  model                 120 nodes, 96 quadrilaterals, 4 triangles, 1 beam,
+                        13 loads
   bounding box          (-0.5, 0, 0) to (11.5, 4, 2.25) m
-  run                   0.05 s (read 0.01 s, check 0.03 s, balance 0.00 s), 31.2 MB
+  run                   0.05 s (read 0.01 s, check 0.03 s, balance 0.00 s),
+                        31.2 MB
   errors                2: unstiffened-load, 1 message above
   warnings              1: warping
   notes                 1: free-edge

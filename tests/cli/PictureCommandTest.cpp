@@ -142,8 +142,18 @@ TEST_F(PictureCommandTest, TellsWhatABrowserSaidThatEndedEarly)
     ExpectNothingLeft();
 }
 
-// A child in a session of its own, out of reach of a signal to the group.
-TEST_F(PictureCommandTest, EndsASlowBrowserWithAllThatItStarted)
+TEST_F(PictureCommandTest, GivesUpABrowserThatDrawsNothing)
+{
+    PutBrowser("urllib.request.urlopen(page).read()\ntime.sleep(60)\n");
+    const ChildResult run = Draw(std::chrono::seconds(4));
+    EXPECT_EQ(run.exitCode, ExitNumerical);
+    EXPECT_NE(run.error.find("error: the browser has drawn no picture within 4.0"), std::string::npos) << run.error;
+    ExpectNothingLeft();
+}
+
+// Sooner than one that draws nothing: it is none. A child in a session of its own, out of reach of a signal to the
+// group.
+TEST_F(PictureCommandTest, EndsAProgramThatDoesNotAskForThePageWithAllThatItStarted)
 {
     const std::string note = fs::absolute("child").string();
     PutBrowser("child = subprocess.Popen(['/bin/sleep', '60'], start_new_session=True)\n"
@@ -151,9 +161,10 @@ TEST_F(PictureCommandTest, EndsASlowBrowserWithAllThatItStarted)
                note +
                "', 'w').write(str(child.pid))\n"
                "time.sleep(60)\n");
-    const ChildResult run = Draw(std::chrono::milliseconds(1500));
+    const ChildResult run = Draw(std::chrono::seconds(6));
     EXPECT_EQ(run.exitCode, ExitNumerical);
-    EXPECT_NE(run.error.find("error: the browser has drawn no picture within "), std::string::npos) << run.error;
+    EXPECT_NE(run.error.find("error: the browser has not asked for the page within 1.5"), std::string::npos)
+        << run.error;
     ExpectNothingLeft();
     ASSERT_TRUE(fs::exists("child"));
     EXPECT_NE(kill(std::stoi(FileBytes("child")), 0), 0);

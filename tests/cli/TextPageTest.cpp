@@ -35,6 +35,19 @@ TEST(TextPage, KeepsTheLinesAndIndentsOfATextOfSeveralLines)
     EXPECT_EQ(page.Result(), "  a: warning: b\n    expected: c\n");
 }
 
+TEST(TextPage, BreaksALongSummaryLineBehindCommasOutsideBrackets)
+{
+    TextPage page;
+    page.SummaryLine("mass", "98.91 kg, centre of gravity (5.5, 2, 0.400481)");
+    page.SummaryLine("largest", std::string(31, '1') + " N, beam 2 at (-0.06, -0.006, -0.1)");
+    page.SummaryLine("result files", "6 written, in " + std::string(50, 'a') + " b");
+    EXPECT_EQ(page.Result(), "  mass                  98.91 kg, centre of gravity (5.5, 2, 0.400481)\n"
+                             "  largest               1111111111111111111111111111111 N,\n"
+                             "                        beam 2 at (-0.06, -0.006, -0.1)\n"
+                             "  result files          6 written,\n"
+                             "                        in aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa b\n");
+}
+
 TEST(TextPage, SeparatesSectionsByABlankLine)
 {
     TextPage page;

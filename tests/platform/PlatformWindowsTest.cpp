@@ -35,6 +35,35 @@ TEST(WindowsText, HasTheReasonsOfTheCLibraryWhereItHasThem)
     EXPECT_NE(ReasonOfSystemError(ERROR_BAD_EXE_FORMAT), "");
 }
 
+TEST(NameFault, IsThatOfDevices)
+{
+    EXPECT_EQ(NameFault("CON"), "\"CON\" is a device in every folder of Windows");
+    for (const char* name : {"nul", "NUL.txt", "aux.tar.gz", "run\\Prn", "C:\\con\\a", "com1", "LPT9.dxf", "COM¹",
+                             "conin$", "nul .txt", "C:aux"}) {
+        EXPECT_NE(NameFault(name).find("is a device"), std::string::npos) << name;
+    }
+    for (const char* name : {"console", "com", "COM0", "com10", "lpt", "nulla.txt", "a.nul", "auxiliary/con1"}) {
+        EXPECT_EQ(NameFault(name), "") << name;
+    }
+}
+
+TEST(NameFault, IsThatOfCharactersThatAreLeftOutOrTakenForOthers)
+{
+    EXPECT_EQ(NameFault("run."), "Windows leaves out the full stop at the end of \"run.\"");
+    EXPECT_EQ(NameFault("a /b"), "Windows leaves out the blank at the end of \"a \"");
+    EXPECT_EQ(NameFault("C:\\a\\b:c"), "names of Windows have no \":\", as \"b:c\" has");
+    EXPECT_NE(NameFault("wing?.txt"), "");
+    EXPECT_NE(NameFault("..."), "");
+}
+
+TEST(NameFault, IsNotOfPathsThatWindowsTakesAsTheyAre)
+{
+    for (const char* name : {".", "..", "run\\", "C:\\", "C:", "..\\..\\a b\\机翼.txt", "\\\\computer\\share\\a",
+                             "/a/./b", ".hidden", "\\\\?\\C:\\a.", ""}) {
+        EXPECT_EQ(NameFault(name), "") << name;
+    }
+}
+
 // The program that is started is a copy of this one, which writes what it has tested.
 TEST(RunProgram, StartsTheFileOfTheCurrentDirectoryAndWaitsForItsEnd)
 {

@@ -53,9 +53,11 @@ protected:
 
 TEST_F(PageServerTest, GivesPageAndPacket)
 {
+    EXPECT_FALSE(server->HasGivenPage());
     httplib::Client client("http://" + Host());
     const httplib::Result page = client.Get(Base());
     ASSERT_TRUE(page);
+    EXPECT_TRUE(server->HasGivenPage());
     EXPECT_EQ(page->status, 200);
     EXPECT_EQ(page->body, "<p>page</p>");
     EXPECT_EQ(page->get_header_value("Content-Type"), "text/html; charset=utf-8");

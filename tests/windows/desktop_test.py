@@ -186,8 +186,17 @@ class Desktop(unittest.TestCase):
         top = self.place / archive.stem
         readme = (top / 'README.txt').read_bytes()
         self.assertTrue(readme.startswith(b'\xef\xbb\xbf'))
-        self.assertEqual(readme.count(b'\r\n'), readme.count(b'\n'))
         self.assertIn('双击', readme.decode('utf-8'))
+        texts = [*top.rglob('*.txt'), *top.rglob('*.md')]
+        self.assertIn(top / 'docs/windows.md', texts)
+        for text in texts:
+            with self.subTest(text.relative_to(top)):
+                content = text.read_bytes()
+                self.assertEqual(content.count(b'\r\n'), content.count(b'\n'))
+                self.assertNotIn(b'\r\r', content)
+                if text.suffix == '.md':
+                    for link in re.findall(r'\]\(([^)#\s]+)', content.decode('utf-8')):
+                        self.assertTrue(re.match('[a-z]+:', link) or (text.parent / link).exists(), link)
         licences = {name.split('/', 2)[2] for name in names if '/licences/' in name and not name.endswith('/')}
         for licence in ('tarnvexo.txt', 'metis.txt', 'suitesparse.txt', 'highway.txt', 'cpp-httplib.txt',
                         'libcli11-dev.txt', 'nlohmann-json3-dev.txt', 'libtinygltf-dev.txt', 'libz-mingw-w64-dev.txt',
