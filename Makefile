@@ -61,7 +61,7 @@ build/build.ninja: | deps
 # -O1 keeps the sanitizers' run short; Debug leaves the assertions in.
 build-sanitize/build.ninja: | deps
 	$(CONFIGURE) -B build-sanitize -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG='-O1 -g1' \
-	    -DTARNVEXO_SANITIZE=address,undefined -DTARNVEXO_BENCH=OFF -DTARNVEXO_VIEWER=OFF
+	    -DTARNVEXO_SANITIZE=address,undefined -DTARNVEXO_UNITY=ON -DTARNVEXO_BENCH=OFF -DTARNVEXO_VIEWER=OFF
 
 build: build/build.ninja
 	cmake --build build -j $(JOBS) --target tarnvexo tarnvexo_contour $(TOOLS)
@@ -91,7 +91,7 @@ test-viewer: build
 build-windows/build.ninja: | deps
 	cmake/windows/fetch-sources.sh build-windows/sources $(WINDOWS_SOURCES)
 	$(CONFIGURE) -B build-windows -DCMAKE_TOOLCHAIN_FILE=cmake/windows/toolchain.cmake -DCMAKE_BUILD_TYPE=Release \
-	    -DTARNVEXO_BENCH=OFF
+	    -DTARNVEXO_UNITY=ON -DTARNVEXO_BENCH=OFF
 
 windows: PACKAGES += $(WINDOWS_PACKAGES)
 

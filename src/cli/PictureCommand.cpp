@@ -29,7 +29,7 @@ bool ShowsTheModel(const std::string& state)
 
 } // namespace
 
-int RunPictureCommand(const PictureCommand& command, const std::string& page, std::chrono::milliseconds timeLimit)
+int RunPictureCommand(const PictureCommand& command, const std::string& page, const PicturePatience& patience)
 {
     RequireViewer(page, "tarnvexo picture");
     RequirePlaceOf(command.outputFile);
@@ -46,7 +46,7 @@ int RunPictureCommand(const PictureCommand& command, const std::string& page, st
         notes = shown.notes;
         clock.Next(); // draw
         const PictureRequest request = {command.state, command.width, command.height};
-        png = DrawPictures({request}, page, shown.packet, browser, timeLimit).front();
+        png = DrawPictures({request}, page, shown.packet, browser, patience).front();
         clock.End();
     }
     if (ShowsTheModel(command.state)) {

@@ -96,18 +96,15 @@ std::string LastLines(const std::string& file)
     return indented;
 }
 
-// A browser asks for the page within seconds. A program that is none would be waited for in vain.
-constexpr int ShareOfTimeForStart = 4;
-
 // Waits for the picture, the end of the browser or the end of patience.
 std::string DrawnPicture(PageServer& server, platform::ChildProgram& browser, const std::string& name,
-                         const std::string& log, std::chrono::milliseconds timeLimit)
+                         const std::string& log, const PicturePatience& patience)
 {
     constexpr std::chrono::milliseconds step(100);
     const auto begin = std::chrono::steady_clock::now();
     std::optional<PostedPicture> posted;
     bool hasEnded = false;
-    const auto limit = [&] { return server.HasGivenPage() ? timeLimit : timeLimit / ShareOfTimeForStart; };
+    const auto limit = [&] { return server.HasGivenPage() ? patience.untilDrawn : patience.untilAsked; };
     while (!posted && !hasEnded && std::chrono::steady_clock::now() - begin < limit()) {
         hasEnded = browser.HasEnded();
         posted = server.WaitForPicture(step);
@@ -148,7 +145,7 @@ void OnInterrupt(std::function<void()> cleanUp)
 // One picture. All that the browser keeps goes into the directory.
 std::string Draw(const PictureRequest& request, const std::string& page, const std::string& packet,
                  const std::string& browserProgram, const TemporaryDirectory& directory,
-                 std::chrono::milliseconds timeLimit)
+                 const PicturePatience& patience)
 {
     const std::unique_ptr<PageServer> server =
         ServeOnThisMachine({PageWithPacketAddress(page, PacketAddress), packet, true});
@@ -175,7 +172,7 @@ std::string Draw(const PictureRequest& request, const std::string& page, const s
         }
     } const atTheEnd{directory};
     hold.reset();
-    std::string png = DrawnPicture(*server, browser, browserProgram, log, timeLimit);
+    std::string png = DrawnPicture(*server, browser, browserProgram, log, patience);
     browser.EndAll();
     return png;
 }
@@ -201,7 +198,7 @@ std::string FindPictureBrowser()
 
 std::vector<std::string> DrawPictures(const std::vector<PictureRequest>& requests, const std::string& page,
                                       const std::string& packet, const std::string& browser,
-                                      std::chrono::milliseconds timeLimit)
+                                      const PicturePatience& patience)
 {
     std::optional<platform::InterruptionHold> hold(std::in_place);
     const TemporaryDirectory directory;
@@ -217,7 +214,7 @@ std::vector<std::string> DrawPictures(const std::vector<PictureRequest>& request
     }
     std::vector<std::string> pictures;
     for (const PictureRequest& request : requests) {
-        pictures.push_back(Draw(request, page, packet, browser, directory, timeLimit));
+        pictures.push_back(Draw(request, page, packet, browser, directory, patience));
     }
     return pictures;
 }

@@ -9,8 +9,11 @@
 
 namespace tarnvexo {
 
-// Of one picture; a quarter of it for the browser to ask for the page.
-constexpr std::chrono::seconds PictureTimeLimit(120);
+// How long a browser is waited for, from its start on.
+struct PicturePatience {
+    std::chrono::milliseconds untilAsked = std::chrono::seconds(60); // for the page: a program that is none never does
+    std::chrono::milliseconds untilDrawn = std::chrono::seconds(120);
+};
 
 struct PictureRequest {
     std::string state; // of the view, as the address of the page has it
@@ -27,6 +30,6 @@ std::string FindPictureBrowser();
 // what it kept are gone.
 std::vector<std::string> DrawPictures(const std::vector<PictureRequest>& requests, const std::string& page,
                                       const std::string& packet, const std::string& browser,
-                                      std::chrono::milliseconds timeLimit = PictureTimeLimit);
+                                      const PicturePatience& patience = {});
 
 } // namespace tarnvexo

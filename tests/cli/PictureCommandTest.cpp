@@ -60,14 +60,13 @@ protected:
         browser = fs::absolute("browser").string();
     }
 
-    ChildResult Draw(std::chrono::milliseconds timeLimit = std::chrono::seconds(60),
-                     const std::string& page = "<body></body>")
+    ChildResult Draw(const PicturePatience& patience = {}, const std::string& page = "<body></body>")
     {
         return RunInChild([&] {
             setenv("TARNVEXO_BROWSER", browser.c_str(), 1);
             setenv("TMPDIR", fs::absolute("tmp").c_str(), 1);
             try {
-                std::exit(RunPictureCommand(command, page, timeLimit));
+                std::exit(RunPictureCommand(command, page, patience));
             } catch (const RunFailure& failure) {
                 std::fputs(failure.what(), stderr);
                 std::exit(failure.exitCode);
@@ -145,9 +144,11 @@ TEST_F(PictureCommandTest, TellsWhatABrowserSaidThatEndedEarly)
 TEST_F(PictureCommandTest, GivesUpABrowserThatDrawsNothing)
 {
     PutBrowser("urllib.request.urlopen(page).read()\ntime.sleep(60)\n");
-    const ChildResult run = Draw(std::chrono::seconds(4));
+    PicturePatience patience;
+    patience.untilDrawn = std::chrono::seconds(1);
+    const ChildResult run = Draw(patience);
     EXPECT_EQ(run.exitCode, ExitNumerical);
-    EXPECT_NE(run.error.find("error: the browser has drawn no picture within 4.0"), std::string::npos) << run.error;
+    EXPECT_NE(run.error.find("error: the browser has drawn no picture within 1.0"), std::string::npos) << run.error;
     ExpectNothingLeft();
 }
 
@@ -161,9 +162,11 @@ TEST_F(PictureCommandTest, EndsAProgramThatDoesNotAskForThePageWithAllThatItStar
                note +
                "', 'w').write(str(child.pid))\n"
                "time.sleep(60)\n");
-    const ChildResult run = Draw(std::chrono::seconds(6));
+    PicturePatience patience;
+    patience.untilAsked = std::chrono::seconds(5);
+    const ChildResult run = Draw(patience);
     EXPECT_EQ(run.exitCode, ExitNumerical);
-    EXPECT_NE(run.error.find("error: the browser has not asked for the page within 1.5"), std::string::npos)
+    EXPECT_NE(run.error.find("error: the browser has not asked for the page within 5.0"), std::string::npos)
         << run.error;
     ExpectNothingLeft();
     ASSERT_TRUE(fs::exists("child"));
@@ -206,11 +209,11 @@ TEST_F(PictureCommandTest, DrawsInARealBrowser)
         GTEST_SKIP() << "no browser is installed";
     }
     const ChildResult run =
-        Draw(PictureTimeLimit, "<body><script>\n"
-                               "const png = Uint8Array.from([0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a]);\n"
-                               "fetch('packet').then((packet) => packet.ok && location.hash.includes('picture=') &&\n"
-                               "  fetch('picture', { method: 'POST', body: png }));\n"
-                               "</script></body>");
+        Draw({}, "<body><script>\n"
+                 "const png = Uint8Array.from([0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a]);\n"
+                 "fetch('packet').then((packet) => packet.ok && location.hash.includes('picture=') &&\n"
+                 "  fetch('picture', { method: 'POST', body: png }));\n"
+                 "</script></body>");
     EXPECT_EQ(run.exitCode, ExitGood) << run.error;
     EXPECT_EQ(FileBytes("a.png"), PngBegin);
     EXPECT_TRUE(fs::is_empty("tmp"));
